@@ -1,0 +1,58 @@
+#include "TavioIpadSDK/imaging/bitmap_file.h"
+
+#include <array>
+#include <cstddef>
+
+#include "TavioIpadSDK/platform/arithmetic.h"
+
+namespace tavio::imaging {
+namespace {
+
+constexpr std::int32_t kHeaderSize = 62;
+
+// Everything that is the same in every header; zero where a computed field goes.
+constexpr std::array<Byte, 62> fixedFields() {
+    std::array<Byte, 62> header{};
+    header[0] = 'B';
+    header[1] = 'M';
+    header[10] = kHeaderSize;
+    header[14] = 40;
+    header[26] = 1;
+    header[28] = 1;
+    header[58] = header[59] = header[60] = 255;
+    return header;
+}
+
+}  // namespace
+
+void packEntries(std::span<const Byte> entries, std::span<Byte> packed) {
+    for (std::size_t i = 0; i < entries.size() / 8; ++i) {
+        const auto group = entries.subspan(8 * i, 8);
+        unsigned bits = group[0];
+        for (std::size_t j = 0; j < 7; ++j) bits = (bits << 1) | group[j];
+        packed[i] = static_cast<Byte>(bits);
+    }
+}
+
+void createRawMonochromeData() {
+    packEntries(std::span(mDataArray).first(static_cast<std::size_t>(mDataArrayLength)),
+                mRawBitmapData);
+    nRead = mDataArrayLength / 8;
+}
+
+void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index) {
+    const auto at = static_cast<std::size_t>(index);  // a negative one becomes too large
+    if (at > BMPHeader.size() - 4) return;
+    const auto bits = static_cast<UInt32>(intToReverse);
+    for (std::size_t i = 0; i < 4; ++i) BMPHeader[at + i] = static_cast<Byte>(bits >> (8 * i));
+}
+
+void populate_bmpheader() {
+    BMPHeader = fixedFields();
+    BMPHeader_Int(platform::wrappingAdd(nRead, kHeaderSize), 2);
+    BMPHeader_Int(mWidth, 18);
+    BMPHeader_Int(mHeight, 22);
+    BMPHeader_Int(nRead, 34);
+}
+
+}  // namespace tavio::imaging

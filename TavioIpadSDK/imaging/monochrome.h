@@ -1,0 +1,37 @@
+// From the fitted picture to one black or white entry per pixel, by error diffusion or by
+// threshold.
+//
+// The two conversions differ on purpose in more than the diffusion:
+//
+//                      dithered                                  threshold
+//   grey value         0.299 green + 0.587 blue + 0.114 red      0.299 red + 0.587 green + 0.114
+//   blue rows converted     all                                       all but the top row, which is
+//   white write position     module-wide `k`                           its own
+//
+// Either leaves mWidth, mHeight, mDataWidth, mDataArrayLength and mDataArray filled, and
+// mRawBitmapData sized but not filled. `image` is the fitted picture: upright, at most 2^31 - 1
+// entries once its rows are padded. A fully transparent pixel is all zero, and so black. They throw
+// std::bad_alloc when there is no memory for the working arrays.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "TavioIpadSDK/imaging/state.h"
+#include "TavioIpadSDK/platform/picture.h"
+
+namespace tavio::imaging {
+
+void CreateTransformedImage(const platform::Picture& image);  // dithered
+void ConvertToMonochrome(const platform::Picture& image);     // threshold
+
+// Fills mDataArray from records that are black or white already, all rows, bottom row first.
+void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,
+                      std::int32_t height);
+
+// `width` rounded up to a multiple of 32: the entries of one row.
+constexpr std::int64_t paddedWidth(std::int32_t width) {
+    return (std::int64_t{width} + 31) / 32 * 32;
+}
+
+}  // namespace tavio::imaging

@@ -1,0 +1,24 @@
+#include "TavioIpadSDK/imaging/state.h"
+
+namespace tavio::imaging {
+
+constinit std::int32_t mWidth = 0;
+constinit std::int32_t mHeight = 0;
+constinit std::int32_t mDataWidth = 0;
+constinit std::int32_t mDataArrayLength = 0;
+constinit std::vector<Byte> mDataArray;
+constinit std::vector<Byte> mRawBitmapData;
+constinit UInt32 k = 0;
+constinit std::int32_t nRead = 0;
+constinit std::array<Byte, 62> BMPHeader{};
+constinit std::shared_ptr<const Bytes> myImageData;
+
+constinit platform::Picture openSurface;
+constinit std::vector<ArgbColor> originalPixels;
+
+constinit Byte* Pixels = nullptr;
+constinit Byte* Planes = nullptr;
+constinit Byte* CompBuffer = nullptr;
+constinit Byte* BitBuffer = nullptr;
+
+}  // namespace tavio::imaging

@@ -1,0 +1,120 @@
+#include "TavioIpadSDK/intake/image_to_bmp.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <semaphore>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "TavioIpadSDK/imaging/print_bmp.h"
+#include "TavioIpadSDK/imaging/state.h"
+#include "TavioIpadSDK/intake/job.h"
+#include "TavioIpadSDK/intake/target_size.h"
+#include "TavioIpadSDK/platform/background_queue.h"
+#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/photo_library.h"
+
+namespace tavio::intake {
+namespace {
+
+using platform::AssetRepresentation;
+using platform::PhotoLibrary;
+using platform::Picture;
+
+// Shared by the waiting caller, the lookup and its two handlers.
+struct Lookup {
+    std::binary_semaphore done{0};
+    std::atomic_flag delivered;  // set by the first handler to run: a library that calls a second
+                                 // one would print behind the back of a caller that has gone on
+};
+
+// A raw block, so that a refusal is a null pointer and not an exception.
+struct Free {
+    void operator()(Byte* block) const { std::free(block); }  // NOLINT(*-no-malloc)
+};
+using Block = std::unique_ptr<Byte, Free>;
+
+Block allocate(std::uint64_t size) {
+    const std::uint64_t atLeastOne = std::max<std::uint64_t>(size, 1);  // 0 bytes are a valid block
+    return Block(static_cast<Byte*>(std::malloc(atLeastOne)));          // NOLINT(*-no-malloc)
+}
+
+// A copy of what the representation delivers into the block: less than was asked for if it failed.
+std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation, Byte* block,
+                                      std::uint64_t blockSize) {
+    std::size_t bytesRead = 0;
+    if (representation != nullptr) {
+        const std::uint64_t length = std::min(representation->size(), blockSize);
+        std::string error;  // of no interest: what was delivered is decoded, whatever it is
+        bytesRead = representation->getBytes({block, length}, 0, &error);
+        bytesRead = std::min<std::size_t>(bytesRead, length);
+    }
+    return std::make_shared<const Bytes>(block, block + bytesRead);
+}
+
+void printPicture(const std::optional<Picture>& image) {
+    const std::int32_t width = image ? platform::uprightWidth(*image) : 0;
+    const std::int32_t height = image ? platform::uprightHeight(*image) : 0;
+    const DotSize size = photoTargetSize(width, height);
+    imaging::PrintBMP(size.width, size.height, image);
+}
+
+// Returns false when no block could be had for the picture file; nothing is printed then.
+bool loadAndPrint(const AssetRepresentation* representation) {
+    std::optional<Picture> image;
+    try {
+        const std::uint64_t size = representation != nullptr ? representation->size() : 0;
+        Block block = allocate(size);
+        if (!block) return false;
+        imaging::myImageData = readFile(representation, block.get(), size);
+        block.reset();
+        image = platform::decodePicture(*imaging::myImageData).picture;
+    } catch (const std::exception&) {  // no memory for the copy, or a photo library that threw
+        image.reset();
+    }
+    printPicture(image);
+    return true;
+}
+
+// On the background queue's thread.
+void lookUp(PhotoLibrary* library, const URL& url, const std::shared_ptr<Lookup>& lookup) {
+    const auto onResult = [lookup](const std::shared_ptr<const AssetRepresentation>& asset) {
+        if (lookup->delivered.test_and_set()) return;
+        if (loadAndPrint(asset.get())) lookup->done.release();
+    };
+    const auto onFailure = [lookup](const std::string& /*error*/) {
+        if (!lookup->delivered.test_and_set()) lookup->done.release();
+    };
+    if (library == nullptr) {
+        onFailure("no photo library is registered");
+        return;
+    }
+    try {
+        library->assetForURL(url, onResult, onFailure);
+    } catch (...) {
+        onFailure("the photo library failed");
+    }
+}
+
+}  // namespace
+
+bool ImageToBmp(const URL& url) {
+    FileName = url.absoluteText();
+    const std::shared_ptr<PhotoLibrary> library = platform::photoLibrary();
+    const auto lookup = std::make_shared<Lookup>();
+    try {
+        platform::runInBackground([library, url, lookup] { lookUp(library.get(), url, lookup); });
+    } catch (const std::exception&) {  // no thread to be had: nobody would ever signal
+        return false;
+    }
+    lookup->done.acquire();
+    return false;
+}
+
+}  // namespace tavio::intake

@@ -1,0 +1,10 @@
+#include "TavioIpadSDK/intake/job.h"
+
+namespace tavio {
+
+std::string LogoNumber;
+constinit std::int32_t originalx = 0;
+constinit std::int32_t originaly = 0;
+constinit Text FileName;
+
+}  // namespace tavio

@@ -1,0 +1,33 @@
+#include "TavioIpadSDK/intake/logos.h"
+
+#include <string>
+
+#include "TavioIpadSDK/intake/image_to_bmp.h"
+#include "TavioIpadSDK/intake/job.h"
+#include "TavioIpadSDK/intake/pdf_to_bmp.h"
+#include "TavioIpadSDK/intake/routes.h"
+#include "TavioIpadSDK/session/session.h"
+
+namespace tavio {
+
+bool DownloadLogo(const URL& filename, std::int32_t idnum) {
+    LogoNumber = std::to_string(idnum);
+    switch (intake::routeOf(filename.pathExtension())) {
+        case intake::Route::kPage:
+            return intake::PdfToBmp(filename);
+        case intake::Route::kPhoto:
+            return intake::ImageToBmp(filename);
+        case intake::Route::kText:  // a text cannot become a logo
+        case intake::Route::kNone:
+            break;
+    }
+    return false;
+}
+
+bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column) {
+    SendString("<SP" + std::to_string(row) + "," + std::to_string(column) + "><LD" +
+               std::to_string(idnum) + ">");
+    return true;
+}
+
+}  // namespace tavio

@@ -1,0 +1,26 @@
+// Logos: pictures that the printer keeps under a number.
+//
+//   DownloadLogo(URL::fromPath("seal.pdf"), 7);   // store it once
+//   PrintLogo(7, 100, 250);                       // then print it by number, at row 100, column
+//   250
+#pragma once
+
+#include <cstdint>
+
+#include "TavioIpadSDK/platform/url.h"
+
+namespace tavio {
+
+// Stores page 1 of a PDF or a photo in the printer as logo `idnum`. Routes and spellings are those
+// of SendFile without the text route: a text file cannot become a logo. The top 8 rows of the
+// picture are deliberately not stored, so a logo of fewer than 16 rows stays empty.
+//
+// Returns true for a PDF, false for a picture (also when it was stored) and for no route.
+// LogoNumber is set on every call and stays set until the next SendFile.
+bool DownloadLogo(const URL& filename, std::int32_t idnum);
+
+// Has the printer print logo `idnum` at `row`, `column`: sends "<SP" row "," column "><LD" idnum
+// ">". No number is checked. Always returns true, also without a session.
+bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column);
+
+}  // namespace tavio

@@ -1,0 +1,47 @@
+#include "TavioIpadSDK/intake/pdf_to_bmp.h"
+
+#include <cmath>
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "TavioIpadSDK/imaging/print_bmp.h"
+#include "TavioIpadSDK/intake/target_size.h"
+#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/platform/canvas.h"
+#include "TavioIpadSDK/platform/pdf_page.h"
+
+namespace tavio::intake {
+namespace {
+
+using platform::PdfPage;
+using platform::Picture;
+
+// The page on its canvas; none when the canvas would be too large, or memory is short.
+std::optional<Picture> drawOnCanvas(const PdfPage& page) {
+    const std::int32_t width = platform::truncateToInt32(std::ceil(page.width));
+    const std::int32_t height = platform::truncateToInt32(std::ceil(page.height));
+    if (std::int64_t{width} * height > platform::kMostPixels) return std::nullopt;
+    try {
+        platform::Canvas canvas(width, height);
+        canvas.placeOpaque(page.picture, page.left, page.top);
+        return std::move(canvas).takeSnapshot();
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+bool PdfToBmp(const URL& url) {
+    const std::optional<PdfPage> page = platform::drawPdfPage(url).page;
+    if (page) {
+        const DotSize size = pageTargetSize(page->width, page->height);
+        imaging::PrintBMP(size.width, size.height, drawOnCanvas(*page));
+    } else {
+        imaging::PrintBMP(0, 0, std::nullopt);
+    }
+    return true;
+}
+
+}  // namespace tavio::intake

@@ -1,0 +1,28 @@
+// Printing a document: the one call for texts, PDF pages and photos.
+#pragma once
+
+#include <cstdint>
+
+#include "TavioIpadSDK/platform/url.h"
+
+namespace tavio {
+
+// Prints the document with its top left corner at printer row `row`, column `column` (dots). The
+// extension alone decides the route, and only in these spellings: "TXT", "txt"; "PDF", "pdf";
+// "PNG", "png"; "JPG", "jpg", "JPEG", "jpeg"; "BMP", "bmp". Mixed case is deliberately refused.
+//
+// Everything has been handed to the transport when it returns. The result:
+//   text      false when no file exists there, else true
+//   PDF       always true, also when nothing could be printed
+//   picture   always false, also when the picture printed
+//   no route  false
+// Pictures are looked up in the photo library (platform/photo_library.h), never in the file system.
+// LogoNumber, originalx and originaly are set on every call, whatever the route.
+bool SendFile(const URL& filename, std::int32_t row, std::int32_t column);
+
+// Sends the whole text file as one text, to the letter; no position, path, cut or eject is added.
+// Returns false, and sends nothing, when nothing exists at the path, true otherwise. A file that is
+// not UTF-8 is sent as no text; one that cannot be read is not sent at all.
+bool RWTextFile(const URL& url);
+
+}  // namespace tavio

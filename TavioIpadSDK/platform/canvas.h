@@ -1,0 +1,28 @@
+// An off-screen drawing surface at one pixel per point.
+#pragma once
+
+#include <cstdint>
+
+#include "TavioIpadSDK/platform/picture.h"
+
+namespace tavio::platform {
+
+// Fully transparent when it is made; origin at the top left, rows growing downwards.
+class Canvas {
+  public:
+    // width, height: in pixels; a negative one counts as 0. Throws std::bad_alloc when there is no
+    // memory for it.
+    Canvas(std::int32_t width, std::int32_t height);
+
+    // Puts the upright, opaque `picture` on the canvas, its top left pixel at column `left`, row
+    // `top` (both may be negative or beyond the canvas). What falls outside the canvas is cut off.
+    void placeOpaque(const Picture& picture, std::int32_t left, std::int32_t top);
+
+    const Picture& snapshot() const { return surface_; }
+    Picture takeSnapshot() && { return std::move(surface_); }
+
+  private:
+    Picture surface_;
+};
+
+}  // namespace tavio::platform

@@ -1,0 +1,29 @@
+// The modal notice: the one thing the library ever says to a person.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace tavio::platform {
+
+// A notice with a title, a message and one dismiss button.
+struct Notice {
+    std::string title;    // "Alert"
+    std::string message;  // e.g. "Error - BMP file must be monochrome."
+    std::string button;   // "OK"
+};
+
+// Shows a notice. May be called from the thread that prints a photo (see photo_library.h); must not
+// start a job, and should not block: the library does not wait for a person to press the button.
+using NoticeHandler = std::function<void(const Notice&)>;
+
+// Sets who shows notices from now on; an empty function restores the default, which writes
+// "title: message" as one line to standard error. Not to be changed while a job is running.
+//
+//   platform::setNoticeHandler([](const platform::Notice& n) { showDialog(n.title, n.message); });
+void setNoticeHandler(NoticeHandler handler);
+
+// Hands the notice to the handler. An exception out of the handler is dropped.
+void showNotice(const Notice& notice) noexcept;
+
+}  // namespace tavio::platform

@@ -1,0 +1,41 @@
+// A picture in memory, as decoded from a file or drawn on a canvas.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::platform {
+
+// More pixels than this are refused before memory is taken for them (1 GiB at 4 bytes each).
+inline constexpr std::int64_t kMostPixels = std::int64_t{1} << 28;
+
+// Stored pixels and how they have to be turned to stand upright.
+//
+//   pixels[row * width + column], row 0 at the top, column 0 at the left; pixels.size() is always
+//   width * height. One pixel is one word: bits 0 to 7 red, 8 to 15 green, 16 to 23 blue, 24 to 31
+//   alpha, the colours premultiplied by alpha (no colour is larger than alpha).
+struct Picture {
+    std::int32_t width = 0;      // of the stored pixels, 0 or more
+    std::int32_t height = 0;     // of the stored pixels, 0 or more
+    std::vector<UInt32> pixels;  // width * height words
+    int orientation = 1;         // EXIF orientation, 1 to 8; 1 is upright as stored
+};
+
+// One premultiplied pixel from straight (not premultiplied) components, each 0 to 255; a colour
+// becomes round(colour * alpha / 255).
+constexpr UInt32 premultipliedPixel(unsigned red, unsigned green, unsigned blue, unsigned alpha) {
+    auto scaled = [alpha](unsigned colour) { return (colour * alpha + 127) / 255; };
+    return scaled(red) | (scaled(green) << 8) | (scaled(blue) << 16) | (alpha << 24);
+}
+
+// The size of the picture once it stands upright: swapped for orientations 5 to 8.
+std::int32_t uprightWidth(const Picture& picture);
+std::int32_t uprightHeight(const Picture& picture);
+
+// The same picture with its pixels turned so that its orientation is 1. Exact: no pixel changes its
+// value. The memory of an already upright picture is moved, not copied.
+Picture upright(Picture picture);
+
+}  // namespace tavio::platform

@@ -1,0 +1,76 @@
+// The printer session: the library's only door to the printer.
+//
+//   if (!OpenSessionWiFi("192.0.2.7")) return tellTheUser("printer not reached");
+//   SendString("<RC10,10>Row B, seat 12");
+//   PrintCut();
+//   CloseSessionWiFi();
+//
+// One session at a time, over Bluetooth or WiFi. Nothing here locks: do not open, close or switch
+// while a job is running.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "TavioIpadSDK/platform/text.h"
+
+namespace tavio {
+
+// ---- State, from program start to program end --------------------------------------------------
+
+// The active transport: "BT", "WF", or "" when no session is open. Any other text behaves like ""
+// for texts and reads and like Bluetooth for raw data. Written by the four open and close
+// operations; read by SendString, SendData and ReadPrinter.
+extern std::string Mode;
+
+// How the last attempt to open a session ended. CloseSessionWiFi sets it to false; CloseSessionBT
+// leaves it as it is. Written by the open operations and CloseSessionWiFi; the library never reads
+// it.
+extern bool connectionStatus;
+
+// For the application's own use: the library neither reads nor writes these three.
+extern std::int32_t connectedBTdevices;  // initially 0
+extern std::int32_t selectedBTindex;     // initially 0
+extern std::string s;                    // initially ""
+
+// ---- Commands ----------------------------------------------------------------------------------
+
+inline constexpr const char* CUT = "<p>";    // print and cut
+inline constexpr const char* EJECT = "<q>";  // print and eject without cutting
+
+// ---- Opening and closing -----------------------------------------------------------------------
+
+// Fills the dot-width table, opens Bluetooth and makes it the active transport, even when the open
+// fails: the next SendString then still goes to Write_BT. Returns the new connectionStatus.
+bool OpenSessionBT();
+
+// Closes Bluetooth, opened or not, and ends the session. connectionStatus keeps its value.
+void CloseSessionBT();
+
+// Fills the dot-width table and opens WiFi to `ip`, passed on unchanged. Only when that succeeds
+// does WiFi become the active transport; after a failure the transport active before stays active.
+// Returns the new connectionStatus.
+bool OpenSessionWiFi(const std::string& ip);
+
+// Closes WiFi, opened or not, ends the session and sets connectionStatus to false.
+void CloseSessionWiFi();
+
+// ---- Direct access -----------------------------------------------------------------------------
+
+// Hands the text, whole and unchanged, to the active transport; drops it when no session is open.
+// No text (std::nullopt) is handed on as no text.
+void SendString(const Text& string);
+
+// Hands `size` bytes at `buf` to WiFi when it is active and to Bluetooth in every other case, also
+// when no session is open.
+void SendData(const Byte* buf, std::int32_t size);
+
+// The printer's reply, read from the active transport, whose status is then cleared. "" without a
+// session; no text when the transport had none.
+Text ReadPrinter();
+
+void PrintCut();     // SendString(CUT)
+void PrintNoCut();   // SendString(EJECT)
+void ClearMemory();  // SendString of ESC (27) and "c": clears the printer's memory
+
+}  // namespace tavio

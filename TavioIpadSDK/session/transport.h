@@ -1,0 +1,35 @@
+// The twelve transport operations. The library calls them and does not define them: whoever links
+// the library does, or links Tavio::links, which defines them for files and printers.
+//
+// The library passes no port, device name, time-out or length limit; choosing the device, turning
+// text into bytes on the wire, buffering and retrying are the transport's business. No operation
+// may throw. Results of writes, closes and clears are not looked at: a write reports nothing back.
+//
+// They are called on the thread of the library operation that needs them, and while a photo is
+// printed on the thread that delivers it; never on two threads at once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "TavioIpadSDK/platform/text.h"
+
+namespace tavio {
+
+// Bluetooth.
+bool Open_BT();                                            // true when the printer is connected
+void Close_BT();                                           // also called when nothing is open
+void Write_BT(const Text& text);                           // a whole text, or no text
+void Write_BT_Data(const Byte* bytes, std::int32_t size);  // also called with no session open
+Text Read_BT();                                            // the printer's reply, if any
+void ClearStatus_BT();                                     // right after every Read_BT
+
+// WiFi.
+bool Open_WF(const std::string& ip);  // `ip` as the application gave it
+void Close_WF();
+void Write_WF(const Text& text);
+void Write_WF_Data(const Byte* bytes, std::int32_t size);
+Text Read_WF();
+void ClearStatus_WF();
+
+}  // namespace tavio

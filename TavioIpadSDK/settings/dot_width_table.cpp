@@ -1,0 +1,58 @@
+#include "TavioIpadSDK/settings/dot_width_table.h"
+
+#include <cstddef>
+#include <optional>
+
+#include "TavioIpadSDK/settings/settings.h"
+
+namespace tavio {
+
+constinit std::array<std::array<std::int32_t, 3>, 9> portrait_dot_array{};
+constinit std::int32_t portrait_dots = 0;
+
+namespace {
+
+// By stock index; in each row the dots at 200, 300 and 600 per inch.
+constexpr std::array<std::array<std::int32_t, 3>, 9> kPortraitDots{{
+    {384, 576, 1184},
+    {640, 960, 1920},
+    {416, 608, 1232},
+    {640, 960, 1920},
+    {640, 960, 1920},
+    {816, 1216, 2360},
+    {190, 290, 590},
+    {250, 380, 780},
+    {1700, 2580, 5000},
+}};
+
+std::optional<std::size_t> columnOf(std::int32_t resolution) {
+    switch (resolution) {
+        case 200:
+            return 0;
+        case 300:
+            return 1;
+        case 600:
+            return 2;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+void InitDotArray() {
+    portrait_dot_array = kPortraitDots;
+    set_portrait_dots();
+}
+
+void set_portrait_dots() {
+    if (PrinterOrientation != "<PM>") {
+        portrait_dots = 0;
+        return;
+    }
+    const std::optional<std::size_t> column = columnOf(PrinterResolution);
+    const auto row = static_cast<std::size_t>(size_indicator);  // a negative one becomes too large
+    if (column && row < portrait_dot_array.size()) portrait_dots = portrait_dot_array[row][*column];
+}
+
+}  // namespace tavio

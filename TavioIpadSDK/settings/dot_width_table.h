@@ -1,0 +1,26 @@
+// The printable width in dots in portrait orientation: a fixed number per stock and resolution, not
+// inches times resolution.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace tavio {
+
+// Row: stock index 0 to 8. Column: 0 for 200, 1 for 300, 2 for 600 dots per inch. All 0 until
+// InitDotArray has run, constant afterwards. Written by InitDotArray, read by set_portrait_dots.
+extern std::array<std::array<std::int32_t, 3>, 9> portrait_dot_array;
+
+// The entry for the current stock and resolution while the orientation is exactly "<PM>", 0 in any
+// other orientation. Written by set_portrait_dots, read by the encoder.
+extern std::int32_t portrait_dots;  // initially 0
+
+// Writes all 27 entries, then calls set_portrait_dots. Called by every opening of a session, before
+// the transport is opened.
+void InitDotArray();
+
+// Recomputes portrait_dots from the settings. Under "<PM>" with a resolution other than 200, 300
+// and 600, or with a size_indicator outside 0 to 8, it deliberately stays as it was.
+void set_portrait_dots();
+
+}  // namespace tavio

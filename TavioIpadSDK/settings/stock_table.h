@@ -1,0 +1,35 @@
+// The nine ticket stocks and their sizes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace tavio::settings {
+
+inline constexpr std::int32_t kStockCount = 9;
+
+struct StockSize {
+    double width;   // inches
+    double height;  // inches
+};
+
+struct Stock {
+    const char* name;     // "" where the stock has none
+    StockSize landscape;  // when the orientation is exactly "<LM>"
+    StockSize otherwise;  // for any other orientation text
+};
+
+// By stock index. CINEMA is deliberately higher than wide in landscape.
+inline constexpr std::array<Stock, kStockCount> kStocks{{
+    {"CONCERT", {5.5, 2.0}, {2.0, 5.5}},
+    {"CINEMA", {2.0, 3.25}, {3.25, 2.0}},
+    {"CREDITCARD", {3.37, 2.13}, {2.13, 3.37}},
+    {"RECEIPT", {8.0, 3.25}, {3.25, 8.0}},
+    {"", {6.0, 3.25}, {3.25, 6.0}},
+    {"", {6.0, 4.0}, {4.0, 6.0}},
+    {"", {11.0, 1.0}, {1.0, 11.0}},
+    {"", {11.0, 1.328}, {1.328, 11.0}},
+    {"", {11.0, 8.5}, {8.5, 11.0}},
+}};
+
+}  // namespace tavio::settings

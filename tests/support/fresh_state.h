@@ -1,0 +1,26 @@
+// A test fixture that puts every module's state back to what it is at program start.
+#pragma once
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TavioIpadSDK/platform/notice.h"
+#include "support/recording_transport.h"
+
+namespace tavio::test {
+
+void resetAllState();
+
+class FreshState : public testing::Test {
+  protected:
+    FreshState();
+    ~FreshState() override;
+
+    // The messages of the notices shown since the test began.
+    std::vector<std::string> noticeMessages() const;
+
+    std::vector<platform::Notice> notices;  // shown since the test began
+};
+
+}  // namespace tavio::test

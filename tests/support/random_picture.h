@@ -1,0 +1,26 @@
+// Random pictures of the kinds that tickets show, from a printed seed.
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+#include "TavioIpadSDK/platform/picture.h"
+
+namespace tavio::test {
+
+using Random = std::mt19937_64;
+
+// A number from `least` to `most`, both included.
+inline int between(Random& random, int least, int most) {
+    return least + static_cast<int>(random() % static_cast<std::uint64_t>(most - least + 1));
+}
+
+inline bool chance(Random& random, int percent) {
+    return between(random, 1, 100) <= percent;
+}
+
+// A picture of 1 to `mostSide` pixels a side: noise, gradient, lines, sparse or text-like; most are
+// opaque, some partly transparent.
+platform::Picture randomPicture(Random& random, int mostSide);
+
+}  // namespace tavio::test

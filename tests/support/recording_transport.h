@@ -1,0 +1,38 @@
+// The twelve transport operations as a recording: what was called, in which order, with what.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "TavioIpadSDK/platform/text.h"
+
+namespace tavio::test {
+
+struct TransportCall {
+    std::string operation;  // e.g. "Write_WF_Data"
+    Text text;              // of Open_WF, Write_BT and Write_WF; no text may be what was passed
+    Bytes data;             // of Write_BT_Data and Write_WF_Data
+
+    bool operator==(const TransportCall&) const = default;
+};
+
+struct RecordingTransport {
+    std::vector<TransportCall> calls;
+    bool openSucceeds = true;  // what Open_BT and Open_WF return
+    Text reply = "ready";      // what Read_BT and Read_WF return
+
+    // The names of the operations called, in order.
+    std::vector<std::string> operations() const;
+    // The bytes of all data writes, one after the other.
+    Bytes dataSent() const;
+    // The texts of all text writes that had one, one after the other.
+    std::string textSent() const;
+};
+
+// The recording that the twelve operations of this program write to.
+RecordingTransport& transport();
+
+// So that failing tests print calls readably.
+void PrintTo(const TransportCall& call, std::ostream* out);
+
+}  // namespace tavio::test
