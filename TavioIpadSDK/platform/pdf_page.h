@@ -20,10 +20,12 @@ namespace tavio::platform {
 // floor(-y). It is opaque: the page lies on white, and a pixel that the crop box covers in part is
 // white there too, never darker than the page made it. Nothing outside the crop box is drawn.
 struct PdfPage {
-    double x = 0;           // the crop box as the document reports it, within the media box,
-    double y = 0;           //   in points (1/72 inch): left edge, bottom edge,
-    double width = 0;       //   width, more than 0,
-    double height = 0;      //   height, more than 0
+    // The crop box as the document reports it, within the media box. In a direction in which it is
+    // larger than the media box it counts as the media box.
+    double x = 0;           // left edge in points (1/72 inch)
+    double y = 0;           // bottom edge
+    double width = 0;       // more than 0
+    double height = 0;      // more than 0
     std::int32_t left = 0;  // where the picture's left column lies on the canvas
     std::int32_t top = 0;   // where the picture's top row lies on the canvas
     Picture picture;        // orientation 1

@@ -1,0 +1,28 @@
+// Page 1 of a document, drawn on an image surface.
+#pragma once
+
+#include <memory>
+
+#include <cairo.h>
+
+#include "TavioIpadSDK/platform/pdf_answer.h"
+
+namespace tavio::pdf_helper {
+
+struct SurfaceDeleter {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
+
+struct DrawnPage {
+    platform::pdf::AnswerHeader header;
+    Surface surface;  // header.columns by header.rows, flushed, CAIRO_FORMAT_ARGB32; present
+                      // exactly when header.outcome is kDrawn
+};
+
+// Draws page 1 of the document open as `descriptor`, which is closed then or at any time before.
+// The page is drawn as it would be printed: an annotation or form field that is marked as not to be
+// printed is left out, one that is only hidden from the screen is there.
+DrawnPage drawPage(int descriptor, double mostPointsPerSide);
+
+}  // namespace tavio::pdf_helper

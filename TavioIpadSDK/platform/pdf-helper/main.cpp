@@ -1,0 +1,149 @@
+// tavio-pdf-page: draws page 1 of the document on its standard input. pdf_answer.h says how it is
+// called and how it answers.
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "TavioIpadSDK/platform/pdf-helper/draw_page.h"
+#include "TavioIpadSDK/platform/pdf-helper/memory_guard.h"
+#include "TavioIpadSDK/platform/pdf_answer.h"
+
+namespace tavio::pdf_helper {
+
+namespace {
+
+using platform::pdf::Answer;
+using platform::pdf::AnswerHeader;
+
+constexpr int kFailed = 1;
+constexpr int kBadUsage = 2;
+
+struct Limits {
+    rlim_t cpuSeconds = 0;
+    rlim_t memoryBytes = 0;
+    double mostPointsPerSide = 0;
+};
+
+template <typename Number>
+bool parse(std::string_view text, Number& number) {
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end;
+}
+
+std::optional<Limits> parseArguments(std::span<char* const> arguments) {
+    Limits limits;
+    if (arguments.size() != 4 || !parse(arguments[1], limits.cpuSeconds) ||
+        !parse(arguments[2], limits.memoryBytes) ||
+        !parse(arguments[3], limits.mostPointsPerSide)) {
+        return std::nullopt;
+    }
+    return limits;
+}
+
+// Lowers a limit; one that is stricter already stays. `grace` lies between the warning signal and
+// the end.
+bool lower(decltype(RLIMIT_AS) resource, rlim_t wanted, rlim_t grace) {
+    rlimit limit{};
+    if (::getrlimit(resource, &limit) != 0) return false;
+    limit.rlim_cur = std::min(limit.rlim_cur, wanted);
+    limit.rlim_max = std::min(limit.rlim_max, std::max(wanted, wanted + grace));
+    return ::setrlimit(resource, &limit) == 0;
+}
+
+// All that is read before this comes from people who mean well.
+bool applyLimits(const Limits& limits) {
+    return ::prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && ::prctl(PR_SET_DUMPABLE, 0) == 0 &&
+           lower(RLIMIT_CORE, 0, 0) && lower(RLIMIT_CPU, limits.cpuSeconds, 1) &&
+           lower(RLIMIT_AS, limits.memoryBytes, 0);
+}
+
+// Where the answer goes. Not the standard output: the engine may print there.
+int answerDescriptor = -1;
+bool answerBegun = false;
+
+bool takeOverStandardOutput() {
+    answerDescriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    return answerDescriptor >= 0 && nowhere >= 0 && ::dup2(nowhere, STDOUT_FILENO) >= 0 &&
+           ::dup2(nowhere, STDERR_FILENO) >= 0;
+}
+
+bool writeAll(std::span<const std::byte> bytes) {
+    answerBegun = true;
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(answerDescriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+bool writeHeader(const AnswerHeader& header) {
+    return writeAll(std::as_bytes(std::span(&header, 1)));
+}
+
+void answerOutOfMemory() {
+    if (answerBegun) ::_exit(kFailed);
+    AnswerHeader header;
+    header.outcome = Answer::kOutOfMemory;
+    ::_exit(writeHeader(header) ? 0 : kFailed);
+}
+
+// A pixel as the surface holds it (alpha, red, green, blue from the top byte down, premultiplied)
+// as the answer wants it. What drawing left transparent shows the white below.
+constexpr std::uint32_t answerPixel(std::uint32_t pixel) {
+    const std::uint32_t white = 255 - (pixel >> 24);
+    const std::uint32_t red = std::min(((pixel >> 16) & 255) + white, std::uint32_t{255});
+    const std::uint32_t green = std::min(((pixel >> 8) & 255) + white, std::uint32_t{255});
+    const std::uint32_t blue = std::min((pixel & 255) + white, std::uint32_t{255});
+    return red | (green << 8) | (blue << 16) | 0xFF000000U;
+}
+
+// The surface's own rows become those of the answer, so that no more memory is needed.
+bool writePixels(const DrawnPage& page) {
+    unsigned char* row = cairo_image_surface_get_data(page.surface.get());
+    const int stride = cairo_image_surface_get_stride(page.surface.get());
+    for (std::uint32_t done = 0; done < page.header.rows; ++done, row += stride) {
+        // Rows of this format are aligned for their 32-bit pixels.
+        const std::span pixels(reinterpret_cast<std::uint32_t*>(row), page.header.columns);
+        std::ranges::transform(pixels, pixels.begin(), answerPixel);
+        if (!writeAll(std::as_bytes(pixels))) return false;
+    }
+    return true;
+}
+
+int run(std::span<char* const> arguments) {
+    const std::optional<Limits> limits = parseArguments(arguments);
+    if (!limits) {
+        std::fputs("Usage: tavio-pdf-page CPU-SECONDS MEMORY-BYTES MOST-POINTS < document\n",
+                   stderr);
+        return kBadUsage;
+    }
+    if (!takeOverStandardOutput()) return kFailed;
+    setOutOfMemoryAction(answerOutOfMemory);
+    if (!applyLimits(*limits)) return kFailed;
+
+    const DrawnPage page = drawPage(STDIN_FILENO, limits->mostPointsPerSide);
+    if (!writeHeader(page.header)) return kFailed;
+    return page.surface == nullptr || writePixels(page) ? 0 : kFailed;
+}
+
+}  // namespace
+
+}  // namespace tavio::pdf_helper
+
+int main(int count, char** arguments) {
+    return tavio::pdf_helper::run({arguments, static_cast<std::size_t>(count)});
+}

@@ -1,0 +1,17 @@
+# Pages of PDF documents: the adapter in the library, and the program that draws them.
+
+target_sources(tavio_sdk PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/pdf_helper.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/pdf_helper_process.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/pdf_page.cpp
+)
+
+# Where the adapter looks for the program when it does not lie beside the running one.
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/pdf_helper.cpp PROPERTIES
+  COMPILE_DEFINITIONS
+  "TAVIO_PDF_HELPER_INSTALLED=\"${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio\";TAVIO_PDF_HELPER_BUILT=\"$<TARGET_FILE_DIR:tavio-pdf-page>\"")
+
+add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/pdf-helper)
+
+# Whoever builds something that prints pages can then also run it.
+add_dependencies(tavio_sdk tavio-pdf-page)

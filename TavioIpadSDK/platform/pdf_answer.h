@@ -1,0 +1,90 @@
+// What the program tavio-pdf-page and the library say to each other.
+//
+//   command  = tavio-pdf-page CPU MEMORY SIDE
+//              CPU     seconds of processor time allowed, a whole number, 1 or more
+//              MEMORY  bytes of address space allowed, a whole number
+//              SIDE    most points that a side of the crop box may have, a decimal number
+//   input    = the document, a regular file open for reading as file descriptor 0
+//   answer   = header pixels, on file descriptor 1; nothing follows
+//   header   = the 64 bytes of AnswerHeader, numbers in the machine's own form
+//   pixels   = columns * rows words of 32 bits as in Picture (red, green, blue, 255), the top row
+//              first; only if the outcome is kDrawn
+//
+// A program that ends before its answer is whole has failed; how it ended says why.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <type_traits>
+
+#include "TavioIpadSDK/platform/arithmetic.h"
+
+namespace tavio::platform::pdf {
+
+inline constexpr std::uint32_t kAnswerMagic = 0x47505654;  // reads TVPG in memory
+inline constexpr std::uint32_t kAnswerVersion = 1;
+
+// Values of AnswerHeader::outcome.
+enum class Answer : std::uint32_t {
+    kDrawn = 0,
+    kNotPdf = 1,
+    kEncrypted = 2,
+    kNoPage = 3,
+    kTooLarge = 4,
+    kOutOfMemory = 5,
+};
+
+// All fields after `outcome` are 0 unless the outcome is kDrawn.
+struct AnswerHeader {
+    std::uint32_t magic = kAnswerMagic;
+    std::uint32_t version = kAnswerVersion;
+    Answer outcome = Answer::kNotPdf;
+    std::uint32_t reserved = 0;
+    double x = 0;  // the crop box in points
+    double y = 0;
+    double width = 0;
+    double height = 0;
+    std::int32_t left = 0;  // where the pixels lie on the canvas
+    std::int32_t top = 0;
+    std::uint32_t columns = 0;
+    std::uint32_t rows = 0;
+};
+static_assert(sizeof(AnswerHeader) == 64 && std::is_trivially_copyable_v<AnswerHeader>);
+
+// The canvas pixels that a crop box touches. All four are whole numbers; they stay double because
+// a crop box may lie anywhere. The box covers columns x to x + width and rows -y to height - y.
+struct PixelBox {
+    double left = 0;
+    double top = 0;
+    double columns = 0;
+    double rows = 0;
+};
+
+inline PixelBox pixelBox(double x, double y, double width, double height) {
+    const double left = std::floor(x);
+    const double top = std::floor(-y);
+    return {left, top, std::ceil(x + width) - left, std::ceil(height - y) - top};
+}
+
+// Whether both sides are more than 0 and at most `mostPoints`. False for NaN.
+inline bool sidesAllowed(double width, double height, double mostPoints) {
+    return width > 0 && height > 0 && width <= mostPoints && height <= mostPoints;
+}
+
+// The header of a drawn page. The box's sides are allowed ones and its pixels fit 32 bits.
+inline AnswerHeader drawnHeader(double x, double y, double width, double height) {
+    const PixelBox box = pixelBox(x, y, width, height);
+    AnswerHeader header;
+    header.outcome = Answer::kDrawn;
+    header.x = x;
+    header.y = y;
+    header.width = width;
+    header.height = height;
+    header.left = truncateToInt32(box.left);
+    header.top = truncateToInt32(box.top);
+    header.columns = static_cast<std::uint32_t>(box.columns);
+    header.rows = static_cast<std::uint32_t>(box.rows);
+    return header;
+}
+
+}  // namespace tavio::platform::pdf

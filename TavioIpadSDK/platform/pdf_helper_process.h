@@ -1,0 +1,84 @@
+// A program that reads one file and answers on a pipe, and that can be stopped.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tavio::platform::pdf {
+
+// Closes a file descriptor at the end of its scope; a negative number is none.
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
+    Descriptor& operator=(Descriptor&& other) noexcept;
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { reset(); }
+
+    bool isOpen() const { return number_ >= 0; }
+    int number() const { return number_; }
+    void reset();
+
+  private:
+    int number_ = -1;
+};
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+// How a program ended.
+struct Ending {
+    std::optional<int> exitStatus;  // it ended by itself
+    std::optional<int> signal;      // a signal ended it; neither: somebody else took the status
+    std::chrono::microseconds processorTime{0};
+};
+
+// One running program. Its process and all processes in its process group are gone when the object
+// is.
+class HelperProcess {
+  public:
+    // Starts `program`, a path, with `input` as its standard input, its standard output read by
+    // this object, its error messages going nowhere, no other file descriptor, no blocked or
+    // ignored signal and, of the environment, only what finding fonts and libraries needs.
+    // `arguments` come after the program's name. None if it cannot be started.
+    static std::optional<HelperProcess> start(const std::string& program,
+                                              const std::vector<std::string>& arguments,
+                                              const Descriptor& input);
+
+    HelperProcess(HelperProcess&& other) noexcept;
+    HelperProcess& operator=(HelperProcess&&) = delete;
+    HelperProcess(const HelperProcess&) = delete;
+    HelperProcess& operator=(const HelperProcess&) = delete;
+    ~HelperProcess();
+
+    enum class Read {
+        kFull,  // `into` is filled
+        kEnd,   // the answer ended before `into` was full
+        kLate,  // the deadline came before `into` was full
+    };
+
+    // Reads exactly into.size() bytes of the answer, waiting for them until the deadline.
+    Read read(std::span<std::byte> into, Deadline deadline);
+
+    // Waits until the process has ended; none if the deadline comes first. Nothing can be read
+    // afterwards.
+    std::optional<Ending> waitForEnd(Deadline deadline);
+
+  private:
+    HelperProcess(pid_t process, Descriptor answer)
+        : process_(process), answer_(std::move(answer)) {}
+
+    bool endedBefore(Deadline deadline) const;
+    Ending stopAndReap();
+
+    pid_t process_;      // 0 once it is reaped
+    Descriptor answer_;  // the pipe's reading end
+};
+
+}  // namespace tavio::platform::pdf

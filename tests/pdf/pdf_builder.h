@@ -1,0 +1,51 @@
+// Small PDF documents written as text, and a folder to put them in.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "TavioIpadSDK/platform/url.h"
+
+namespace tavio::tests {
+
+// Numbers objects from 1 in the order of adding and writes the cross-reference table.
+class PdfBuilder {
+  public:
+    // Each returns the new object's number. A number may be used before its object is added.
+    int add(std::string_view body);
+    int addStream(std::string_view dictionaryEntries, std::string_view data);
+
+    // The document; `trailerEntries` as in "/Root 1 0 R".
+    std::string finish(std::string_view trailerEntries) const;
+
+  private:
+    std::vector<std::string> objects_;
+};
+
+struct PageText {
+    std::string entries = "/MediaBox [0 0 612 792]";  // of the page's dictionary
+    std::string content;                              // drawing operators
+};
+
+// A document of these pages. `inherited` are entries of the page tree's root.
+std::string documentOf(const std::vector<PageText>& pages, std::string_view inherited = "");
+
+// A folder that is gone with the object.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder();
+
+    std::filesystem::path path(std::string_view name) const { return folder_ / name; }
+    platform::Url write(std::string_view name, std::string_view bytes) const;
+    std::string writeProgram(std::string_view name, std::string_view shellScript) const;
+
+  private:
+    std::filesystem::path folder_;
+};
+
+}  // namespace tavio::tests
