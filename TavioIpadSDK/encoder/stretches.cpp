@@ -70,17 +70,14 @@ void StretchWriter::addRun(const LineParser& run, bool isLast, const BandTexts& 
 
 void StretchWriter::startStretch(const LineParser& run, const BandTexts& texts) {
     first_ = run.start;
+    const std::int32_t columns = wrappingAdd(skipped_, written_);  // of the band, left of this one
     if (placement_.isLandscape) {
-        const bool isNewBand = rx_ != texts.strx;
-        if (isNewBand) written_ = 0;
-        ry_ = isNewBand ? skipped_
-                        : wrappingAdd(wrappingAdd(skipped_, written_), placement_.originaly);
+        const bool isFirstOfBand = rx_ != texts.strx;
+        ry_ = isFirstOfBand ? columns : wrappingAdd(columns, placement_.originaly);
         rx_ = texts.strx;
         if (ry_ == 0) ry_ = placement_.originaly;
         return;
     }
-    if (ry_ != texts.stry) written_ = 0;
-    const std::int32_t columns = wrappingAdd(skipped_, written_);
     rx_ = wrappingSubtract(placement_.portraitDots, wrappingAdd(columns, placement_.originalx));
     ry_ = texts.stry;
     if (rx_ == placement_.portraitDots)

@@ -75,7 +75,7 @@ bool loadAndPrint(const AssetRepresentation* representation) {
         imaging::myImageData = readFile(representation, block.get(), size);
         block.reset();
         image = platform::decodePicture(*imaging::myImageData).picture;
-    } catch (const std::exception&) {  // no memory for the copy, or a photo library that threw
+    } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
         image.reset();
     }
     printPicture(image);

@@ -39,10 +39,11 @@ class BackgroundQueue {
         for (;;) {
             changed_.wait(lock, [this] { return ending_ || !tasks_.empty(); });
             if (ending_) return;
-            const std::function<void()> task = std::move(tasks_.front());
+            std::function<void()> task = std::move(tasks_.front());
             tasks_.pop_front();
             lock.unlock();
             run(task);
+            task = {};  // outside of the lock: the end of what it held may itself need the queue
             lock.lock();
         }
     }

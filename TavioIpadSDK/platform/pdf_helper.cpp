@@ -51,12 +51,14 @@ bool isProgram(const std::filesystem::path& path) {
     return std::filesystem::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
 }
 
-// Beside the running program, where this library was installed, where it was built; "" if nowhere.
+// Beside the running program, in the installed tree that it is part of, where this library was to
+// be installed, where it was built; "" if nowhere.
 std::string findHelper() {
     std::error_code error;
     const std::filesystem::path running = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::array<std::filesystem::path, 3> folders = {
-        running.parent_path(), TAVIO_PDF_HELPER_INSTALLED, TAVIO_PDF_HELPER_BUILT};
+    const std::array<std::filesystem::path, 4> folders = {
+        running.parent_path(), running.parent_path() / TAVIO_PDF_HELPER_FROM_PROGRAM,
+        TAVIO_PDF_HELPER_INSTALLED, TAVIO_PDF_HELPER_BUILT};
     for (const std::filesystem::path& folder : folders) {
         if (!folder.is_absolute()) continue;
         if (isProgram(folder / kHelperName)) return folder / kHelperName;

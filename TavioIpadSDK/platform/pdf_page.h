@@ -66,7 +66,8 @@ struct PdfLimits {
 // is reached; leaves no process behind. Never throws.
 //
 // helper: path of the program `tavio-pdf-page`; "" looks for it beside the running program, then in
-// the place where this library was installed, then where it was built.
+// the installed tree that the program is part of, then in the place where this library was to be
+// installed, then where it was built.
 PdfPageResult drawPdfPageWithHelper(const Url& url, const PdfLimits& limits = {},
                                     const std::string& helper = "") noexcept;
 

@@ -1,5 +1,6 @@
 #include "TavioIpadSDK/platform/url.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <system_error>

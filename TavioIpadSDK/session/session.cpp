@@ -73,7 +73,7 @@ void PrintNoCut() {
 }
 
 void ClearMemory() {
-    SendString("\x1B\x63");
-}  // ESC, then "c"
+    SendString(std::string{'\x1B', 'c'});
+}
 
 }  // namespace tavio

@@ -213,7 +213,10 @@ class Encoder {
             const int32_t type = at(data + n) != 0 ? DATA : ZEROS;
             if (linemap.empty() || linemap.back().block_type != type)
                 linemap.push_back({static_cast<int32_t>(data + n), 0, type});
-            ++linemap.back().count;
+            // Behind the stream's end there are only zeros: counted at once, they may be billions.
+            const int32_t step = data + n >= j ? len2 - n : 1;
+            linemap.back().count += step;
+            n += step - 1;
         }
     }
 

@@ -1,0 +1,18 @@
+// Run-length coded pixels of a BMP file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/platform/decode_bmp_header.h"
+
+namespace tavio::platform {
+
+// Fills `pixels` (header.width * header.height, all 0 before, row 0 at the top) from header.data.
+// Returns an empty text, or why the data is refused: it writes outside of the picture, uses an
+// index outside of the palette, or ends before its end mark. The end mark may be missing only where
+// the header states the size of the data.
+std::string readBmpRuns(const BmpHeader& header, std::vector<UInt32>& pixels);
+
+}  // namespace tavio::platform

@@ -1,0 +1,185 @@
+#include "TavioIpadSDK/platform/decode_jpeg.h"
+
+#include <algorithm>
+#include <array>
+#include <csetjmp>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+// Needs std::size_t and FILE declared before it.
+#include <jerror.h>
+
+#include <jpeglib.h>
+
+#include "TavioIpadSDK/platform/exif_orientation.h"
+
+namespace tavio::platform {
+namespace {
+
+constexpr int kExifMarker = JPEG_APP0 + 1;
+constexpr unsigned kWholeMarker = 0xFFFF;
+
+// A few bytes of a progressive file can ask for a pass over the whole picture. Real files have
+// about ten passes; the product keeps the time bounded for large pictures.
+constexpr std::uint64_t kMostScans = 500;
+constexpr std::uint64_t kMostScannedPixels = std::uint64_t{1} << 34;
+
+// What libjpeg works on. It reports failure by jumping back over its own frames into one of the
+// functions below that call setjmp; those hold nothing that would need a destructor.
+class JpegReader {
+  public:
+    JpegReader() {
+        decoder_.err = jpeg_std_error(&errors_);
+        errors_.error_exit = &fail;
+        errors_.emit_message = &judgeMessage;
+        decoder_.client_data = this;
+        progress_.progress_monitor = &limitScans;
+    }
+    ~JpegReader() { jpeg_destroy_decompress(&decoder_); }
+    JpegReader(const JpegReader&) = delete;
+    JpegReader& operator=(const JpegReader&) = delete;
+
+    std::uint64_t width() const { return decoder_.image_width; }
+    std::uint64_t height() const { return decoder_.image_height; }
+
+    bool readHeader(std::span<const Byte> file) {
+        if (setjmp(jump_) != 0) return false;
+        jpeg_create_decompress(&decoder_);
+        decoder_.progress = &progress_;
+        jpeg_mem_src(&decoder_, file.data(), file.size());
+        jpeg_save_markers(&decoder_, kExifMarker, kWholeMarker);
+        jpeg_read_header(&decoder_, TRUE);
+        return true;
+    }
+
+    // The pixels as words of a picture; all of them opaque.
+    bool readPixels(UInt32* pixels) {
+        if (setjmp(jump_) != 0) return false;
+        decoder_.out_color_space = hasInks() ? JCS_CMYK : JCS_EXT_RGBA;
+        jpeg_start_decompress(&decoder_);
+        while (decoder_.output_scanline < decoder_.output_height) {
+            UInt32* row = pixels + std::size_t{decoder_.output_scanline} * decoder_.output_width;
+            JSAMPROW samples = reinterpret_cast<JSAMPROW>(row);
+            if (jpeg_read_scanlines(&decoder_, &samples, 1) == 0) return false;
+            toWords(row);
+        }
+        jpeg_finish_decompress(&decoder_);
+        return true;
+    }
+
+    // The markers are gone once the pixels have been read.
+    int orientation() const {
+        constexpr std::array<Byte, 6> kExif = {'E', 'x', 'i', 'f', 0, 0};
+        for (const auto* marker = decoder_.marker_list; marker != nullptr; marker = marker->next) {
+            const std::span<const Byte> data(marker->data, marker->data_length);
+            if (marker->marker == kExifMarker && data.size() >= kExif.size() &&
+                std::equal(kExif.begin(), kExif.end(), data.begin()))
+                return exifOrientation(data.subspan(kExif.size()));
+        }
+        return 1;
+    }
+
+    std::string why() const { return why_; }
+
+  private:
+    bool hasInks() const { return decoder_.num_components == 4; }
+
+    // Files with Adobe's marker hold how little ink there is.
+    void toWords(UInt32* row) const {
+        const Byte flip = decoder_.saw_Adobe_marker ? 0x00 : 0xFF;
+        for (std::size_t column = 0; column < decoder_.output_width; ++column) {
+            std::array<Byte, 4> sample{};
+            std::memcpy(sample.data(), row + column, sample.size());
+            unsigned shade = 0xFF;
+            if (hasInks()) {
+                for (Byte& ink : sample) ink ^= flip;
+                shade = sample[3];
+            }
+            row[column] = premultipliedPixel(sample[0], sample[1], sample[2], shade) | 0xFF000000U;
+        }
+    }
+
+    static JpegReader& readerOf(j_common_ptr decoder) {
+        return *static_cast<JpegReader*>(decoder->client_data);
+    }
+
+    [[noreturn]] static void stop(j_common_ptr decoder, const char* why) {
+        JpegReader& reader = readerOf(decoder);
+        reader.why_ = why;
+        std::longjmp(reader.jump_, 1);
+    }
+
+    [[noreturn]] static void fail(j_common_ptr decoder) {
+        switch (decoder->err->msg_code) {
+            case JERR_OUT_OF_MEMORY:
+                stop(decoder, "out of memory");
+            case JERR_ARITH_NOTIMPL:
+            case JERR_BAD_J_COLORSPACE:
+            case JERR_BAD_PRECISION:
+            case JERR_COMPONENT_COUNT:
+            case JERR_CONVERSION_NOTIMPL:
+            case JERR_NOT_COMPILED:
+            case JERR_SOF_UNSUPPORTED:
+                stop(decoder, "the JPEG file is of a kind not supported");
+            default:
+                stop(decoder, "the JPEG file is damaged");
+        }
+    }
+
+    // Level -1 is a warning, the others are traces. The decoder would put grey in place of what is
+    // missing or damaged and go on; only warnings that leave every pixel in its place are harmless.
+    static void judgeMessage(j_common_ptr decoder, int level) {
+        if (level >= 0) return;
+        switch (decoder->err->msg_code) {
+            case JWRN_ADOBE_XFORM:
+            case JWRN_BOGUS_ICC:
+            case JWRN_EXTRANEOUS_DATA:
+            case JWRN_JFIF_MAJOR:
+                return;
+            case JWRN_JPEG_EOF:
+                stop(decoder, "the JPEG file is cut short");
+            default:
+                stop(decoder, "the JPEG file is damaged");
+        }
+    }
+
+    static void limitScans(j_common_ptr decoder) {
+        const JpegReader& reader = readerOf(decoder);
+        const std::uint64_t most =
+            std::min(kMostScans, kMostScannedPixels / (reader.width() * reader.height()));
+        const int scan = reader.decoder_.input_scan_number;
+        if (scan > 0 && static_cast<std::uint64_t>(scan) > most)
+            stop(decoder, "the JPEG file has too many scans");
+    }
+
+    jpeg_decompress_struct decoder_{};
+    jpeg_error_mgr errors_{};
+    jpeg_progress_mgr progress_{};
+    std::jmp_buf jump_{};
+    const char* why_ = "the JPEG file is damaged";
+};
+
+}  // namespace
+
+bool looksLikeJpeg(std::span<const Byte> file) {
+    return file.size() >= 3 && file[0] == 0xFF && file[1] == 0xD8 && file[2] == 0xFF;
+}
+
+DecodedPicture decodeJpeg(std::span<const Byte> file) {
+    JpegReader reader;
+    if (!reader.readHeader(file)) return {std::nullopt, reader.why()};
+    const std::uint64_t count = reader.width() * reader.height();
+    if (count > static_cast<std::uint64_t>(kMostPixels))
+        return {std::nullopt, "the JPEG file has too many pixels"};
+
+    Picture picture{static_cast<std::int32_t>(reader.width()),
+                    static_cast<std::int32_t>(reader.height()), std::vector<UInt32>(count), 1};
+    picture.orientation = reader.orientation();
+    if (!reader.readPixels(picture.pixels.data())) return {std::nullopt, reader.why()};
+    return {std::move(picture), {}};
+}
+
+}  // namespace tavio::platform

@@ -1,0 +1,19 @@
+// Decoding JPEG files.
+#pragma once
+
+#include <span>
+
+#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/platform/decode_picture.h"
+
+namespace tavio::platform {
+
+// True when the file begins like a JPEG file.
+bool looksLikeJpeg(std::span<const Byte> file);
+
+// Grey, RGB, YCbCr, CMYK and YCCK with 8 bits a sample, in one scan, progressive or arithmetic
+// coded. Bytes behind the end marker are ignored; a missing end marker means a file cut short.
+// Throws std::bad_alloc.
+DecodedPicture decodeJpeg(std::span<const Byte> file);
+
+}  // namespace tavio::platform

@@ -1,0 +1,60 @@
+# cmake --install: the library with its public headers, the tool, and a package for find_package.
+#
+#   find_package(Tavio REQUIRED)
+#   target_link_libraries(my_program PRIVATE Tavio::sdk Tavio::links)
+
+include(CMakePackageConfigHelpers)
+
+# Headers keep the folders that they include each other by, in a folder of their own: "links" alone
+# would be anybody's.
+set(headers "${CMAKE_INSTALL_INCLUDEDIR}/tavio")
+
+# What TavioIpadSDK.h includes, directly or not, and the links. All other headers are inner ones.
+set(public_headers
+  TavioIpadSDK/TavioIpadSDK.h
+  TavioIpadSDK/intake/job.h
+  TavioIpadSDK/intake/logos.h
+  TavioIpadSDK/intake/send_file.h
+  TavioIpadSDK/platform/bytes.h
+  TavioIpadSDK/platform/notice.h
+  TavioIpadSDK/platform/object.h
+  TavioIpadSDK/platform/pdf_page.h
+  TavioIpadSDK/platform/photo_library.h
+  TavioIpadSDK/platform/picture.h
+  TavioIpadSDK/platform/text.h
+  TavioIpadSDK/platform/url.h
+  TavioIpadSDK/session/session.h
+  TavioIpadSDK/session/transport.h
+  TavioIpadSDK/settings/dot_width_table.h
+  TavioIpadSDK/settings/settings.h
+)
+file(GLOB link_headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}"
+     "${PROJECT_SOURCE_DIR}/links/*.h")
+foreach(header IN LISTS public_headers link_headers)
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${headers}/${folder}")
+endforeach()
+
+install(TARGETS tavio_sdk tavio_links EXPORT TavioTargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  INCLUDES DESTINATION "${headers}")
+
+# A shared library lies where the tool finds it, wherever the tree has been put.
+file(RELATIVE_PATH libraries
+     "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+install(TARGETS tavio RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/Tavio")
+install(EXPORT TavioTargets NAMESPACE Tavio:: DESTINATION "${package}")
+configure_package_config_file(
+  "${PROJECT_SOURCE_DIR}/cmake/TavioConfig.cmake.in" "${PROJECT_BINARY_DIR}/TavioConfig.cmake"
+  INSTALL_DESTINATION "${package}" NO_SET_AND_CHECK_MACRO)
+# Before 1.0 any minor version may change the interface.
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/TavioConfigVersion.cmake"
+  COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/TavioConfig.cmake"
+              "${PROJECT_BINARY_DIR}/TavioConfigVersion.cmake"
+        DESTINATION "${package}")

@@ -1,0 +1,141 @@
+#include "tavio/commands.h"
+
+#include <cstdint>
+#include <iostream>
+
+#include "TavioIpadSDK/TavioIpadSDK.h"
+#include "tavio/destination.h"
+#include "tavio/document.h"
+#include "tavio/failure.h"
+#include "tavio/input_file.h"
+#include "tavio/job.h"
+#include "tavio/stocks.h"
+#include "tavio/ticket_fit.h"
+#include "virtual-printer/decode_listing.h"
+
+namespace tavio::tool {
+
+namespace {
+
+void sendDocument(const Options& options, Console& console) {
+    Destination destination = destinationOf(options);
+    Use use = options.command == Command::kPrint ? Use::kPrint : Use::kLogo;
+    configure(options.settings);
+    Document document = prepareDocument(options.file, use, options.target.name, console);
+    if (document.size) {
+        for (const std::string& warning :
+             fitWarnings(*document.size, use, options.row, options.column, options.settings)) {
+            console.warn(warning);
+        }
+    }
+    // The result is not looked at: for a picture it is false also when all went well.
+    runJob(options, destination, console, [&] {
+        if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
+        if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
+    });
+}
+
+void sendText(const Options& options, Console& console) {
+    const auto& text = options.text;
+    if (!platform::decodeUtf8({reinterpret_cast<const Byte*>(text.data()), text.size()})) {
+        throw Failure("the text to send is not UTF-8");
+    }
+    runJob(options, console, [&] { SendString(text); });
+}
+
+void refuseOverwriting(const InputFile& file, const std::string& path, const std::string& output,
+                       const char* option) {
+    if (file.isAt(output)) {
+        throw Failure(path + " is the job itself, so choose another place with " + option);
+    }
+}
+
+void sendRaw(const Options& options, Console& console) {
+    InputFile file(options.file);
+    refuseOverwriting(file, options.file, options.target.name, "--to");
+    runJob(options, console, [&] {
+        for (auto bytes = file.next(); !bytes.empty(); bytes = file.next()) {
+            SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+        }
+    });
+}
+
+// What was written to standard output has to arrive there.
+void flushOutput() {
+    if (!std::cout.flush()) throw Failure("standard output cannot be written");
+}
+
+void showStatus(const Options& options, Console& console) {
+    Text reply;
+    runJob(options, console, [&] {
+        reply = ReadPrinter();
+        if (!reply) {
+            throw Failure("there is no reply: " + options.target.name + " is not a printer");
+        }
+    });
+    std::cout << printable(*reply) << '\n';
+    flushOutput();
+}
+
+void preview(const Options& options, Console& console) {
+    console.stage("drawing the tickets");
+    InputFile file(options.file);
+    refuseOverwriting(file, options.file, options.output, "--output");
+    PreviewLink link(options.output, options.settings);
+    bool good = link.open("");
+    for (auto bytes = file.next(); good && !bytes.empty(); bytes = file.next()) {
+        good = link.write(bytes);
+    }
+    link.close();
+    if (!link.commit()) throw Failure(link.failure());
+    reportPreview(link, console);
+}
+
+void decode(const Options& options, Console& console) {
+    if (!standardOutputIsTerminal()) console.stage("decoding");
+    InputFile file(options.file);
+    virtual_printer::DecodeListing listing(std::cout);
+    for (auto bytes = file.next(); std::cout && !bytes.empty(); bytes = file.next()) {
+        listing.feed(bytes);
+    }
+    listing.finish();
+    flushOutput();
+}
+
+void listStocks() {
+    std::cout << stocksTable();
+    flushOutput();
+}
+
+}  // namespace
+
+void runCommand(const Options& options, Console& console) {
+    switch (options.command) {
+        case Command::kPrint:
+        case Command::kLogoStore:
+            return sendDocument(options, console);
+        case Command::kLogoPrint:
+            return runJob(options, console,
+                          [&] { PrintLogo(options.logo, options.row, options.column); });
+        case Command::kSend:
+            return sendText(options, console);
+        case Command::kRaw:
+            return sendRaw(options, console);
+        case Command::kCut:
+            return runJob(options, console, PrintCut);
+        case Command::kEject:
+            return runJob(options, console, PrintNoCut);
+        case Command::kClear:
+            return runJob(options, console, ClearMemory);
+        case Command::kStatus:
+            return showStatus(options, console);
+        case Command::kPreview:
+            return preview(options, console);
+        case Command::kDecode:
+            return decode(options, console);
+        case Command::kStocks:
+            return listStocks();
+    }
+}
+
+}  // namespace tavio::tool

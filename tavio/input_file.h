@@ -1,0 +1,38 @@
+// The file that a command reads.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::tool {
+
+// A regular file, read from its beginning. What goes wrong is thrown as a Failure that names the
+// file: it does not exist, is a folder, is not a regular file, or cannot be read and why.
+//
+//   InputFile file("job.bin");
+//   while (auto bytes = file.next(); !bytes.empty()) printer.feed(bytes);
+class InputFile {
+  public:
+    explicit InputFile(std::string path);
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile();
+
+    // The next bytes, 1 MiB at most, valid until the next call; none at the end of the file.
+    std::span<const Byte> next();
+
+    // All bytes that have not been read yet.
+    Bytes rest();
+
+    // True when the path names this very file, so that writing there would destroy it.
+    bool isAt(const std::string& path) const;
+
+  private:
+    std::string path_;
+    int descriptor_ = -1;
+    Bytes buffer_;
+};
+
+}  // namespace tavio::tool

@@ -1,0 +1,37 @@
+#include <csignal>
+#include <exception>
+#include <new>
+#include <variant>
+
+#include "tavio/commands.h"
+#include "tavio/console.h"
+#include "tavio/failure.h"
+#include "tavio/options.h"
+
+namespace {
+
+int run(int argc, const char* const* argv) {
+    using namespace tavio::tool;
+    auto parsed = parseCommandLine(argc, argv);
+    if (const int* status = std::get_if<int>(&parsed)) return *status;
+    Console console(writeToStandardError, standardErrorIsTerminal());
+    try {
+        runCommand(std::get<Options>(parsed), console);
+        return 0;
+    } catch (const Failure& failure) {
+        console.fail(failure.what());
+    } catch (const std::bad_alloc&) {
+        console.fail("there is not enough memory for this");
+    } catch (const std::exception& error) {
+        console.fail(error.what());
+    }
+    return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A reader of our output that has gone away is an error like any other, told in a sentence.
+    std::signal(SIGPIPE, SIG_IGN);
+    return run(argc, argv);
+}

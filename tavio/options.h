@@ -1,0 +1,65 @@
+// The command line.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "tavio/target.h"
+
+namespace tavio::tool {
+
+enum class Command {
+    kPrint,
+    kLogoStore,
+    kLogoPrint,
+    kSend,
+    kRaw,
+    kCut,
+    kEject,
+    kClear,
+    kStatus,
+    kPreview,
+    kDecode,
+    kStocks,
+};
+
+// What follows the job: how the ticket leaves the printer.
+enum class Finish { kNothing, kCut, kEject };
+
+struct Settings {
+    std::string path = "<P1>";
+    std::int32_t resolution = 300;  // 200, 300 or 600 dots per inch
+    bool scaled = false;
+    bool threshold = false;  // else dithered
+    std::int32_t stock = 0;  // 0 to 8
+    bool portrait = false;
+};
+
+struct Options {
+    Command command = Command::kStocks;
+    Settings settings;
+    Target target{Target::Kind::kPreview, "ticket.png"};
+    bool trace = false;
+
+    std::string file;  // the document or job file
+    std::string text;  // of "send"
+    std::int32_t row = 0;
+    std::int32_t column = 0;
+    std::int32_t logo = 0;
+    Finish finish = Finish::kNothing;
+    std::string output = "ticket.png";  // of "preview"
+};
+
+// Reads the command line. Where that alone ends the program (help, version, bad usage), it has said
+// so on standard output or standard error, and the result is the exit status: 0 or 2.
+std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
+
+// A decimal number of 32 bits with an optional sign and nothing around it; none for any other text.
+std::optional<std::int32_t> parseNumber(std::string_view text);
+
+// The index of the stock that the text names: "0" to "8", or a name in any case ("cinema").
+std::optional<std::int32_t> parseStock(std::string_view text);
+
+}  // namespace tavio::tool

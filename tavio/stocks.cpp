@@ -1,0 +1,56 @@
+#include "tavio/stocks.h"
+
+#include <cctype>
+#include <iomanip>
+#include <sstream>
+
+#include "TavioIpadSDK/settings/stock_table.h"
+#include "virtual-printer/ticket.h"
+
+namespace tavio::tool {
+
+namespace {
+
+std::string inches(settings::StockSize size) {
+    std::ostringstream text;
+    text << size.width << " x " << size.height;
+    return text.str();
+}
+
+std::string dots(std::int32_t stock, std::int32_t resolution) {
+    auto size = virtual_printer::ticketSize(stock, resolution);
+    if (!size) return "";
+    return std::to_string(size->columns) + " x " + std::to_string(size->rows);
+}
+
+std::string nameOf(const settings::Stock& stock) {
+    std::string name;
+    for (const char* at = stock.name; *at != '\0'; ++at) {
+        name += static_cast<char>(std::tolower(static_cast<unsigned char>(*at)));
+    }
+    return name.empty() ? "-" : name;
+}
+
+}  // namespace
+
+std::string stocksTable() {
+    std::ostringstream table;
+    auto line = [&table](const std::string& index, const std::string& name,
+                         const std::string& landscape, const std::string& portrait,
+                         const std::string& at200, const std::string& at300,
+                         const std::string& at600) {
+        table << std::left << std::setw(7) << index << std::setw(12) << name << std::setw(15)
+              << landscape << std::setw(15) << portrait << std::setw(14) << at200 << std::setw(14)
+              << at300 << at600 << '\n';
+    };
+    line("stock", "name", "landscape, in", "portrait, in", "dots at 200", "dots at 300",
+         "dots at 600");
+    for (std::int32_t index = 0; index < settings::kStockCount; ++index) {
+        const auto& stock = settings::kStocks[static_cast<std::size_t>(index)];
+        line(std::to_string(index), nameOf(stock), inches(stock.landscape), inches(stock.otherwise),
+             dots(index, 200), dots(index, 300), dots(index, 600));
+    }
+    return table.str();
+}
+
+}  // namespace tavio::tool

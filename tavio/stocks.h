@@ -1,0 +1,13 @@
+// The table of ticket stocks.
+#pragma once
+
+#include <string>
+
+namespace tavio::tool {
+
+// One line per stock under a line of headings, in columns: index, name, inches in landscape and in
+// portrait (width x height), and dots at 200, 300 and 600 dots per inch, as the stock lies in
+// landscape.
+std::string stocksTable();
+
+}  // namespace tavio::tool

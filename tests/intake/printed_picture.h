@@ -1,0 +1,21 @@
+// What the last print left behind, read for tests.
+#pragma once
+
+#include <string>
+
+#include "support/bitmaps.h"
+
+namespace tavio::test {
+
+inline constexpr const char* kNoPictureNotice = "Error - Invalid Image width/height/depth.";
+
+// The black and white picture of the last print, the top row first.
+Rows printedRows();
+
+// "width x height" of the last print in dots.
+std::string printedSize();
+
+// Whether any graphics bytes were sent since the test began.
+bool graphicsWereSent();
+
+}  // namespace tavio::test

@@ -1,0 +1,209 @@
+#include "links/output_file.h"
+
+#include <array>
+#include <fcntl.h>
+#include <filesystem>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "links/temporary_folder.h"
+
+namespace tavio::links {
+namespace {
+
+using test::readFile;
+using test::TemporaryFolder;
+using test::writeFile;
+
+std::span<const Byte> bytesOf(std::string_view text) {
+    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
+}
+
+mode_t permissionsOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 0777;
+}
+
+TEST(OutputFile, AppearsWhenItIsCommitted) {
+    TemporaryFolder folder;
+    OutputFile file(folder / "job.bin");
+    ASSERT_TRUE(file.open());
+    ASSERT_TRUE(file.write(bytesOf("one")));
+    ASSERT_TRUE(file.write(bytesOf("two")));
+    EXPECT_FALSE(std::filesystem::exists(folder / "job.bin"));
+    ASSERT_TRUE(file.commit());
+    EXPECT_EQ(readFile(folder / "job.bin"), "onetwo");
+    EXPECT_EQ(folder.names(), std::set<std::string>{"job.bin"});
+    EXPECT_EQ(file.failure(), "");
+}
+
+TEST(OutputFile, LeavesNothingBehindWithoutACommit) {
+    TemporaryFolder folder;
+    {
+        OutputFile file(folder / "job.bin");
+        ASSERT_TRUE(file.open());
+        ASSERT_TRUE(file.write(bytesOf("one")));
+    }
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(OutputFile, LeavesNothingBehindInAProgramThatIsKilled) {
+    TemporaryFolder folder;
+    int nameless = ::open(folder.path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (nameless < 0) GTEST_SKIP() << "no files without a name here";
+    ::close(nameless);
+    pid_t child = ::fork();
+    if (child == 0) {
+        OutputFile file(folder / "job.bin");
+        bool written = file.open() && file.write(bytesOf("one"));
+        ::_exit(written ? 7 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 7);
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(OutputFile, KeepsTheOldFileWithoutACommit) {
+    TemporaryFolder folder;
+    writeFile(folder / "job.bin", "old");
+    {
+        OutputFile file(folder / "job.bin");
+        ASSERT_TRUE(file.open());
+        ASSERT_TRUE(file.write(bytesOf("new")));
+        EXPECT_EQ(readFile(folder / "job.bin"), "old");
+    }
+    EXPECT_EQ(readFile(folder / "job.bin"), "old");
+    EXPECT_EQ(folder.names(), std::set<std::string>{"job.bin"});
+}
+
+TEST(OutputFile, KeepsThePermissionsOfTheFileThatItReplaces) {
+    TemporaryFolder folder;
+    writeFile(folder / "job.bin", "old");
+    ASSERT_EQ(::chmod((folder / "job.bin").c_str(), 0640), 0);
+    OutputFile file(folder / "job.bin");
+    ASSERT_TRUE(file.open() && file.write(bytesOf("new")) && file.commit());
+    EXPECT_EQ(permissionsOf(folder / "job.bin"), 0640U);
+    EXPECT_EQ(readFile(folder / "job.bin"), "new");
+}
+
+TEST(OutputFile, GivesANewFileTheUsualPermissions) {
+    TemporaryFolder folder;
+    mode_t before = ::umask(027);
+    OutputFile file(folder / "job.bin");
+    bool written = file.open() && file.commit();
+    ::umask(before);
+    ASSERT_TRUE(written);
+    EXPECT_EQ(permissionsOf(folder / "job.bin"), 0640U);
+}
+
+TEST(OutputFile, WritesWhereASymbolicLinkPoints) {
+    TemporaryFolder folder;
+    writeFile(folder / "real.bin", "old");
+    std::filesystem::create_symlink("real.bin", folder / "link.bin");
+    OutputFile file(folder / "link.bin");
+    ASSERT_TRUE(file.open() && file.write(bytesOf("new")) && file.commit());
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.bin"));
+    EXPECT_EQ(readFile(folder / "real.bin"), "new");
+}
+
+TEST(OutputFile, RefusesAFolder) {
+    TemporaryFolder folder;
+    OutputFile file(folder.path());
+    EXPECT_FALSE(file.open());
+    EXPECT_EQ(file.failure(), folder.path() + " cannot be written: Is a directory");
+    OutputFile missing(folder / "missing/");
+    EXPECT_FALSE(missing.open());
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(OutputFile, RefusesAPlaceInAMissingFolder) {
+    TemporaryFolder folder;
+    OutputFile file(folder / "missing/job.bin");
+    EXPECT_FALSE(file.open());
+    EXPECT_EQ(file.failure(),
+              (folder / "missing/job.bin") + " cannot be written: No such file or directory");
+    EXPECT_FALSE(file.write(bytesOf("x")));
+    EXPECT_FALSE(file.commit());
+}
+
+TEST(OutputFile, RefusesNamesThatNameNothing) {
+    EXPECT_FALSE(OutputFile("").open());
+    EXPECT_FALSE(OutputFile(std::string("a\0b", 3)).open());
+}
+
+TEST(OutputFile, RefusesToWriteUnopened) {
+    TemporaryFolder folder;
+    OutputFile file(folder / "job.bin");
+    EXPECT_FALSE(file.write(bytesOf("x")));
+    EXPECT_FALSE(file.commit());
+    EXPECT_NE(file.failure(), "");
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(OutputFile, TellsThatADeviceIsFull) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+    OutputFile file("/dev/full");
+    ASSERT_TRUE(file.open());
+    EXPECT_FALSE(file.write(bytesOf("x")));
+    EXPECT_EQ(file.failure(), "/dev/full cannot be written: No space left on device");
+    EXPECT_FALSE(file.commit());
+    EXPECT_TRUE(std::filesystem::exists("/dev/full"));
+}
+
+TEST(OutputFile, WritesAPipeAtOnce) {
+    TemporaryFolder folder;
+    std::string pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string received;
+    std::thread reader([&] { received = readFile(pipe); });
+    bool written = false;
+    {
+        OutputFile file(pipe);
+        written = file.open() && file.write(bytesOf("through")) && file.commit();
+    }
+    reader.join();
+    EXPECT_TRUE(written);
+    EXPECT_EQ(received, "through");
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+// Redirected output continues where the descriptor stands: what was written before stays.
+TEST(OutputFile, ContinuesOnAnOpenDescriptor) {
+    TemporaryFolder folder;
+    writeFile(folder / "redirected", "");
+    int descriptor = ::open((folder / "redirected").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(::write(descriptor, "before ", 7), 7);
+    {
+        OutputFile file("/dev/fd/" + std::to_string(descriptor));
+        EXPECT_TRUE(file.open() && file.write(bytesOf("after")) && file.commit());
+    }
+    EXPECT_EQ(::write(descriptor, " end", 4), 4) << "the descriptor itself must stay open";
+    ::close(descriptor);
+    EXPECT_EQ(readFile(folder / "redirected"), "before after end");
+}
+
+TEST(OutputFile, RefusesADescriptorThatIsNotOpen) {
+    OutputFile file("/dev/fd/1000000");
+    EXPECT_FALSE(file.open());
+    EXPECT_NE(file.failure(), "");
+}
+
+TEST(OutputFile, CanBeMovedWhileOpen) {
+    TemporaryFolder folder;
+    OutputFile first(folder / "job.bin");
+    ASSERT_TRUE(first.open() && first.write(bytesOf("x")));
+    OutputFile second(std::move(first));
+    EXPECT_TRUE(second.commit());
+    EXPECT_EQ(readFile(folder / "job.bin"), "x");
+}
+
+}  // namespace
+}  // namespace tavio::links

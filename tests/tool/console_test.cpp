@@ -1,0 +1,127 @@
+#include "tavio/console.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace tavio::tool {
+namespace {
+
+using std::chrono::hours;
+using std::chrono::milliseconds;
+
+// Collects what a console writes; may be waited on, so that no test depends on how long it took.
+class Screen {
+  public:
+    Console::Writer writer() {
+        return [this](std::string_view text) {
+            std::lock_guard lock(mutex_);
+            text_ += text;
+            changed_.notify_all();
+        };
+    }
+    void waitFor(std::string_view text) {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return text_.find(text) != std::string::npos; });
+    }
+    std::string text() {
+        std::lock_guard lock(mutex_);
+        return text_;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::string text_;
+};
+
+const std::string kWipe = "\r\x1B[K";
+
+TEST(Console, ShowsTheStageOfWorkThatTakesLong) {
+    Screen screen;
+    {
+        Console console(screen.writer(), true, milliseconds(20));
+        console.stage("reading");
+        screen.waitFor("reading ...");
+    }
+    EXPECT_EQ(screen.text(), "reading ..." + kWipe);
+}
+
+TEST(Console, ShowsEachFurtherStageInPlaceOfTheLast) {
+    Screen screen;
+    {
+        Console console(screen.writer(), true, milliseconds(0));
+        console.stage("reading");
+        screen.waitFor("reading ...");
+        console.stage("printing");
+        console.stage("");
+    }
+    EXPECT_EQ(screen.text(), "reading ..." + kWipe + "printing ..." + kWipe);
+}
+
+TEST(Console, WipesTheStageBeforeAMessage) {
+    Screen screen;
+    {
+        Console console(screen.writer(), true, milliseconds(0));
+        console.stage("reading");
+        screen.waitFor("reading ...");
+        console.warn("odd");
+    }
+    EXPECT_EQ(screen.text(),
+              "reading ..." + kWipe + "tavio: warning: odd\n" + "reading ..." + kWipe);
+}
+
+TEST(Console, ShowsNoStageOfWorkThatIsDoneSoon) {
+    Screen screen;
+    {
+        Console console(screen.writer(), true, hours(1));
+        console.stage("reading");
+        console.stage("printing");
+    }
+    EXPECT_EQ(screen.text(), "");
+}
+
+TEST(Console, ShowsNoStageWhereThereIsNoTerminal) {
+    Screen screen;
+    {
+        Console console(screen.writer(), false, milliseconds(0));
+        console.stage("reading");
+        console.fail("broken");
+        console.trace("Open_WF");
+    }
+    EXPECT_EQ(screen.text(), "tavio: broken\ntavio: trace: Open_WF\n");
+}
+
+TEST(Console, TakesMessagesFromManyThreads) {
+    Screen screen;
+    {
+        Console console(screen.writer(), true, milliseconds(0));
+        auto talk = [&console] {
+            for (int round = 0; round < 200; ++round) {
+                console.stage("working");
+                console.trace("x");
+            }
+        };
+        std::thread first(talk);
+        std::thread second(talk);
+        first.join();
+        second.join();
+    }
+    std::string text = screen.text();
+    std::size_t messages = 0;
+    for (auto at = text.find("tavio: trace: x\n"); at != std::string::npos;
+         at = text.find("tavio: trace: x\n", at + 1)) {
+        ++messages;
+    }
+    EXPECT_EQ(messages, 400U);
+}
+
+TEST(Printable, ShowsControlCharacters) {
+    EXPECT_EQ(printable(std::string("a\x1B[2J\n\0\x7F", 8)), "a\\x1B[2J\\x0A\\x00\\x7F");
+    EXPECT_EQ(printable("caf\xC3\xA9 \\"), "caf\xC3\xA9 \\");
+}
+
+}  // namespace
+}  // namespace tavio::tool

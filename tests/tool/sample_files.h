@@ -1,0 +1,22 @@
+// Small documents, made by the byte.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tavio::test {
+
+// A BMP file of 24 bits per pixel in one shade of grey, 0 black to 255 white.
+std::string greyBmp(std::uint32_t width, std::uint32_t height, std::uint8_t shade = 0);
+
+// A PDF document whose one page has this size in points and shows a black rectangle over its left
+// half; without a page if `pages` is 0.
+std::string pdf(double width, double height, int pages = 1);
+
+// A PDF document that opens with no password that anybody knows.
+std::string encryptedPdf();
+
+// A PNG file cut off in its header.
+std::string brokenPng();
+
+}  // namespace tavio::test

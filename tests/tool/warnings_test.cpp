@@ -1,0 +1,82 @@
+// What the tool warns of and does all the same.
+
+#include <gtest/gtest.h>
+
+#include "tool/process.h"
+#include "tool/sample_files.h"
+
+namespace tavio::test {
+namespace {
+
+class Warnings : public ToolTest {
+  protected:
+    // Succeeds with exactly these lines on standard error; gives the bytes sent.
+    std::string bytesWithWarnings(std::vector<std::string> arguments,
+                                  const std::string& lines) const {
+        arguments.insert(arguments.end(), {"--to", "file:job.bin"});
+        Ran ran = tavio(arguments);
+        EXPECT_EQ(ran.status, 0);
+        EXPECT_EQ(ran.err, lines);
+        return readFile(at("job.bin"));
+    }
+};
+
+TEST_F(Warnings, APictureOfFewerThan8RowsPrintsNothing) {
+    writeFile(at("low.bmp"), greyBmp(32, 7));
+    EXPECT_EQ(bytesWithWarnings({"print", "low.bmp", "--cut"},
+                                "tavio: warning: the picture is 32 x 7 dots: of fewer than 8 rows "
+                                "nothing prints\n"),
+              "<P1><LM><RE0><DI><p>");
+    writeFile(at("high.bmp"), greyBmp(32, 8));
+    bytesWithWarnings({"print", "high.bmp"}, "");
+}
+
+// Under portrait width and height change places: 7 columns become 7 rows.
+TEST_F(Warnings, TheRowsAreThoseInPrint) {
+    writeFile(at("narrow.bmp"), greyBmp(7, 32));
+    bytesWithWarnings({"print", "narrow.bmp"}, "");
+    bytesWithWarnings({"print", "narrow.bmp", "--orientation", "portrait"},
+                      "tavio: warning: the picture is 32 x 7 dots: of fewer than 8 rows nothing "
+                      "prints\n");
+    writeFile(at("low.bmp"), greyBmp(32, 7));
+    bytesWithWarnings({"print", "low.bmp", "--scaled"}, "");
+    writeFile(at("low.pdf"), pdf(72, 2.5));  // 6.9 rows at 200 dots per inch
+    bytesWithWarnings({"print", "low.pdf", "--resolution", "200"},
+                      "tavio: warning: the picture is 200 x 6 dots: of fewer than 8 rows nothing "
+                      "prints\n");
+}
+
+TEST_F(Warnings, ALogoOfFewerThan16RowsIsNotStored) {
+    writeFile(at("low.bmp"), greyBmp(32, 15));
+    EXPECT_EQ(bytesWithWarnings({"logo", "store", "3", "low.bmp"},
+                                "tavio: warning: the picture is 32 x 15 dots: of fewer than 16 "
+                                "rows nothing is stored as a logo\n"),
+              "<RE0><DI><RC0,0><3>\x1B<RC8,0>\x1B");
+    writeFile(at("high.bmp"), greyBmp(32, 16));
+    bytesWithWarnings({"logo", "store", "3", "high.bmp"}, "");
+}
+
+TEST_F(Warnings, APictureLargerThanTheTicket) {
+    writeFile(at("wide.bmp"), greyBmp(1651, 16));
+    bytesWithWarnings({"print", "wide.bmp"},
+                      "tavio: warning: the picture of 1651 x 16 dots is larger than the ticket of "
+                      "1650 x 600 dots\n");
+    bytesWithWarnings({"print", "wide.bmp", "--stock", "receipt"}, "");
+    bytesWithWarnings({"print", "wide.bmp", "--stock", "receipt", "--row", "960"},
+                      "tavio: warning: the picture of 1651 x 16 dots at row 960, column 0 reaches "
+                      "beyond the ticket of 2400 x 975 dots\n");
+    bytesWithWarnings({"logo", "store", "1", "wide.bmp"},
+                      "tavio: warning: the picture of 1651 x 16 dots is larger than the ticket of "
+                      "1650 x 600 dots\n");
+}
+
+TEST_F(Warnings, APageLargerThanTheTicket) {
+    writeFile(at("page.pdf"), pdf(595.276, 841.89));
+    bytesWithWarnings({"print", "page.pdf"},
+                      "tavio: warning: the picture of 2480 x 3507 dots is larger than the ticket "
+                      "of 1650 x 600 dots\n");
+    bytesWithWarnings({"print", "page.pdf", "--scaled"}, "");
+}
+
+}  // namespace
+}  // namespace tavio::test

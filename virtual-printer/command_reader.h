@@ -1,0 +1,163 @@
+// Splits the printer's byte stream into commands, graphics and text.
+//
+// The stream:
+//
+//   "<P" n ">"              print path n
+//   "<LM>"  "<PM>"          landscape, portrait
+//   "<RE" n ">"  "<DI>"     set-up, without a visible effect
+//   "<RC" row "," col ">"   position
+//   "<G" count ">" bytes    count graphics bytes of any value
+//   "<SP" row "," col ">"   place of the next logo
+//   "<LD" n ">"             print logo n
+//   "<" n ">" ESC           begin to store logo n
+//   ESC                     end of the logo, while one is being stored
+//   ESC "c"                 clear the memory, while none is being stored
+//   "<p>"  "<q>"            cut the ticket, eject it without a cut
+//   anything else           text
+//
+// Numbers are decimal with an optional minus sign; a number beyond 32 bits counts as the nearest
+// 32-bit one. Commands are printable characters between "<" and ">", kMostCommandBytes at most.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tavio::virtual_printer {
+
+using Byte = std::uint8_t;
+
+enum class CommandKind : std::uint8_t {
+    kPath,  // arguments: path number
+    kLandscape,
+    kPortrait,
+    kRe,  // arguments: n
+    kDi,
+    kPosition,   // arguments: row, column
+    kGraphics,   // arguments: count; graphicsBytes() and graphicsEnd() follow
+    kLogoPlace,  // arguments: row, column
+    kPrintLogo,  // arguments: logo number
+    kBeginLogo,  // arguments: logo number
+    kEndLogo,
+    kClearMemory,
+    kCut,
+    kEject,
+    kUnknown,  // a "<...>" that means nothing, or an ESC that begins nothing
+};
+
+// The most bytes of one command, "<" and ">" included.
+inline constexpr std::size_t kMostCommandBytes = 64;
+
+// The most bytes of one text() event; a longer run of text comes as several, cut between
+// characters.
+inline constexpr std::size_t kMostTextBytes = 256;
+
+struct Command {
+    std::uint64_t offset = 0;  // of its first byte, from the start of the stream
+    CommandKind kind = CommandKind::kUnknown;
+    std::string_view text;                    // its bytes, as they came; valid during the call
+    std::array<std::int32_t, 2> arguments{};  // as the kind says; 0 where it has none
+};
+
+struct ParsedCommand;
+
+// Receives what CommandReader finds, in the order of the stream. For the same stream the calls are
+// the same wherever its chunks were cut, except that graphics may come in other pieces.
+class CommandSink {
+  public:
+    virtual ~CommandSink() = default;
+
+    virtual void command(const Command& command) = 0;
+
+    // The bytes of the graphics command last announced, in pieces of 1 byte or more, and their
+    // end. The end also comes when the stream stops early, after the problem that says so.
+    virtual void graphicsBytes(std::span<const Byte> bytes) = 0;
+    virtual void graphicsEnd() = 0;
+
+    // 1 to kMostTextBytes bytes between commands, line ends included. The offset is that of the
+    // first byte.
+    virtual void text(std::uint64_t offset, std::span<const Byte> bytes) = 0;
+
+    // Something is wrong: an unknown command (after its event), a "<" without its ">" (the bytes
+    // come as text), a negative count, a logo without its end, or the stream stops inside a
+    // command, graphics or a logo. One sentence, printable ASCII.
+    virtual void problem(std::uint64_t offset, std::string_view text) = 0;
+
+  protected:
+    CommandSink() = default;
+    CommandSink(const CommandSink&) = default;
+    CommandSink& operator=(const CommandSink&) = default;
+};
+
+// A push parser: feed() takes the stream in chunks of any size, finish() says that it is over.
+// After finish() the reader is as new, and the next feed() begins another stream at offset 0.
+// Memory is constant, whatever comes: a graphics command's bytes are handed on as they arrive.
+//
+//   CommandReader reader(sink);
+//   while (auto n = read(buffer)) reader.feed({buffer, n});
+//   reader.finish();
+class CommandReader {
+  public:
+    // The sink must outlive the reader.
+    explicit CommandReader(CommandSink& sink) : sink_(&sink) {}
+
+    void feed(std::span<const Byte> bytes);
+    void finish();
+
+    // Bytes taken since the start of the stream.
+    std::uint64_t offset() const { return offset_; }
+
+  private:
+    enum class State : std::uint8_t {
+        kText,      // between commands
+        kCommand,   // after "<"
+        kNumber,    // after "<n>", which ESC would make the beginning of a logo
+        kEscape,    // after ESC
+        kGraphics,  // inside counted bytes
+    };
+
+    void takeByte(Byte byte);
+    void takeInText(Byte byte);
+    void takeInCommand(Byte byte);
+    void takeAfterNumber(Byte byte);
+    void takeAfterEscape(Byte byte);
+    std::size_t takeGraphics(std::span<const Byte> bytes);
+
+    void openCommand(State state, Byte byte);
+    void closeCommand();
+    void giveUpCommand();
+    void beginGraphics(std::int32_t count);
+    void beginLogo();
+    void endLogo();
+    void send(const ParsedCommand& parsed);
+    void sendUnknown();
+    void addText(std::uint64_t offset, Byte byte);
+    void flushText();
+    void finishState();
+
+    CommandSink* sink_;
+    State state_ = State::kText;
+    std::uint64_t offset_ = 0;
+
+    // The command being read.
+    std::string command_;
+    std::uint64_t commandOffset_ = 0;
+
+    // The run of text being read.
+    std::string text_;
+    std::uint64_t textOffset_ = 0;
+
+    // The graphics being read: bytes announced and still to come.
+    std::uint32_t graphicsCount_ = 0;
+    std::uint32_t graphicsLeft_ = 0;
+
+    // The logo being stored.
+    bool storing_ = false;
+    std::int32_t logo_ = 0;
+    std::uint64_t logoOffset_ = 0;
+};
+
+}  // namespace tavio::virtual_printer

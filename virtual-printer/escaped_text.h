@@ -1,0 +1,16 @@
+// Bytes of a stream as text that can be shown anywhere.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavio::virtual_printer {
+
+// Printable ASCII as it is, but \\ and \" for backslash and quotation mark; \r, \n, \t; \xNN for
+// every other byte.
+std::string escaped(std::string_view bytes);
+
+// The same between quotation marks.
+std::string quoted(std::string_view bytes);
+
+}  // namespace tavio::virtual_printer

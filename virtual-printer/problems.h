@@ -1,0 +1,37 @@
+// What was wrong with a command stream, and where: a list that stays small however broken the
+// stream is.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tavio::virtual_printer {
+
+struct Problem {
+    std::uint64_t offset = 0;  // bytes from the start of the stream
+    std::string text;          // one sentence without a full stop, without line breaks
+};
+
+// Keeps the first kMostKept problems and counts the rest.
+class ProblemList {
+  public:
+    static constexpr std::size_t kMostKept = 1000;
+
+    void add(std::uint64_t offset, std::string text);
+    void clear();
+
+    // In the order in which they were found.
+    const std::vector<Problem>& kept() const { return kept_; }
+
+    // All of them, those that were not kept included.
+    std::uint64_t count() const { return count_; }
+    bool empty() const { return count_ == 0; }
+
+  private:
+    std::vector<Problem> kept_;
+    std::uint64_t count_ = 0;
+};
+
+}  // namespace tavio::virtual_printer
