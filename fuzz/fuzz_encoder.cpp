@@ -49,8 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 40 || size > 4000) return 0;
     tavio::test::transport().calls.clear();
     tavio::test::LiteralJob job;
-    job.orientation = (data[0] & 1U) != 0 ? "<LM>" : "<PM>";
-    if ((data[0] & 2U) != 0) job.logoNumber = "7";
+    job.orientation = std::string((data[0] & 1U) != 0 ? "<LM>" : "<PM>");
+    if ((data[0] & 2U) != 0) job.logoNumber.push_back('7');
     if ((data[0] & 4U) != 0) job.path = std::string(data + 4, data + 8);
     for (char& c : job.path)
         c = static_cast<char>(c & 0x7F);  // twin and library differ in UTF-8 only

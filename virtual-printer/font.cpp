@@ -6,7 +6,8 @@ namespace tavio::virtual_printer {
 namespace {
 
 constexpr std::size_t kGlyphsPerBlock = 12;
-constexpr std::size_t kGlyphCount = 96;  // U+0020 to U+007E, and the box
+constexpr std::size_t kCellColumns = kGlyphColumns + 1;  // in the table below
+constexpr std::size_t kGlyphCount = 96;                  // U+0020 to U+007E, and the box
 
 // clang-format off
 constexpr std::array<std::string_view, kGlyphCount / kGlyphsPerBlock * std::size_t{kGlyphRows}> kFace{
@@ -79,12 +80,12 @@ constexpr std::array<std::string_view, kGlyphCount / kGlyphsPerBlock * std::size
 
 constexpr Glyph cutOut(std::size_t index) {
     const std::size_t block = index / kGlyphsPerBlock;
-    const std::size_t left = index % kGlyphsPerBlock * (kGlyphColumns + 1);
+    const std::size_t left = index % kGlyphsPerBlock * kCellColumns;
     Glyph glyph{};
     for (std::size_t row = 0; row < kGlyphRows; ++row) {
         for (std::size_t column = 0; column < kGlyphColumns; ++column) {
             const bool black = kFace[block * kGlyphRows + row][left + column] == 'X';
-            glyph[row] = static_cast<std::uint8_t>((glyph[row] << 1U) | (black ? 1U : 0U));
+            glyph[row] = static_cast<std::uint8_t>((glyph[row] << 1) | (black ? 1 : 0));
         }
     }
     return glyph;

@@ -14,7 +14,7 @@ namespace tavio::virtual_printer {
 namespace {
 
 // Logos drawn on one ticket, as a multiple of the bytes that cover it once.
-constexpr std::size_t kMostLogoCover = 64;
+constexpr std::size_t kMostLogoCover = 4;
 constexpr std::size_t kLeastLogoBudget = std::size_t{64} << 10U;
 
 constexpr std::int32_t kFaceDpi = 100;

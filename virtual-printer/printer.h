@@ -63,8 +63,8 @@ using TicketCallback = std::function<void(const FinishedTicket&)>;
 //   once. Only position, orientation and graphics belong in a logo; cuts, texts and logos in a
 //   logo are problems and are ignored. A logo without its ESC is not kept.
 // - "<SP" sets the place of logos (0, 0 at the start of a ticket), "<LD" draws one there.
-//   All logos drawn on one ticket may hold 64 times the graphics that cover it (64 KiB at least):
-//   far more than any layout wants, and what keeps a short stream from taking hours.
+//   All logos drawn on one ticket may hold 4 times the graphics that cover it (64 KiB at least):
+//   more than any layout wants, and what keeps a short stream from taking hours.
 // - "<p>" and "<q>" hand the ticket to the callback and begin a blank one.
 // - ESC "c" forgets all logos.
 // - The path, "<RE" and "<DI>" are known and have no effect on the picture.

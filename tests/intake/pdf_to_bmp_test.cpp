@@ -24,7 +24,6 @@ namespace {
 using platform::PdfOutcome;
 using platform::PdfPage;
 using platform::PdfPageResult;
-using platform::Picture;
 using test::Rows;
 using test::transport;
 
@@ -263,11 +262,12 @@ TEST_F(PdfPrinting, RefusesAPageWhoseSizeIsNoNumberOrOutOfAllBounds) {
 
 TEST_F(PdfPrinting, AcceptsAPicturePlacedAtTheEndsOfThePlane) {
     PrinterResolution = 72;
-    for (const std::int32_t left : {kMost, kLeast})
+    for (const std::int32_t left : {kMost, kLeast}) {
         for (const std::int32_t top : {kMost, kLeast}) {
             print({0, 0, 4, 2, left, top, test::plainPicture(2, 2, 255, 255, 255)});
             EXPECT_EQ(test::printedRows(), (Rows{"XXXX", "XXXX"}));
         }
+    }
 }
 
 }  // namespace

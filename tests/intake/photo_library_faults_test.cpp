@@ -163,7 +163,8 @@ TEST_F(PhotoFaults, AnAnswerMayComeLaterFromAnotherThread) {
 TEST_F(PhotoFaults, APhotoOrAFailureMayComeLaterFromAnotherThread) {
     for (const bool succeeds : {true, false}) {
         std::thread delivering;
-        answerWith([&](const URL&, AssetResultHandler onResult, AssetFailureHandler onFailure) {
+        answerWith([&](const URL&, const AssetResultHandler& onResult,
+                       const AssetFailureHandler& onFailure) {
             delivering = std::thread([=, this] {
                 waitForQueue();
                 if (succeeds) {

@@ -114,7 +114,7 @@ TEST(InMemoryPhotos, AreAddedAndFoundFromSeveralThreads) {
     InMemoryPhotoLibrary photos;
     std::vector<std::thread> threads;
     std::vector<std::string> urls[2];
-    for (auto& own : urls)
+    for (auto& own : urls) {
         threads.emplace_back([&photos, &own] {
             for (int i = 0; i < 100; ++i) {
                 const Url url = photos.add("a.png", bytesOf(std::to_string(i)));
@@ -122,10 +122,12 @@ TEST(InMemoryPhotos, AreAddedAndFoundFromSeveralThreads) {
                 ASSERT_EQ(fileOf(photos, url), bytesOf(std::to_string(i)));
             }
         });
+    }
     for (std::thread& thread : threads) thread.join();
-    for (const auto& own : urls)
+    for (const auto& own : urls) {
         for (std::size_t i = 0; i < own.size(); ++i)
             EXPECT_EQ(fileOf(photos, Url::fromText(own[i])), bytesOf(std::to_string(i)));
+    }
 }
 
 TEST(InMemoryPhotos, DeliverWhatThereIsFromTheOffsetOn) {

@@ -47,9 +47,10 @@ TEST(DecodeUtf8, AcceptsEveryCharacterInItsShortestFormButSurrogates) {
 }
 
 TEST(DecodeUtf8, RefusesEveryOverlongForm) {
-    for (UInt32 codePoint = 0; codePoint < 0x10000; ++codePoint)
+    for (UInt32 codePoint = 0; codePoint < 0x10000; ++codePoint) {
         for (int length = shortestLength(codePoint) + 1; length <= 4; ++length)
             ASSERT_EQ(decoded(encoded(codePoint, length)), std::nullopt) << codePoint;
+    }
 }
 
 TEST(DecodeUtf8, RefusesWhatLiesAboveTheLastCharacter) {
@@ -66,13 +67,14 @@ TEST(DecodeUtf8, RefusesBytesThatNeverOccur) {
 }
 
 TEST(DecodeUtf8, RefusesACharacterCutShortAtTheEndOrInTheMiddle) {
-    for (const std::string whole : {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"})
+    for (const std::string whole : {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}) {
         for (std::size_t length = 1; length < whole.size(); ++length) {
             const std::string cut = whole.substr(0, length);
             EXPECT_EQ(decoded(cut), std::nullopt) << readable(cut);
             EXPECT_EQ(decoded("a" + cut + "b"), std::nullopt) << readable(cut);
             EXPECT_EQ(decoded(cut + whole), std::nullopt) << readable(cut);
         }
+    }
 }
 
 TEST(DecodeUtf8, RefusesAContinuationWithoutALead) {
