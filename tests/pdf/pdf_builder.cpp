@@ -6,7 +6,7 @@
 #include <stdlib.h>
 #include <system_error>
 
-namespace tavio::tests {
+namespace tavio::test {
 
 int PdfBuilder::add(std::string_view body) {
     objects_.emplace_back(body);
@@ -74,4 +74,4 @@ std::string TemporaryFolder::writeProgram(std::string_view name,
     return path(name).string();
 }
 
-}  // namespace tavio::tests
+}  // namespace tavio::test

@@ -8,7 +8,7 @@
 
 #include "TavioIpadSDK/platform/url.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 
 // Numbers objects from 1 in the order of adding and writes the cross-reference table.
 class PdfBuilder {
@@ -48,4 +48,4 @@ class TemporaryFolder {
     std::filesystem::path folder_;
 };
 
-}  // namespace tavio::tests
+}  // namespace tavio::test

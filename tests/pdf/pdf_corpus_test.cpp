@@ -15,7 +15,7 @@
 
 #include "pdf/pdf_fixture.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 namespace {
 
 using platform::PdfLimits;
@@ -103,4 +103,4 @@ TEST_F(PdfCorpus, IsDrawnOrRefusedAlsoWhenDamaged) {
 }
 
 }  // namespace
-}  // namespace tavio::tests
+}  // namespace tavio::test

@@ -26,7 +26,7 @@ inline void PrintTo(PdfOutcome outcome, std::ostream* out) {
 
 }  // namespace tavio::platform
 
-namespace tavio::tests {
+namespace tavio::test {
 
 inline std::ptrdiff_t openDescriptors() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
@@ -106,4 +106,4 @@ inline Marks marksOn(const platform::PdfPage& page) {
     return {page.left + left, page.top + top, columns, rows, black == columns * rows};
 }
 
-}  // namespace tavio::tests
+}  // namespace tavio::test

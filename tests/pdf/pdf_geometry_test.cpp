@@ -8,7 +8,7 @@
 #include "TavioIpadSDK/platform/pdf_answer.h"
 #include "pdf/pdf_fixture.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 namespace {
 
 using platform::PdfPage;
@@ -222,4 +222,4 @@ TEST(PdfPixelBox, HoldsEveryPixelThatTheCropBoxTouches) {
 }
 
 }  // namespace
-}  // namespace tavio::tests
+}  // namespace tavio::test

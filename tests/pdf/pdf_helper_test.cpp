@@ -19,7 +19,7 @@
 #include "TavioIpadSDK/platform/pdf_answer.h"
 #include "pdf/pdf_fixture.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 namespace {
 
 using platform::drawPdfPageWithHelper;
@@ -270,4 +270,4 @@ TEST_F(PdfHelper, ServesSeveralThreadsAtOnce) {
 }
 
 }  // namespace
-}  // namespace tavio::tests
+}  // namespace tavio::test

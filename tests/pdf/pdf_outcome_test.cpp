@@ -10,7 +10,7 @@
 
 #include "pdf/pdf_fixture.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 namespace {
 
 using platform::drawPdfPageWithHelper;
@@ -185,4 +185,4 @@ TEST_F(PdfOutcomes, MemoryThatEndsAnywhereNeverGivesHalfAPage) {
 }
 
 }  // namespace
-}  // namespace tavio::tests
+}  // namespace tavio::test

@@ -7,7 +7,7 @@
 
 #include "pdf/pdf_fixture.h"
 
-namespace tavio::tests {
+namespace tavio::test {
 namespace {
 
 using platform::drawPdfPage;
@@ -85,4 +85,4 @@ TEST(PdfOutcomeText, NamesTheLimitThatWasReached) {
 }
 
 }  // namespace
-}  // namespace tavio::tests
+}  // namespace tavio::test
