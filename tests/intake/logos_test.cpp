@@ -16,8 +16,8 @@
 #include "TavioIpadSDK/session/session.h"
 #include "intake/picture_files.h"
 #include "intake/printed_picture.h"
-#include "links/temporary_folder.h"
 #include "support/fresh_state.h"
+#include "support/temporary_folder.h"
 
 namespace tavio {
 namespace {

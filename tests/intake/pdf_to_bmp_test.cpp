@@ -164,6 +164,14 @@ TEST_F(PdfPrinting, PrintsNoDotOfABlankPageThatBeginsWithinAPixel) {
     EXPECT_FALSE(test::graphicsWereSent());
 }
 
+TEST_F(PdfPrinting, KeepsThePixelsThatTheCropBoxCoversInPart) {
+    PrinterResolution = 144;
+    ImageDithered = false;
+    print({0, 0, 3.5, 2.5, 0, 0, test::pictureOf({"    ", "    ", "   X"})});
+    EXPECT_EQ(test::printedSize(), "7 x 5");
+    EXPECT_EQ(test::printedRows().back(), "      X");
+}
+
 TEST_F(PdfPrinting, TakesThePageFromTheSourceOnceOnTheCallersThread) {
     std::vector<std::string> urls;
     std::thread::id thread;

@@ -10,8 +10,8 @@
 #include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/send_file.h"
 #include "TavioIpadSDK/session/session.h"
-#include "links/temporary_folder.h"
 #include "support/fresh_state.h"
+#include "support/temporary_folder.h"
 
 namespace tavio {
 namespace {

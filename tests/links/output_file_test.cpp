@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 namespace tavio::links {
 namespace {

@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
-#include <stdlib.h>
-#include <system_error>
 
 namespace tavio::test {
 
@@ -49,26 +47,15 @@ std::string documentOf(const std::vector<PageText>& pages, std::string_view inhe
     return builder.finish("/Root 1 0 R");
 }
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "tavio-pdf-XXXXXX";
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    folder_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(folder_, error);
-}
-
-platform::Url TemporaryFolder::write(std::string_view name, std::string_view bytes) const {
+platform::Url DocumentFolder::write(std::string_view name, std::string_view bytes) const {
     std::ofstream file(path(name), std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file.flush()) throw std::runtime_error("cannot write " + path(name).string());
     return platform::Url::fromPath(path(name).string());
 }
 
-std::string TemporaryFolder::writeProgram(std::string_view name,
-                                          std::string_view shellScript) const {
+std::string DocumentFolder::writeProgram(std::string_view name,
+                                         std::string_view shellScript) const {
     write(name, "#!/bin/sh\n" + std::string(shellScript) + "\n");
     std::filesystem::permissions(path(name), std::filesystem::perms::owner_all);
     return path(name).string();

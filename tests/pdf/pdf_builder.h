@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/platform/url.h"
+#include "support/temporary_folder.h"
 
 namespace tavio::test {
 
@@ -32,20 +33,14 @@ struct PageText {
 // A document of these pages. `inherited` are entries of the page tree's root.
 std::string documentOf(const std::vector<PageText>& pages, std::string_view inherited = "");
 
-// A folder that is gone with the object.
-class TemporaryFolder {
+// A folder for documents, gone with the object. What cannot be written throws.
+class DocumentFolder : public TemporaryFolder {
   public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
-
-    std::filesystem::path path(std::string_view name) const { return folder_ / name; }
+    std::filesystem::path path(std::string_view name) const {
+        return std::filesystem::path(TemporaryFolder::path()) / name;
+    }
     platform::Url write(std::string_view name, std::string_view bytes) const;
     std::string writeProgram(std::string_view name, std::string_view shellScript) const;
-
-  private:
-    std::filesystem::path folder_;
 };
 
 }  // namespace tavio::test

@@ -56,7 +56,7 @@ class PdfTest : public testing::Test {
         return result.page ? *std::move(result.page) : platform::PdfPage{};
     }
 
-    TemporaryFolder folder_;
+    DocumentFolder folder_;
 
   private:
     std::ptrdiff_t before_ = openDescriptors();

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/temporary_folder.h"
 #include "support/bitmaps.h"
+#include "support/temporary_folder.h"
 
 namespace tavio::platform {
 namespace {

@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "links/temporary_folder.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
+#include "support/temporary_folder.h"
 
 namespace tavio::platform {
 namespace {

@@ -25,7 +25,7 @@ class RealPages : public test::FreshState {
     }
 
   private:
-    test::TemporaryFolder folder_;
+    test::DocumentFolder folder_;
 };
 
 // A partly covered pixel at the canvas's edge must not become a dark line.

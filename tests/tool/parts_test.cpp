@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/temporary_folder.h"
+#include "support/temporary_folder.h"
 #include "tavio/extension.h"
 #include "tavio/failure.h"
 #include "tavio/options.h"
