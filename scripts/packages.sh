@@ -4,7 +4,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   libpng-dev libjpeg62-turbo-dev libpoppler-glib-dev libcairo2-dev libcli11-dev
-  fonts-urw-base35 # the faces that PDF documents may use without bringing them
+  fonts-urw-base35 poppler-data # faces and encodings that PDF documents may use without bringing them
 )
 test_packages=(libgtest-dev)
 check_packages=(clang clang-tidy clang-format libclang-rt-14-dev)

@@ -23,7 +23,7 @@ constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr unsigned kWholeMarker = 0xFFFF;
 
 // A few bytes of a progressive file can ask for a pass over the whole picture. Real files have
-// about ten passes; the product keeps the time bounded (a minute or two) for large pictures.
+// about ten passes; the product keeps the time bounded for large pictures.
 constexpr std::uint64_t kMostScans = 500;
 constexpr std::uint64_t kMostScannedPixels = std::uint64_t{1} << 32;
 
