@@ -1,5 +1,6 @@
 #include "TavioIpadSDK/platform/pdf_page.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace tavio::platform {
@@ -9,6 +10,13 @@ namespace {
 PdfPageSource& currentSource() {
     static PdfPageSource source;
     return source;
+}
+
+// Whether the picture holds as many pixels as it says: a source may be anyone's.
+bool isWhole(const Picture& picture) {
+    return picture.width >= 0 && picture.height >= 0 &&
+           picture.pixels.size() ==
+               static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
 }
 
 }  // namespace
@@ -50,7 +58,8 @@ PdfPageResult drawPdfPage(const Url& url) noexcept {
         const PdfPageSource& source = currentSource();
         PdfPageResult result = source ? source(url) : drawPdfPageWithHelper(url);
         const bool drawn = result.outcome == PdfOutcome::kDrawn;
-        if (drawn == result.page.has_value()) return result;
+        const bool isInForm = drawn == result.page.has_value();
+        if (isInForm && (!drawn || isWhole(result.page->picture))) return result;
     } catch (...) {  // NOLINT(bugprone-empty-catch): every exception counts the same, below
     }
     return {PdfOutcome::kHelperFailed, std::nullopt};

@@ -77,7 +77,8 @@ PdfPageResult drawPdfPageWithHelper(const Url& url, const PdfLimits& limits = {}
 using PdfPageSource = std::function<PdfPageResult(const Url&)>;
 void setPdfPageSource(PdfPageSource source);
 
-// Asks the current source. A source that throws counts as kHelperFailed.
+// Asks the current source. One that throws, or whose answer is out of form (a page without the
+// outcome kDrawn or the other way round, or fewer pixels than it says), counts as kHelperFailed.
 PdfPageResult drawPdfPage(const Url& url) noexcept;
 
 }  // namespace tavio::platform

@@ -2,6 +2,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,18 @@ TEST_F(PdfSource, WhoseOutcomeAndPageDisagreeHasFailed) {
     const PdfPageResult result = drawPdfPage(Url());
     EXPECT_EQ(result.outcome, PdfOutcome::kHelperFailed);
     EXPECT_FALSE(result.page.has_value());
+}
+
+TEST_F(PdfSource, WhosePictureHoldsFewerPixelsThanItSaysHasFailed) {
+    for (const auto& [width, height] :
+         {std::pair{3, 2}, std::pair{-1, -5}, std::pair{1 << 30, 4}}) {
+        PdfPage page;
+        page.picture.width = width;
+        page.picture.height = height;
+        page.picture.pixels.resize(5);
+        setPdfPageSource([page](const Url&) { return PdfPageResult{PdfOutcome::kDrawn, page}; });
+        EXPECT_EQ(drawPdfPage(Url()).outcome, PdfOutcome::kHelperFailed);
+    }
 }
 
 TEST(PdfOutcomeText, IsOneSentenceOfItsOwnForEachOutcome) {
