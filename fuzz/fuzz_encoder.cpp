@@ -16,12 +16,13 @@ using namespace tavio;
 // A bitmap whose bands hold the input's bytes as columns.
 Bytes bitmapOf(const std::uint8_t* data, std::size_t size, std::size_t width) {
     test::Rows rows;
-    for (std::size_t first = 0; first + width <= size; first += width)
+    for (std::size_t first = 0; first + width <= size; first += width) {
         for (unsigned bit = 8; bit-- > 0;) {
             rows.emplace_back();
             for (std::size_t c = 0; c < width; ++c)
                 rows.back() += ((data[first + c] >> bit) & 1U) != 0 ? 'X' : ' ';
         }
+    }
     return test::bitmapFile(rows);
 }
 
@@ -54,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if ((data[0] & 4U) != 0) job.path = std::string(data + 4, data + 8);
     for (char& c : job.path)
         c = static_cast<char>(c & 0x7F);  // twin and library differ in UTF-8 only
-    job.row = static_cast<std::int8_t>(data[1]);
-    job.column = static_cast<std::int8_t>(data[2]);
+    job.row = data[1] - 128;
+    job.column = data[2] - 128;
     job.portraitDots = data[3] * 5;
     compareWithTwin(bitmapOf(data + 8, size - 8, 32), job);
     return 0;
