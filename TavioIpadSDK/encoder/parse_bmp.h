@@ -19,10 +19,8 @@ namespace tavio::encoder {
 // myData: a bitmap file of one bit a pixel, its rows bottom first in the buffer's last bytes. A 0
 // bit prints, whatever the colour table says. Refused with a notice titled "Alert", and then
 // nothing is sent:
-//   "Error - Invalid Image width/height/depth."  sizes out of range, not one bit a pixel, or a
-//   stream
-//                                                of more than 2^31 - 1 bytes or than memory can
-//                                                hold
+//   "Error - Invalid Image width/height/depth."  a size out of range, not one bit a pixel, a stream
+//                                                of more than 2^31 - 1 bytes, or no memory for it
 //   "Error - BMP file must be monochrome."       a colour count other than 0, 1 and 2
 //   "Error - Image data is incomplete."          shorter than its 62 bytes of header and its rows
 //

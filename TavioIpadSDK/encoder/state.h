@@ -54,8 +54,7 @@ struct LineParser {
     bool operator==(const LineParser&) const = default;
 };
 
-// ---- Of one picture: overwritten by each, kept until the next; written by ParseBMP only
-// ----------
+// ---- Of one picture: overwritten by each, kept until the next; written by ParseBMP only ---------
 
 extern FileHeader bmfile;  // what the last file of 62 bytes or more held
 extern InfoHeader bminfo;  // the same, with the defaults that ParseBMP filled in

@@ -22,6 +22,9 @@ struct StreamTooLong : std::length_error {
 
 class StreamBuffer {
   public:
+    // most: the bytes it takes before it throws StreamTooLong.
+    explicit StreamBuffer(std::size_t most = kMostStreamBytes) : most_(most) {}
+
     void append(std::span<const Byte> bytes) {
         makeRoom(bytes.size());
         bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
@@ -38,9 +41,10 @@ class StreamBuffer {
 
   private:
     void makeRoom(std::size_t count) const {
-        if (count > kMostStreamBytes - bytes_.size()) throw StreamTooLong();
+        if (count > most_ - bytes_.size()) throw StreamTooLong();
     }
 
+    std::size_t most_;
     Bytes bytes_;
 };
 

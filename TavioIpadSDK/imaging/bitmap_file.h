@@ -8,8 +8,7 @@
 
 namespace tavio::imaging {
 
-// ---- Over module state
-// ---------------------------------------------------------------------------
+// ---- Over module state --------------------------------------------------------------------------
 
 // Packs mDataArray into mRawBitmapData and sets nRead.
 void createRawMonochromeData();
@@ -29,8 +28,7 @@ void populate_bmpheader();
 // these are not all inside.
 void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index);
 
-// ---- Pure
-// ----------------------------------------------------------------------------------------
+// ---- Pure ---------------------------------------------------------------------------------------
 
 // packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
 // WHITE. The layout is the printer's own: the first entry fills the two top bits and the eighth is

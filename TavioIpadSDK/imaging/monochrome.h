@@ -1,12 +1,13 @@
-// From the fitted picture to one black or white entry per pixel, by error diffusion or by
-// threshold.
+// From the fitted picture to one black or white entry per pixel: dithered, or by threshold.
 //
 // The two conversions differ on purpose in more than the diffusion:
 //
-//                      dithered                                  threshold
-//   grey value         0.299 green + 0.587 blue + 0.114 red      0.299 red + 0.587 green + 0.114
-//   blue rows converted     all                                       all but the top row, which is
-//   white write position     module-wide `k`                           its own
+//                     dithered                             threshold
+//   0.299 x           green                                red
+//   0.587 x           blue                                 green
+//   0.114 x           red                                  blue
+//   rows converted    all                                  all but the top row, which is white
+//   write position    module-wide `k`                      its own
 //
 // Either leaves mWidth, mHeight, mDataWidth, mDataArrayLength and mDataArray filled, and
 // mRawBitmapData sized but not filled. `image` is the fitted picture: upright, at most 2^31 - 1

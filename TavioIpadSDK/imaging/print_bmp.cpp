@@ -16,15 +16,9 @@
 namespace tavio::imaging {
 namespace {
 
-bool canBePrinted(std::int32_t width, std::int32_t height) {
-    constexpr std::int64_t kMostEntries = 0x7FFFFFFF;  // mDataArrayLength is a signed 32-bit count
-    return std::int64_t{width} * height <= platform::kMostPixels &&
-           paddedWidth(width) * height <= kMostEntries;
-}
-
 // Leaves the fitted picture on the drawing surface, which stays open for the next print.
 void fit(const platform::Picture& image, std::int32_t width, std::int32_t height) {
-    const bool isEmpty = image.pixels.empty() || !canBePrinted(width, height);
+    const bool isEmpty = image.pixels.empty() || !isPrintableSize(width, height);
     openSurface.width = isEmpty ? 0 : width;
     openSurface.height = isEmpty ? 0 : height;
     platform::stretch(image, openSurface.width, openSurface.height, openSurface.pixels);
@@ -53,6 +47,12 @@ void makeBitmapFile(const platform::Picture& image, std::int32_t width, std::int
 }
 
 }  // namespace
+
+bool isPrintableSize(std::int32_t width, std::int32_t height) {
+    constexpr std::int64_t kMostEntries = 0x7FFFFFFF;  // mDataArrayLength is a signed 32-bit count
+    return std::int64_t{width} * height <= platform::kMostPixels &&
+           paddedWidth(width) * height <= kMostEntries;
+}
 
 void PrintBMP(std::int32_t width, std::int32_t height,
               const std::optional<platform::Picture>& image) noexcept {

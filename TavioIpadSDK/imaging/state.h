@@ -25,8 +25,7 @@ struct ArgbColor {
     bool operator==(const ArgbColor&) const = default;
 };
 
-// ---- Of one print: overwritten by each, kept until the next
-// --------------------------------------
+// ---- Of one print: overwritten by each, kept until the next -------------------------------------
 
 // Size of the fitted picture in pixels, 0 or more. Written by the two conversions; read by
 // populate_bmpheader.
@@ -63,8 +62,7 @@ extern std::array<Byte, 62> BMPHeader;
 // the bitmap file image that it hands to ParseBMP, and it stays. None before the first print.
 extern std::shared_ptr<const Bytes> myImageData;
 
-// ---- Kept from print to print
-// --------------------------------------------------------------------
+// ---- Kept from print to print -------------------------------------------------------------------
 
 // The drawing surface that PrintBMP opens and never closes, and the dither's working pixels, which
 // it never gives back: each is kept and used again, so a thousand prints take no more memory than
@@ -72,8 +70,7 @@ extern std::shared_ptr<const Bytes> myImageData;
 extern platform::Picture openSurface;
 extern std::vector<ArgbColor> originalPixels;
 
-// ---- Declared for the application; never assigned or read here
-// -----------------------------------
+// ---- Declared for the application; never assigned or read here ----------------------------------
 
 extern Byte* Pixels;
 extern Byte* Planes;

@@ -8,8 +8,7 @@
 
 namespace tavio {
 
-// ---- State of one job, kept until the next
-// -------------------------------------------------------
+// ---- State of one job, kept until the next ------------------------------------------------------
 
 // "" means the picture is printed at the place below; any other text means that it is stored in the
 // printer as the logo of that number. Written by SendFile ("") and DownloadLogo (the number in

@@ -1,8 +1,7 @@
 // Logos: pictures that the printer keeps under a number.
 //
-//   DownloadLogo(URL::fromPath("seal.pdf"), 7);   // store it once
-//   PrintLogo(7, 100, 250);                       // then print it by number, at row 100, column
-//   250
+//   DownloadLogo(URL::fromPath("seal.pdf"), 7);  // store it once
+//   PrintLogo(7, 100, 250);                      // print it at row 100, column 250
 #pragma once
 
 #include <cstdint>

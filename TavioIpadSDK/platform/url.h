@@ -9,7 +9,7 @@ namespace tavio::platform {
 // An immutable URL, used through three readings only: its path extension, its file-system path and
 // its absolute text.
 //
-//   Url::fromPath("/tmp/my ticket.pdf").absoluteText()               "file:///tmp/my%20ticket.pdf"
+//   Url::fromPath("/srv/my ticket.pdf").absoluteText()               "file:///srv/my%20ticket.pdf"
 //   Url::fromText("assets-library://asset/asset.JPG?id=7").pathExtension()            "JPG"
 class Url {
   public:

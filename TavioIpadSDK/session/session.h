@@ -16,7 +16,7 @@
 
 namespace tavio {
 
-// ---- State, from program start to program end --------------------------------------------------
+// ---- State, from program start to program end ---------------------------------------------------
 
 // The active transport: "BT", "WF", or "" when no session is open. Any other text behaves like ""
 // for texts and reads and like Bluetooth for raw data. Written by the four open and close
@@ -33,12 +33,12 @@ extern std::int32_t connectedBTdevices;  // initially 0
 extern std::int32_t selectedBTindex;     // initially 0
 extern std::string s;                    // initially ""
 
-// ---- Commands ----------------------------------------------------------------------------------
+// ---- Commands -----------------------------------------------------------------------------------
 
 inline constexpr const char* CUT = "<p>";    // print and cut
 inline constexpr const char* EJECT = "<q>";  // print and eject without cutting
 
-// ---- Opening and closing -----------------------------------------------------------------------
+// ---- Opening and closing ------------------------------------------------------------------------
 
 // Fills the dot-width table, opens Bluetooth and makes it the active transport, even when the open
 // fails: the next SendString then still goes to Write_BT. Returns the new connectionStatus.
@@ -55,7 +55,7 @@ bool OpenSessionWiFi(const std::string& ip);
 // Closes WiFi, opened or not, ends the session and sets connectionStatus to false.
 void CloseSessionWiFi();
 
-// ---- Direct access -----------------------------------------------------------------------------
+// ---- Direct access ------------------------------------------------------------------------------
 
 // Hands the text, whole and unchanged, to the active transport; drops it when no session is open.
 // No text (std::nullopt) is handed on as no text.

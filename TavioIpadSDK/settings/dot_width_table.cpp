@@ -38,6 +38,16 @@ std::optional<std::size_t> columnOf(std::int32_t resolution) {
     }
 }
 
+using Table = std::array<std::array<std::int32_t, 3>, 9>;
+
+std::optional<std::int32_t> entryOf(const Table& table, std::int32_t stock,
+                                    std::int32_t resolution) {
+    const std::optional<std::size_t> column = columnOf(resolution);
+    const auto row = static_cast<std::size_t>(stock);  // a negative one becomes too large
+    if (!column || row >= table.size()) return std::nullopt;
+    return table[row][*column];
+}
+
 }  // namespace
 
 void InitDotArray() {
@@ -50,9 +60,12 @@ void set_portrait_dots() {
         portrait_dots = 0;
         return;
     }
-    const std::optional<std::size_t> column = columnOf(PrinterResolution);
-    const auto row = static_cast<std::size_t>(size_indicator);  // a negative one becomes too large
-    if (column && row < portrait_dot_array.size()) portrait_dots = portrait_dot_array[row][*column];
+    const auto entry = entryOf(portrait_dot_array, size_indicator, PrinterResolution);
+    portrait_dots = entry.value_or(portrait_dots);
+}
+
+std::optional<std::int32_t> settings::portraitDotsOf(std::int32_t stock, std::int32_t resolution) {
+    return entryOf(kPortraitDots, stock, resolution);
 }
 
 }  // namespace tavio

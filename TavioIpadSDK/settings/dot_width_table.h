@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 namespace tavio {
 
@@ -24,3 +25,13 @@ void InitDotArray();
 void set_portrait_dots();
 
 }  // namespace tavio
+
+namespace tavio::settings {
+
+// The fixed number for a stock index and a resolution, whether or not the table has been filled;
+// none for an index outside 0 to 8 or a resolution other than 200, 300 and 600.
+//
+//   portraitDotsOf(CONCERT, 300)  ->  576
+std::optional<std::int32_t> portraitDotsOf(std::int32_t stock, std::int32_t resolution);
+
+}  // namespace tavio::settings

@@ -10,8 +10,7 @@
 
 namespace tavio {
 
-// ---- State, from program start to program end; all written by ChangeConfiguration only
-// -----------
+// ---- State, from program start to program end; all written by ChangeConfiguration only ----------
 
 // Path-selection command, sent at the head of every printed graphic. Read by the encoder.
 extern std::string PrinterPath;  // initially "<P1>"
@@ -41,8 +40,7 @@ extern bool ImageDithered;  // initially true
 // The stock index, 0 to 8: the row of the dot-width table. Read by set_portrait_dots.
 extern std::int32_t size_indicator;  // initially 0
 
-// ---- Stock indices that have a name; 4 to 8 have none
-// --------------------------------------------
+// ---- Stock indices that have a name; 4 to 8 have none -------------------------------------------
 
 inline constexpr std::int32_t CONCERT = 0;     // 5.5 x 2.0 inches
 inline constexpr std::int32_t CINEMA = 1;      // 2.0 x 3.25 inches: the one stock that is higher
@@ -50,8 +48,7 @@ inline constexpr std::int32_t CINEMA = 1;      // 2.0 x 3.25 inches: the one sto
 inline constexpr std::int32_t CREDITCARD = 2;  // 3.37 x 2.13 inches
 inline constexpr std::int32_t RECEIPT = 3;     // 8.0 x 3.25 inches
 
-// ---- Operations
-// ----------------------------------------------------------------------------------
+// ---- Operations ---------------------------------------------------------------------------------
 
 // Stores all settings and recomputes the portrait dot width. Nothing is validated: any path,
 // orientation and resolution is stored as it is. A `stocksizeindex` outside 0 to 8 sets

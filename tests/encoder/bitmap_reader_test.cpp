@@ -17,7 +17,7 @@ constexpr char kNotMonochrome[] = "Error - BMP file must be monochrome.";
 constexpr char kIncomplete[] = "Error - Image data is incomplete.";
 
 void put32(Bytes& file, std::size_t at, UInt32 value) {
-    for (std::size_t i = 0; i < 4; ++i) file[at + i] = static_cast<Byte>(value >> (8 * i));
+    for (std::size_t i = 0; i < 4; ++i) file.at(at + i) = static_cast<Byte>(value >> (8 * i));
 }
 
 class BitmapReader : public test::FreshState {
@@ -101,12 +101,18 @@ TEST_F(BitmapReader, RefusesThreeColoursAndKeepsTheCountRead) {
     EXPECT_EQ(noticesFor(file), Messages{kNotMonochrome});
 }
 
-TEST_F(BitmapReader, ShowsTheNoticeUnderAlertWithAnOkButton) {
-    put32(file, 46, 3);
-    ParseBMP(file);
-    ASSERT_EQ(notices.size(), 1U);
-    EXPECT_EQ(notices[0].title, "Alert");
-    EXPECT_EQ(notices[0].button, "OK");
+TEST_F(BitmapReader, ShowsEachNoticeUnderAlertWithAnOkButton) {
+    Bytes noWidth = file;
+    put32(noWidth, 18, 0);
+    Bytes threeColours = file;
+    put32(threeColours, 46, 3);
+    const Bytes noRows(file.begin(), file.begin() + 62);
+    const Bytes noHeader(file.begin(), file.begin() + 61);
+    for (const Bytes& bitmap : {noWidth, threeColours, noRows, noHeader}) {
+        ASSERT_EQ(noticesFor(bitmap).size(), 1U);
+        EXPECT_EQ(notices[0].title, "Alert");
+        EXPECT_EQ(notices[0].button, "OK");
+    }
 }
 
 TEST_F(BitmapReader, SetsBothPixelsPerMetreTo128WhenEitherIsZero) {
@@ -114,8 +120,12 @@ TEST_F(BitmapReader, SetsBothPixelsPerMetreTo128WhenEitherIsZero) {
     ParseBMP(file);
     EXPECT_EQ(bminfo.biXPPMeter, 128U);
     EXPECT_EQ(bminfo.biYPPMeter, 128U);
-    put32(file, 38, 7);
+    put32(file, 38, 0);
     put32(file, 42, 9);
+    ParseBMP(file);
+    EXPECT_EQ(bminfo.biXPPMeter, 128U);
+    EXPECT_EQ(bminfo.biYPPMeter, 128U);
+    put32(file, 38, 7);
     ParseBMP(file);
     EXPECT_EQ(bminfo.biXPPMeter, 7U);
     EXPECT_EQ(bminfo.biYPPMeter, 9U);
@@ -136,11 +146,18 @@ TEST_F(BitmapReader, PrintsZeroBitsWhateverTheColourTableSays) {
 TEST_F(BitmapReader, RefusesFewerThan62BytesAtOnceAndKeepsTheHeadersOfBefore) {
     ParseBMP(file);
     const FileHeader before = bmfile;
+    const InfoHeader infoBefore = bminfo;
+    originalx = 5;
+    originaly = 6;
     file[0] = 'Z';
+    put32(file, 18, 9);
     for (std::size_t size = 0; size < 62; ++size) {
         EXPECT_EQ(noticesFor(Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size))),
                   Messages{kIncomplete});
         EXPECT_EQ(bmfile, before);
+        EXPECT_EQ(bminfo, infoBefore);
+        EXPECT_EQ(originalx, 5);
+        EXPECT_EQ(originaly, 6);
     }
 }
 

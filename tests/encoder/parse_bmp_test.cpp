@@ -1,8 +1,11 @@
 #include "TavioIpadSDK/encoder/parse_bmp.h"
 
+#include <new>
+
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
+#include "TavioIpadSDK/encoder/band_stream.h"
 #include "TavioIpadSDK/encoder/state.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
@@ -49,13 +52,51 @@ TEST_F(ParseBmp, LeavesTheRunsOfTheWorkedExampleInTheLineMap) {
     EXPECT_EQ(linemap[2], LineParser{});
 }
 
-TEST_F(ParseBmp, MakesAFirstPassOf63BytesForIt) {
+TEST_F(ParseBmp, MakesAFirstPassOf63BytesForItOnceItsLastPositionIsTakenAway) {
+    const Bytes file = bitmapFile(allBlack(8, 8));
+    InfoHeader info = readInfoHeader(std::span(file).first<kHeaderSize>());
+    const BandStream stream =
+        buildBandStream(std::span(file).last(32), rowGeometry(info), 8,
+                        bytesOf("<P1><LM><RE0><DI><RC10,20>"), {.originalx = 10, .originaly = 20});
+    const Bytes expected =
+        joined({bytesOf("<P1><LM><RE0><DI><RC10,20><G32>"), kEightBlack, Bytes(24, 0)});
+    EXPECT_EQ(readable(stream.bytes), readable(expected));
+    EXPECT_EQ(stream.bytes.size(), 63U);
+    EXPECT_EQ(stream.lastPosition, "<RC18,20>");
     const test::LiteralJob job{"<P1>", "<LM>", "", 10, 20, 0};
-    const auto literal = test::encodeLiterally(bitmapFile(allBlack(8, 8)), job);
+    EXPECT_EQ(test::encodeLiterally(file, job).firstPass, stream.bytes);
+}
+
+TEST_F(ParseBmp, PrintsInPortraitAtRowsCountedBackFromTheDotWidth) {
+    PrinterOrientation = "<PM>";
+    portrait_dots = 576;
+    placeAt(10, 20);
+    test::Rows rows(24, "XX" + std::string(30, ' '));
+    ParseBMP(bitmapFile(rows));
+    const Bytes columns(2, 255);
     EXPECT_EQ(
-        readable(literal.firstPass),
-        readable(joined({bytesOf("<P1><LM><RE0><DI><RC10,20><G32>"), kEightBlack, Bytes(24, 0)})));
-    EXPECT_EQ(literal.firstPass.size(), 63U);
+        readable(transport().dataSent()),
+        readable(joined({bytesOf("<P1><PM><RE0><DI><RC566,20><G2>"), columns,
+                         bytesOf("<RC566,28><G2>"), columns, bytesOf("<RC566,36><G2>"), columns})));
+}
+
+TEST_F(ParseBmp, KeepsTheJobsRowForAFirstPortraitBandWithoutABlankColumn) {
+    PrinterOrientation = "<PM>";
+    portrait_dots = 576;
+    placeAt(10, 20);
+    ParseBMP(bitmapFile(allBlack(32, 16)));
+    const Bytes columns(32, 255);
+    EXPECT_EQ(readable(transport().dataSent()),
+              readable(joined({bytesOf("<P1><PM><RE0><DI><RC10,20><G32>"), columns,
+                               bytesOf("<RC566,28><G32>"), columns})));
+}
+
+// What a lack of memory looks like from here; so does a stream that would become too long.
+TEST_F(ParseBmp, ShowsTheDimensionsNoticeWhenMemoryRunsOut) {
+    transport().failData = [] { throw std::bad_alloc(); };
+    ParseBMP(bitmapFile(allBlack(8, 8)));
+    EXPECT_EQ(noticeMessages(),
+              std::vector<std::string>{"Error - Invalid Image width/height/depth."});
 }
 
 TEST_F(ParseBmp, SendsOnlyTheOpeningForFewerThan8Rows) {
@@ -236,12 +277,10 @@ TEST_F(ParseBmp, TakesCommandLikeGraphicsForCommandsExactlyAsTheSlowTwinDoes) {
 }
 
 TEST_F(ParseBmp, EndsInTimeForGraphicsFullOfCommandsThatAllReachToTheirBandsEnd) {
-    // 100,000 columns of "<RC": each is a command, and each of them covers all the others behind
-    // it.
-    std::string row;
+    // 33,333 commands, all closed by the ">" of the next band's position: read once for each, they
+    // would take as many steps as a billion columns.
     Bytes columns;
-    while (columns.size() < 100000) columns = joined({columns, bytesOf("<RC")});
-    columns.resize(100000);
+    for (std::size_t i = 0; i < 100000; ++i) columns.push_back(static_cast<Byte>("<RC"[i % 3]));
     ParseBMP(bitmapFile(rowsOf({columns, Bytes(100000, 0)})));
     EXPECT_EQ(noticeMessages(), std::vector<std::string>{});
     EXPECT_GT(transport().dataSent().size(), 100000U);

@@ -66,6 +66,7 @@ TEST(Dither, PushesMidGreyOnFromColumn0) {
     EXPECT_EQ(after[1].Red, 56);
     EXPECT_EQ(after[4].Red, 40);
     EXPECT_EQ(after[5].Red, 8);
+    EXPECT_EQ(after[3].Red, 0);  // what lies before column 0 in memory: nothing goes below left
     EXPECT_EQ(after[1].Green, 56);
     EXPECT_EQ(after[1].Blue, 56);
 }

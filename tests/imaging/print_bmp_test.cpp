@@ -118,6 +118,27 @@ TEST_F(PrintBmp, RefusesRowsWhosePaddingMakesMoreThan31BitsOfEntries) {
     expectRefusal();
 }
 
+TEST(PrintableSize, EndsAt2To28DotsAndAt31BitsOfPaddedEntries) {
+    EXPECT_TRUE(isPrintableSize(0, 0));
+    EXPECT_TRUE(isPrintableSize(16384, 16384));
+    EXPECT_FALSE(isPrintableSize(16384, 16385));
+    EXPECT_TRUE(isPrintableSize(1 << 28, 1));
+    EXPECT_FALSE(isPrintableSize((1 << 28) + 1, 1));
+    EXPECT_TRUE(isPrintableSize(1, (1 << 26) - 1));  // 32 entries a row: 2^31 - 32
+    EXPECT_FALSE(isPrintableSize(1, 1 << 26));
+    EXPECT_FALSE(isPrintableSize(INT32_MAX, INT32_MAX));
+}
+
+// A picture that cannot be fitted, here one that says it is larger than any may be.
+TEST_F(PrintBmp, DoesNotPrintThePictureBeforeWhenFittingFails) {
+    PrintBMP(32, 16, plainPicture(4, 4, 0, 0, 0));
+    transport().calls.clear();
+    Picture impossible = plainPicture(1, 1, 0, 0, 0);
+    impossible.width = impossible.height = 1 << 15;
+    PrintBMP(32, 16, impossible);
+    expectRefusal();
+}
+
 TEST_F(PrintBmp, OpensItsSurfaceOnceAndUsesItAgain) {
     PrintBMP(100, 100, plainPicture(10, 10, 0, 0, 0));
     const UInt32* surface = openSurface.pixels.data();

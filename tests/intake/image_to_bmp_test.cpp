@@ -73,7 +73,7 @@ TEST_F(PhotoPrinting, PrintsWhatThePhotoShowsAndNotTurned) {
     }
 }
 
-// ---- Size --------------------------------------------------------------------------------------
+// ---- Size ---------------------------------------------------------------------------------------
 
 TEST_F(PhotoPrinting, PrintsOneDotForEachPixel) {
     for (const std::int32_t resolution : {200, 300, 600}) {
@@ -116,7 +116,7 @@ TEST_F(PhotoPrinting, MeasuresAPhotoAsItStandsUpright) {
     }
 }
 
-// ---- No photo ----------------------------------------------------------------------------------
+// ---- No photo -----------------------------------------------------------------------------------
 
 TEST_F(PhotoPrinting, RefusesAUrlThatNamesNoAssetAndGoesOn) {
     for (const bool scaled : {false, true}) {
@@ -184,7 +184,7 @@ TEST_F(PhotoPrinting, LeavesTheBitmapThatWasSentInPlaceOfThePhotosFile) {
     EXPECT_EQ(imaging::myImageData->size(), 62U + 8 * 16);
 }
 
-// ---- The file system is never read -------------------------------------------------------------
+// ---- The file system is never read --------------------------------------------------------------
 
 TEST_F(PhotoPrinting, NeverOpensAFileOnDisk) {
     const test::TemporaryFolder folder;
@@ -213,7 +213,7 @@ TEST_F(PhotoPrinting, PrintsThePhotosOfAFolder) {
     EXPECT_TRUE(test::graphicsWereSent());
 }
 
-// ---- Threads -----------------------------------------------------------------------------------
+// ---- Threads ------------------------------------------------------------------------------------
 
 TEST_F(PhotoPrinting, RunsTheWholePrintOnAnotherThreadThanTheCallers) {
     std::thread::id printing;

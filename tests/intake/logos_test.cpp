@@ -44,7 +44,7 @@ class Logos : public test::FreshState {
         std::make_shared<platform::InMemoryPhotoLibrary>();
 };
 
-// ---- Storing -----------------------------------------------------------------------------------
+// ---- Storing ------------------------------------------------------------------------------------
 
 TEST_F(Logos, AreStoredFromAPdfWhichReturnsTrue) {
     EXPECT_TRUE(DownloadLogo(page(), 5));
@@ -60,6 +60,20 @@ TEST_F(Logos, AreStoredFromAPictureWhichReturnsFalse) {
     EXPECT_EQ(transport().textSent(), "<RE0><DI><RC0,0><5>\x1B");
     EXPECT_EQ(transport().dataSent().back(), 27);
     EXPECT_TRUE(test::graphicsWereSent());
+}
+
+TEST_F(Logos, GoOverWiFiWhenItIsActive) {
+    Mode = "WF";
+    EXPECT_TRUE(DownloadLogo(page(), 5));
+    EXPECT_EQ(transport().operations(), (Operations{"Write_WF", "Write_WF_Data"}));
+}
+
+// Texts are dropped without a session and raw data goes to Bluetooth, so half of a logo is sent.
+TEST_F(Logos, AreHalfSentWithoutASession) {
+    Mode = "";
+    EXPECT_TRUE(DownloadLogo(page(), 5));
+    EXPECT_FALSE(DownloadLogo(photo(), 5));
+    EXPECT_EQ(transport().operations(), (Operations{"Write_BT_Data", "Write_BT_Data"}));
 }
 
 TEST_F(Logos, AreNotMadeOfATextButItsNumberIsKept) {
@@ -146,7 +160,7 @@ TEST_F(Logos, ThatCannotBeLoadedSendNothingAtAll) {
     EXPECT_EQ(LogoNumber, "3");
 }
 
-// ---- Printing ----------------------------------------------------------------------------------
+// ---- Printing -----------------------------------------------------------------------------------
 
 TEST_F(Logos, ArePrintedByOneCommandAndNothingElse) {
     EXPECT_TRUE(PrintLogo(2, 100, 250));

@@ -61,7 +61,21 @@ class PdfPrinting : public test::FreshState {
     }
 };
 
-// ---- Size --------------------------------------------------------------------------------------
+// ---- Transport ----------------------------------------------------------------------------------
+
+TEST_F(PdfPrinting, IsOneDataWriteOverWiFiWhenItIsActiveAndOverBluetoothOtherwise) {
+    for (const auto& [mode, write] : {std::pair{"WF", "Write_WF_Data"},
+                                      {"BT", "Write_BT_Data"},
+                                      {"", "Write_BT_Data"},
+                                      {"??", "Write_BT_Data"}}) {
+        Mode = std::string(mode);
+        transport().calls.clear();
+        EXPECT_TRUE(print(pageOf(0, 0, 12, 12, 255)));
+        EXPECT_EQ(transport().operations(), std::vector<std::string>{write}) << mode;
+    }
+}
+
+// ---- Size ---------------------------------------------------------------------------------------
 
 TEST_F(PdfPrinting, StretchesThePageToItsSizeInDots) {
     ImageDithered = false;
@@ -95,7 +109,7 @@ TEST_F(PdfPrinting, GivesEveryScaledPageTheStocksSize) {
     }
 }
 
-// ---- Canvas ------------------------------------------------------------------------------------
+// ---- Canvas -------------------------------------------------------------------------------------
 
 TEST_F(PdfPrinting, PrintsWhatThePageShowsAndNotTurned) {
     PrinterResolution = 72;
@@ -196,7 +210,7 @@ TEST_F(PdfPrinting, LeavesTheJobAsTheCallerSetIt) {
     EXPECT_EQ(sent.find("<P1><LM><RE0><DI><RC10,20>"), 0U) << sent;
 }
 
-// ---- Nothing to print --------------------------------------------------------------------------
+// ---- Nothing to print ---------------------------------------------------------------------------
 
 TEST_F(PdfPrinting, RefusesAnAbsentPageAndStillReturnsTrue) {
     for (const PdfOutcome outcome :

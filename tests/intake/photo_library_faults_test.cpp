@@ -118,7 +118,7 @@ class PhotoFaults : public test::FreshState {
     std::shared_ptr<ScriptedFile> photo_ = std::make_shared<ScriptedFile>(test::blackBmp(40, 16));
 };
 
-// ---- Answers -----------------------------------------------------------------------------------
+// ---- Answers ------------------------------------------------------------------------------------
 
 TEST_F(PhotoFaults, AFailedLookupPrintsAndSaysNothing) {
     answerWith([](const URL&, const AssetResultHandler&, const AssetFailureHandler& onFailure) {
@@ -220,7 +220,7 @@ TEST_F(PhotoFaults, ALateSecondAnswerDoesNotDisturbTheNextPhoto) {
     expectPrinted();
 }
 
-// ---- Exceptions --------------------------------------------------------------------------------
+// ---- Exceptions ---------------------------------------------------------------------------------
 
 TEST_F(PhotoFaults, ALibraryThatThrowsCountsAsAFailedLookup) {
     answerWith([](const URL&, const AssetResultHandler&, const AssetFailureHandler&) {
@@ -276,7 +276,7 @@ TEST_F(PhotoFaults, AFileThatThrowsOnAnotherThreadIsNoPicture) {
     delivering.join();
 }
 
-// ---- Sizes -------------------------------------------------------------------------------------
+// ---- Sizes --------------------------------------------------------------------------------------
 
 TEST_F(PhotoFaults, AFileIsReadOnceFromItsBeginningInItsWholeLength) {
     deliver(photo_);

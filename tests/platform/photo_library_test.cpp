@@ -54,7 +54,7 @@ std::optional<Bytes> fileOf(PhotoLibrary& library, const Url& url) {
     return file;
 }
 
-// ---- Registration ------------------------------------------------------------------------------
+// ---- Registration -------------------------------------------------------------------------------
 
 class Registration : public test::FreshState {};
 
@@ -71,7 +71,7 @@ TEST_F(Registration, HoldsTheLibraryUntilAnotherOrNoneTakesItsPlace) {
     EXPECT_TRUE(watched.expired());
 }
 
-// ---- In memory ---------------------------------------------------------------------------------
+// ---- In memory ----------------------------------------------------------------------------------
 
 TEST(InMemoryPhotos, AreFoundByTheUrlTheyGot) {
     InMemoryPhotoLibrary photos;
@@ -156,7 +156,7 @@ TEST(InMemoryPhotos, SayWhyAnOffsetBehindTheEndDeliversNothing) {
     }
 }
 
-// ---- A folder ----------------------------------------------------------------------------------
+// ---- A folder -----------------------------------------------------------------------------------
 
 class FolderPhotos : public testing::Test {
   protected:

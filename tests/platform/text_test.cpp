@@ -32,7 +32,7 @@ int shortestLength(UInt32 codePoint) {
     return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
 }
 
-// ---- decodeUtf8 --------------------------------------------------------------------------------
+// ---- decodeUtf8 ---------------------------------------------------------------------------------
 
 TEST(DecodeUtf8, GivesTheEmptyTextForNoBytes) {
     EXPECT_EQ(decodeUtf8({}), Text(""));
@@ -97,7 +97,7 @@ TEST(DecodeUtf8, KeepsAByteOrderMarkNulsAndNonCharacters) {
     EXPECT_EQ(decoded(text), Text(text));
 }
 
-// ---- lowBytesOfUtf16 ---------------------------------------------------------------------------
+// ---- lowBytesOfUtf16 ----------------------------------------------------------------------------
 
 TEST(LowBytesOfUtf16, AreTheTextItselfWhereItIsAscii) {
     std::string ascii;

@@ -24,7 +24,6 @@ class RealPages : public test::FreshState {
         return test::transport().dataSent();
     }
 
-  private:
     test::DocumentFolder folder_;
 };
 
@@ -60,6 +59,20 @@ TEST_F(RealPages, PrintBlackWhereACropBoxThatBeginsElsewhereLeavesTheCanvasUnfil
             const bool isBlack = imaging::mDataArray[y * 64 + x] == imaging::BLACK;
             ASSERT_EQ(isBlack, isBesidePage || x < 18) << "row " << y << " column " << x;
         }
+    }
+}
+
+TEST_F(RealPages, ReturnTrueForAMissingOrBrokenFileOfWhichNothingPrints) {
+    const URL broken = folder_.write("broken.pdf", "no document");
+    const URL empty = folder_.write("empty.pdf", "");
+    const URL missing = URL::fromPath(folder_.path("missing.pdf").string());
+    for (const URL& url : {broken, empty, missing}) {
+        notices.clear();
+        test::transport().calls.clear();
+        EXPECT_TRUE(SendFile(url, 1, 2));
+        EXPECT_EQ(noticeMessages(),
+                  std::vector<std::string>{"Error - Invalid Image width/height/depth."});
+        EXPECT_TRUE(test::transport().calls.empty());
     }
 }
 

@@ -23,7 +23,7 @@ TransportCall textCall(const char* operation, Text text) {
     return {operation, std::move(text), {}};
 }
 
-// ---- Texts -------------------------------------------------------------------------------------
+// ---- Texts --------------------------------------------------------------------------------------
 
 TEST_F(Session, SendsATextOverWiFiWhenWiFiIsActive) {
     Mode = "WF";
@@ -88,7 +88,7 @@ TEST_F(Session, LooksAtTheModeAtTheMomentOfTheCall) {
                                         textCall("Write_BT", "3")}));
 }
 
-// ---- Raw bytes ---------------------------------------------------------------------------------
+// ---- Raw bytes ----------------------------------------------------------------------------------
 
 TEST_F(Session, SendsRawBytesOverWiFiOnlyWhenWiFiIsActive) {
     const Bytes bytes = {0, 1, 27, 255};
@@ -121,9 +121,12 @@ TEST_F(Session, PassesACountOfZeroOrLessOnWithoutTouchingTheBytes) {
     SendData(nullptr, std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(transport().operations(),
               (std::vector<std::string>{"Write_BT_Data", "Write_BT_Data", "Write_WF_Data"}));
+    EXPECT_EQ(transport().calls[0].count, 0);
+    EXPECT_EQ(transport().calls[1].count, -1);
+    EXPECT_EQ(transport().calls[2].count, std::numeric_limits<std::int32_t>::min());
 }
 
-// ---- Reading -----------------------------------------------------------------------------------
+// ---- Reading ------------------------------------------------------------------------------------
 
 TEST_F(Session, ReadsOverWiFiAndThenClearsItsStatusOnceEach) {
     Mode = "WF";
@@ -158,7 +161,7 @@ TEST_F(Session, ReturnsAnAbsentReplyAsNoTextAndStillClearsTheStatus) {
               (std::vector<std::string>{"Read_WF", "ClearStatus_WF", "Read_BT", "ClearStatus_BT"}));
 }
 
-// ---- One-line commands -------------------------------------------------------------------------
+// ---- One-line commands --------------------------------------------------------------------------
 
 TEST_F(Session, CutsEjectsAndClearsWithExactlyTheCommandsAndNothingAppended) {
     for (const std::string transportName : {"BT", "WF"}) {

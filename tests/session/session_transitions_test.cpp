@@ -105,7 +105,7 @@ TEST_P(FromEveryState, OpeningAndClosingLeaveTheApplicationsVariablesAlone) {
     EXPECT_EQ(s, "mine");
 }
 
-// ---- One after the other -----------------------------------------------------------------------
+// ---- One after the other ------------------------------------------------------------------------
 
 class SessionSequence : public test::FreshState {};
 

@@ -25,7 +25,7 @@ auto allSettings() {
                       ImageScaled, ImageDithered, size_indicator, portrait_dots);
 }
 
-// ---- The stock table ---------------------------------------------------------------------------
+// ---- The stock table ----------------------------------------------------------------------------
 
 struct StockRow {
     std::int32_t index;
@@ -84,7 +84,7 @@ TEST(StockTable, NamesTheFirstFourStocks) {
     for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(settings::kStocks[i].name, names[i]);
 }
 
-// ---- ChangeConfiguration -----------------------------------------------------------------------
+// ---- ChangeConfiguration ------------------------------------------------------------------------
 
 TEST_F(Settings, StoreEveryArgument) {
     ChangeConfiguration("<P2>", 600, true, false, 3, "<PM>");

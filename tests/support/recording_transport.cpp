@@ -1,5 +1,6 @@
 #include "support/recording_transport.h"
 
+#include <algorithm>
 #include <ostream>
 
 #include "TavioIpadSDK/session/transport.h"
@@ -42,12 +43,14 @@ void PrintTo(const TransportCall& call, std::ostream* out) {
 
 namespace {
 
-void record(const char* operation, Text text = std::nullopt, Bytes data = {}) {
-    transport().calls.push_back({operation, std::move(text), std::move(data)});
+void record(const char* operation, Text text = std::nullopt) {
+    transport().calls.push_back({operation, std::move(text), {}});
 }
 
-Bytes copied(const Byte* bytes, std::int32_t size) {
-    return size > 0 ? Bytes(bytes, bytes + size) : Bytes();
+void recordData(const char* operation, const Byte* bytes, std::int32_t size) {
+    if (transport().failData) transport().failData();
+    const Bytes data = size > 0 ? Bytes(bytes, bytes + size) : Bytes();
+    transport().calls.push_back({operation, std::nullopt, data, std::min(size, 0)});
 }
 
 }  // namespace
@@ -55,8 +58,8 @@ Bytes copied(const Byte* bytes, std::int32_t size) {
 
 namespace tavio {
 
-using test::copied;
 using test::record;
+using test::recordData;
 using test::transport;
 
 bool Open_BT() {
@@ -70,7 +73,7 @@ void Write_BT(const Text& text) {
     record("Write_BT", text);
 }
 void Write_BT_Data(const Byte* bytes, std::int32_t size) {
-    record("Write_BT_Data", std::nullopt, copied(bytes, size));
+    recordData("Write_BT_Data", bytes, size);
 }
 Text Read_BT() {
     record("Read_BT");
@@ -91,7 +94,7 @@ void Write_WF(const Text& text) {
     record("Write_WF", text);
 }
 void Write_WF_Data(const Byte* bytes, std::int32_t size) {
-    record("Write_WF_Data", std::nullopt, copied(bytes, size));
+    recordData("Write_WF_Data", bytes, size);
 }
 Text Read_WF() {
     record("Read_WF");

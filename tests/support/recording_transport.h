@@ -1,6 +1,8 @@
 // The twelve transport operations as a recording: what was called, in which order, with what.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,17 +11,19 @@
 namespace tavio::test {
 
 struct TransportCall {
-    std::string operation;  // e.g. "Write_WF_Data"
-    Text text;              // of Open_WF, Write_BT and Write_WF; no text may be what was passed
-    Bytes data;             // of Write_BT_Data and Write_WF_Data
+    std::string operation;   // e.g. "Write_WF_Data"
+    Text text;               // of Open_WF, Write_BT and Write_WF; no text may be what was passed
+    Bytes data;              // of Write_BT_Data and Write_WF_Data
+    std::int32_t count = 0;  // of these, the count that was passed where it is not above 0
 
     bool operator==(const TransportCall&) const = default;
 };
 
 struct RecordingTransport {
     std::vector<TransportCall> calls;
-    bool openSucceeds = true;  // what Open_BT and Open_WF return
-    Text reply = "ready";      // what Read_BT and Read_WF return
+    bool openSucceeds = true;        // what Open_BT and Open_WF return
+    Text reply = "ready";            // what Read_BT and Read_WF return
+    std::function<void()> failData;  // called by the data writes, may throw
 
     // The names of the operations called, in order.
     std::vector<std::string> operations() const;
