@@ -13,7 +13,7 @@
 //
 // Plain functions over module-wide state, no handles. Calls are synchronous and silent: when one
 // returns, its bytes have been handed to the transport. One job at a time; nothing locks. No call
-// throws.
+// throws, but for std::bad_alloc when there is no memory left for a short text.
 #pragma once
 
 #include "TavioIpadSDK/intake/job.h"

@@ -17,8 +17,7 @@
 
 namespace tavio::encoder {
 
-// A blank run of this many columns or more is left out; a shorter one costs less than the commands
-// that would skip it.
+// A blank run of this many columns or more is left out; a shorter one is sent as zeros.
 inline constexpr std::int32_t kShortestSkip = 19;
 
 // Writes `opening`, then the bands' stretches. `lineMap` is left holding the last band's runs, its

@@ -31,8 +31,8 @@ void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index);
 // ---- Pure ---------------------------------------------------------------------------------------
 
 // packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
-// WHITE. The layout is the printer's own: the first entry fills the two top bits and the eighth is
-// dropped.
+// WHITE. The first entry fills the two top bits and the eighth is dropped: printed pictures depend
+// on exactly this.
 //
 //   bit    7 6 5 4 3 2 1 0
 //   entry  0 0 1 2 3 4 5 6          1,0,1,0,1,0,1,0 gives D5; 0,0,0,0,0,0,0,1 gives 00

@@ -8,8 +8,8 @@
 
 namespace tavio::imaging {
 
-// Whether a picture of this size in dots (neither below 0) can be printed: at most 2^28 dots, and at
-// most 2^31 - 1 entries once its rows are padded to a multiple of 32.
+// Whether a picture of this size in dots (neither below 0) can be printed: at most 2^28 dots, and
+// at most 2^31 - 1 entries once its rows are padded to a multiple of 32.
 bool isPrintableSize(std::int32_t width, std::int32_t height);
 
 // Stretches the picture, upright, to exactly width * height dots, makes it black and white

@@ -7,7 +7,8 @@
 
 namespace tavio {
 
-// Prints the document with its top left corner at printer row `row`, column `column` (dots). The
+// Prints the document: a page or picture with its top left corner at printer row `row`, column
+// `column` (dots; in portrait the row is counted back from the dot width), a text as it is. The
 // extension alone decides the route, and only in these spellings: "TXT", "txt"; "PDF", "pdf";
 // "PNG", "png"; "JPG", "jpg", "JPEG", "jpeg"; "BMP", "bmp". Mixed case is deliberately refused.
 //

@@ -10,7 +10,9 @@
 
 namespace tavio {
 
-// ---- State, from program start to program end; all written by ChangeConfiguration only ----------
+// ---- State, from program start to program end ---------------------------------------------------
+//
+// Written by ChangeConfiguration, or by the application directly.
 
 // Path-selection command, sent at the head of every printed graphic. Read by the encoder.
 extern std::string PrinterPath;  // initially "<P1>"
