@@ -14,7 +14,7 @@ namespace tavio::links {
 //   auto link = std::make_shared<links::FileLink>("job.bin");
 //   links::useLink(link);
 //   OpenSessionWiFi("job.bin"); SendFile(url, 10, 20); CloseSessionWiFi();
-//   if (!link->failure().empty()) return tellTheUser(link->failure());
+//   if (!link->commit()) return tellTheUser(link->failure());  // only now job.bin is there
 class Link {
   public:
     Link() = default;

@@ -1,5 +1,6 @@
 #include "links/output_file.h"
 
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -10,6 +11,8 @@
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+
+#include <climits>
 
 namespace tavio::links {
 
@@ -29,10 +32,31 @@ std::optional<int> descriptorNamedBy(const std::string& path) {
     return number;
 }
 
-// The path with its symbolic links followed, or the path itself where nothing exists there.
+// With its slash, so that a name can be put behind it.
+std::string folderOf(const std::string& path) {
+    std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+// Where a symbolic link that points at nothing wants a file. There are no loops here: opening
+// refuses them first.
+std::string pointedAt(std::string path) {
+    constexpr int kMostLinks = 40;
+    for (int count = 0; count < kMostLinks; ++count) {
+        std::array<char, PATH_MAX> text{};
+        ssize_t size = ::readlink(path.c_str(), text.data(), text.size());
+        if (size < 0) break;
+        std::string next(text.data(), static_cast<std::size_t>(size));
+        if (!next.starts_with('/')) next.insert(0, folderOf(path));
+        path = std::move(next);
+    }
+    return path;
+}
+
+// The path of an existing file with its symbolic links followed.
 std::string followed(const std::string& path) {
     char* real = ::realpath(path.c_str(), nullptr);
-    if (real == nullptr) return path;
+    if (real == nullptr) return path;  // a link of /proc to what has no path, as a pipe
     std::string result = real;
     std::free(real);  // NOLINT(cppcoreguidelines-no-malloc): realpath's own
     return result;
@@ -47,16 +71,14 @@ mode_t defaultPermissions() {
 
 const std::string kDescriptors = "/proc/self/fd/";
 
+// Not made of the target's name: that may be as long as the file system allows.
+const std::string kTemporaryName = ".tavio-";
+
 // A file in the folder that has no name yet and vanishes with its descriptor, whatever ends the
 // program; -1 where the file system has no such files, or no way to name one later.
 int openNameless(const std::string& folder) {
     if (::access(kDescriptors.c_str(), X_OK) != 0) return -1;
     return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
-}
-
-std::string folderOf(const std::string& path) {
-    std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
 bool writeAll(int descriptor, std::span<const Byte> bytes) {
@@ -82,9 +104,11 @@ OutputFile::OutputFile(OutputFile&& other) noexcept
       descriptor_(std::exchange(other.descriptor_, -1)) {}
 
 bool OutputFile::fail(int errorNumber) {
-    if (failure_.empty()) {
-        failure_ = path_ + " cannot be written: " + std::generic_category().message(errorNumber);
-    }
+    return fail(" cannot be written: " + std::generic_category().message(errorNumber));
+}
+
+bool OutputFile::fail(const std::string& why) {
+    if (failure_.empty()) failure_ = path_ + why;
     return false;
 }
 
@@ -95,13 +119,12 @@ bool OutputFile::open() {
     if (auto number = descriptorNamedBy(path_)) {
         return openInPlace(::fcntl(*number, F_DUPFD_CLOEXEC, 0));
     }
-    target_ = followed(path_);
     struct stat status {};
-    bool exists = ::stat(target_.c_str(), &status) == 0;
+    bool exists = ::stat(path_.c_str(), &status) == 0;
+    if (!exists && errno != ENOENT) return fail(errno);
+    target_ = exists ? followed(path_) : pointedAt(path_);
     if (exists && S_ISDIR(status.st_mode)) return fail(EISDIR);
-    if (exists && !S_ISREG(status.st_mode)) {
-        return openInPlace(::open(target_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
-    }
+    if (exists && !S_ISREG(status.st_mode)) return openSpecial();
     if (!exists && target_.back() == '/') return fail(EISDIR);
     if (exists && ::access(target_.c_str(), W_OK) != 0) return fail(errno);
     return openTemporary();
@@ -113,11 +136,24 @@ bool OutputFile::openInPlace(int descriptor) {
     return true;
 }
 
+// Opening must not wait, as it would for the reader of a pipe; writing may.
+bool OutputFile::openSpecial() {
+    int descriptor = ::open(target_.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0 && errno == ENXIO) {
+        struct stat status {};
+        bool pipe = ::stat(target_.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+        return pipe ? fail(" is a pipe that nobody reads") : fail(ENXIO);
+    }
+    if (!openInPlace(descriptor)) return false;
+    const int flags = ::fcntl(descriptor, F_GETFL);
+    return (flags >= 0 && ::fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) == 0) || fail(errno);
+}
+
 bool OutputFile::openTemporary() {
     descriptor_ = openNameless(folderOf(target_));
     nameless_ = descriptor_ >= 0;
     if (!nameless_) {
-        std::string name = target_ + ".XXXXXX";
+        std::string name = folderOf(target_) + kTemporaryName + "XXXXXX";
         descriptor_ = ::mkostemp(name.data(), O_CLOEXEC);
         if (descriptor_ < 0) return fail(errno);
         temporary_ = name;
@@ -131,7 +167,7 @@ bool OutputFile::openTemporary() {
 // Only a file with a name can be moved over another.
 bool OutputFile::giveName() {
     const std::string itself = kDescriptors + std::to_string(descriptor_);
-    const std::string stem = target_ + "." + std::to_string(::getpid()) + "-";
+    const std::string stem = folderOf(target_) + kTemporaryName + std::to_string(::getpid()) + "-";
     constexpr int kMostAttempts = 100;
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         std::string name = stem + std::to_string(attempt);

@@ -11,10 +11,11 @@ namespace tavio::links {
 // A regular file (also one that does not exist yet) is written as a temporary file beside it, which
 // commit() moves over it; a file that is not committed is as if it had never been begun. Where the
 // file system allows it, the temporary file has no name before that, and even a program that is
-// killed leaves nothing behind. The new
-// file keeps the permissions of the one it replaces, and a symbolic link keeps pointing at it.
+// killed leaves nothing behind. The new file keeps the permissions of the one it replaces, and a
+// symbolic link keeps pointing at it, also one that pointed at nothing before.
 // Anything else (a device, a pipe) is written in place and cannot be taken back; so are
-// /dev/stdout, /dev/stderr and /dev/fd/N, which mean the descriptor that is already open.
+// /dev/stdout, /dev/stderr and /dev/fd/N, which mean the descriptor that is already open. A named
+// pipe that nobody reads is refused.
 //
 //   OutputFile file("ticket.png");
 //   if (!file.open() || !file.write(png) || !file.commit()) return tellTheUser(file.failure());
@@ -42,9 +43,11 @@ class OutputFile {
 
   private:
     bool openInPlace(int descriptor);
+    bool openSpecial();
     bool openTemporary();
     bool giveName();
     bool fail(int errorNumber);
+    bool fail(const std::string& why);
 
     std::string path_;
     std::string target_;     // path_ with symbolic links followed: the file to be replaced

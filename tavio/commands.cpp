@@ -60,11 +60,6 @@ void sendRaw(const Options& options, Console& console) {
     });
 }
 
-// What was written to standard output has to arrive there.
-void flushOutput() {
-    if (!std::cout.flush()) throw Failure("standard output cannot be written");
-}
-
 void showStatus(const Options& options, Console& console) {
     Text reply;
     runJob(options, console, [&] {
@@ -74,7 +69,7 @@ void showStatus(const Options& options, Console& console) {
         }
     });
     std::cout << printable(*reply) << '\n';
-    flushOutput();
+    flushStandardOutput();
 }
 
 void preview(const Options& options, Console& console) {
@@ -99,12 +94,12 @@ void decode(const Options& options, Console& console) {
         listing.feed(bytes);
     }
     listing.finish();
-    flushOutput();
+    flushStandardOutput();
 }
 
 void listStocks() {
     std::cout << stocksTable();
-    flushOutput();
+    flushStandardOutput();
 }
 
 }  // namespace

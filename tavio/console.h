@@ -56,12 +56,17 @@ class Console {
     std::thread clock_;  // not running where stages are not shown
 };
 
-// The text with control characters made visible ("\x1B"), so that a file name or a document's text
-// cannot steer the terminal that it is shown on.
+// The text with control characters, those of U+0080 to U+009F included, made visible ("\x1B",
+// "\xC2\x9B"), so that a file name or a document's text cannot steer the terminal that it is shown
+// on.
 std::string printable(std::string_view text);
 
 bool standardErrorIsTerminal();
 bool standardOutputIsTerminal();
 void writeToStandardError(std::string_view text);
+
+// Sends off what was written to std::cout. Throws Failure where it cannot arrive; a reader that has
+// gone away has seen enough, and is no failure.
+void flushStandardOutput();
 
 }  // namespace tavio::tool

@@ -12,10 +12,13 @@ namespace {
 
 int run(int argc, const char* const* argv) {
     using namespace tavio::tool;
-    auto parsed = parseCommandLine(argc, argv);
-    if (const int* status = std::get_if<int>(&parsed)) return *status;
     Console console(writeToStandardError, standardErrorIsTerminal());
     try {
+        auto parsed = parseCommandLine(argc, argv);
+        if (const int* status = std::get_if<int>(&parsed)) {
+            flushStandardOutput();
+            return *status;
+        }
         runCommand(std::get<Options>(parsed), console);
         return 0;
     } catch (const Failure& failure) {
@@ -31,7 +34,7 @@ int run(int argc, const char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A reader of our output that has gone away is an error like any other, told in a sentence.
+    // A reader of our output that has gone away is noticed where the output is written.
     std::signal(SIGPIPE, SIG_IGN);
     return run(argc, argv);
 }

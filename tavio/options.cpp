@@ -5,9 +5,11 @@
 #include <charconv>
 #include <cstddef>
 #include <system_error>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "TavioIpadSDK/platform/text.h"
 #include "TavioIpadSDK/settings/stock_table.h"
 #include "tavio/console.h"
 
@@ -58,8 +60,49 @@ std::string asTarget(std::string& text) {
            "tcp://HOST, bt://ADDRESS or tty:DEVICE";
 }
 
+std::string asPictureName(std::string& text) {
+    if (isPictureName(text)) return {};
+    return "\"" + text + "\" is no name for the picture: give a name ending in .png";
+}
+
+std::string asUtf8(std::string& text) {
+    if (platform::decodeUtf8({reinterpret_cast<const Byte*>(text.data()), text.size()})) return {};
+    return "the path command is not UTF-8";
+}
+
 CLI::Validator valueCheck(std::string (*check)(std::string&)) {
     return {check, ""};
+}
+
+std::string fullName(const CLI::App& command) {
+    const CLI::App* parent = command.get_parent();
+    return parent == nullptr ? command.get_name() : fullName(*parent) + " " + command.get_name();
+}
+
+// The sentence about the first word that this command or its subcommand could not make sense of,
+// where that word is the reason for what is then missing; none where there is no such word.
+std::optional<std::string> aboutWrongWord(const CLI::App& command) {
+    const auto named = command.get_subcommands();  // those on this command line
+    const std::vector<std::string> words = command.remaining();
+    auto word = std::find_if(words.begin(), words.end(),
+                             [](const std::string& candidate) { return candidate != "--"; });
+    if (word == words.end()) return named.empty() ? std::nullopt : aboutWrongWord(*named.front());
+    const bool option = words.front() != "--" && word->size() > 1 && word->front() == '-';
+    const bool hasCommands = command.get_require_subcommand_min() > 0;
+    if (!option && (!hasCommands || !named.empty())) return std::nullopt;
+    const std::string name = fullName(command);
+    return (word->empty() ? "\"\"" : *word) + " is no " + (option ? "option" : "command") + " of " +
+           name + " (" + name + " --help lists them)";
+}
+
+std::string failureLine(const CLI::App& app, const CLI::Error& error) {
+    const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
+    std::optional<std::string> sentence;
+    if (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError) {
+        sentence = aboutWrongWord(app);
+    }
+    if (!sentence) sentence = std::string(error.what()) + " (tavio --help tells more)";
+    return "tavio: " + printable(*sentence) + "\n";
 }
 
 // Declares the commands. Every command writes into the same Options.
@@ -93,12 +136,11 @@ class CommandLine {
 CommandLine::CommandLine(Options& options) : options_(options) {
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "tavio " TAVIO_VERSION);
-    app_.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return "tavio: " + printable(error.what()) + " (tavio --help tells more)\n";
-    });
+    app_.failure_message(
+        [](const CLI::App* app, const CLI::Error& error) { return failureLine(*app, error); });
     app_.footer(
         "Example:\n"
-        "  tavio print photo.jpg --row 10 --column 20 --cut\n"
+        "  tavio print photo.jpg --scaled --stock receipt --cut\n"
         "prints onto a preview of the ticket, ticket.png. tavio COMMAND --help tells more.");
     addPrinting();
     addLogos();
@@ -134,6 +176,7 @@ void CommandLine::addSettings(CLI::App& command) {
     Settings& settings = options_.settings;
     const char* group = "Settings";
     command.add_option("--path", settings.path, "print path command; <P1> if not given")
+        ->transform(valueCheck(asUtf8))
         ->type_name("TEXT")
         ->group(group);
     command
@@ -193,7 +236,7 @@ void CommandLine::addPrinting() {
     CLI::App* print =
         addJob(app_, Command::kPrint, "print",
                "Print a text file, the first page of a PDF, or a PNG, JPEG or BMP picture.",
-               "tavio print page.pdf --row 10 --column 20 --stock cinema --cut --to page.png");
+               "tavio print page.pdf --scaled --stock cinema --cut --to page.png");
     print->add_option("FILE", options_.file, "the document")->required()->type_name("");
     addPlace(*print);
     addFinish(*print);
@@ -232,7 +275,8 @@ void CommandLine::addDirect() {
     addJob(app_, Command::kClear, "clear", "Clear the printer's memory.",
            "tavio clear --to file:clear.bin");
     addJob(app_, Command::kStatus, "status", "Show the printer's reply.",
-           "tavio status --to tcp://192.0.2.7");
+           "tavio status\n"
+           "says that there is no reply: a preview or a file has none, only a printer answers.");
 }
 
 void CommandLine::addReading() {
@@ -242,6 +286,7 @@ void CommandLine::addReading() {
                             "tavio preview job.bin --stock concert --resolution 300 -o ticket.png");
     preview->add_option("JOB", options_.file, "the job file")->required()->type_name("");
     preview->add_option("-o,--output", options_.output, "the picture; ticket.png if not given")
+        ->transform(valueCheck(asPictureName))
         ->type_name("X.png");
     CLI::App* decode = add(app_, Command::kDecode, "decode",
                            "List the commands of a job file, each with its offset and its meaning.",

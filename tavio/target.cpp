@@ -4,6 +4,10 @@
 
 namespace tavio::tool {
 
+bool isPictureName(std::string_view name) {
+    return name.ends_with(".png") || name.ends_with(".PNG");
+}
+
 std::optional<Target> parseTarget(std::string_view text) {
     constexpr std::array<std::string_view, 3> kPrinterSchemes{"tcp://", "bt://", "tty:"};
     for (std::string_view scheme : kPrinterSchemes) {
@@ -15,8 +19,7 @@ std::optional<Target> parseTarget(std::string_view text) {
         if (name.empty()) return std::nullopt;
         return Target{Target::Kind::kFile, std::string(name)};
     }
-    bool isPicture = text.ends_with(".png") || text.ends_with(".PNG");
-    if (!isPicture) return std::nullopt;
+    if (!isPictureName(text)) return std::nullopt;
     return Target{Target::Kind::kPreview, std::string(text)};
 }
 

@@ -50,9 +50,8 @@ intake::DotSize ticketDots(const Settings& settings) {
     auto paper = virtual_printer::ticketSize(settings.stock, settings.resolution);
     if (!paper) return {};
     if (!settings.portrait) return {paper->columns, paper->rows};
-    InitDotArray();
-    const std::size_t column = settings.resolution == 200 ? 0 : settings.resolution == 300 ? 1 : 2;
-    return {portrait_dot_array[static_cast<std::size_t>(settings.stock)][column], paper->columns};
+    auto width = settings::portraitDotsOf(settings.stock, settings.resolution);
+    return {width.value_or(0), paper->columns};
 }
 
 std::vector<std::string> fitWarnings(intake::DotSize size, Use use, std::int32_t row,

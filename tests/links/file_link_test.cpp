@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/TavioIpadSDK.h"
+#include "links/transport_operations.h"
 #include "support/temporary_folder.h"
 
 namespace tavio::links {
@@ -40,6 +42,22 @@ TEST(FileLink, DropsBytesWhileItIsNotOpen) {
     EXPECT_FALSE(link.write(kBytes));
     EXPECT_TRUE(link.commit());
     EXPECT_EQ(readFile(folder / "job.bin"), kAsText);
+}
+
+// What the example in links/link.h shows.
+TEST(FileLink, HoldsWhatASessionSent) {
+    TemporaryFolder folder;
+    test::writeFile(folder / "notes.txt", "Row B");
+    const std::string job = folder / "job.bin";
+    auto link = std::make_shared<FileLink>(job);
+    useLink(link);
+    EXPECT_TRUE(OpenSessionWiFi(job));
+    SendFile(URL::fromPath(folder / "notes.txt"), 10, 20);
+    CloseSessionWiFi();
+    useLink(nullptr);
+    EXPECT_FALSE(std::filesystem::exists(job));
+    EXPECT_TRUE(link->commit()) << link->failure();
+    EXPECT_EQ(readFile(job), "Row B");
 }
 
 TEST(FileLink, TellsWhyItCannotOpen) {

@@ -113,6 +113,55 @@ TEST(OutputFile, WritesWhereASymbolicLinkPoints) {
     EXPECT_EQ(readFile(folder / "real.bin"), "new");
 }
 
+TEST(OutputFile, MakesTheFileThatASymbolicLinkPointsAt) {
+    TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "there");
+    std::filesystem::create_symlink("there/second.bin", folder / "first.bin");
+    std::filesystem::create_symlink("../real.bin", folder / "there/second.bin");
+    OutputFile file(folder / "first.bin");
+    ASSERT_TRUE(file.open() && file.write(bytesOf("new")) && file.commit()) << file.failure();
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "first.bin"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "there/second.bin"));
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "real.bin"));
+    EXPECT_EQ(readFile(folder / "real.bin"), "new");
+    EXPECT_EQ(folder.names(), (std::set<std::string>{"first.bin", "real.bin", "there"}));
+}
+
+TEST(OutputFile, MakesTheFileThatALinkWithAnAbsolutePathPointsAt) {
+    TemporaryFolder folder;
+    std::filesystem::create_symlink(folder / "real.bin", folder / "link.bin");
+    OutputFile file(folder / "link.bin");
+    ASSERT_TRUE(file.open() && file.write(bytesOf("new")) && file.commit()) << file.failure();
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.bin"));
+    EXPECT_EQ(readFile(folder / "real.bin"), "new");
+}
+
+TEST(OutputFile, RefusesSymbolicLinksInALoop) {
+    TemporaryFolder folder;
+    std::filesystem::create_symlink("b.bin", folder / "a.bin");
+    std::filesystem::create_symlink("a.bin", folder / "b.bin");
+    OutputFile file(folder / "a.bin");
+    EXPECT_FALSE(file.open());
+    EXPECT_EQ(file.failure(),
+              (folder / "a.bin") + " cannot be written: Too many levels of symbolic links");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "a.bin"));
+}
+
+// 255 bytes are the most that a file's name may have.
+TEST(OutputFile, MayHaveTheLongestNameThereIs) {
+    TemporaryFolder folder;
+    const std::string longest(255, 'n');
+    for (const char* text : {"new", "newer"}) {
+        OutputFile file(folder / longest);
+        ASSERT_TRUE(file.open() && file.write(bytesOf(text)) && file.commit()) << file.failure();
+        EXPECT_EQ(readFile(folder / longest), text);
+    }
+    EXPECT_EQ(folder.names(), std::set<std::string>{longest});
+    OutputFile tooLong(folder / (longest + "n"));
+    EXPECT_FALSE(tooLong.open());
+    EXPECT_TRUE(tooLong.failure().ends_with(" cannot be written: File name too long"));
+}
+
 TEST(OutputFile, RefusesAFolder) {
     TemporaryFolder folder;
     OutputFile file(folder.path());
@@ -161,17 +210,51 @@ TEST(OutputFile, WritesAPipeAtOnce) {
     TemporaryFolder folder;
     std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reader, 0);
+    OutputFile file(pipe);
+    ASSERT_TRUE(file.open() && file.write(bytesOf("through"))) << file.failure();
+    std::array<char, 16> received{};
+    EXPECT_EQ(::read(reader, received.data(), received.size()), 7);
+    EXPECT_STREQ(received.data(), "through");
+    EXPECT_TRUE(file.commit());
+    ::close(reader);
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+// More than a pipe holds: writing waits until the reader has taken some of it.
+TEST(OutputFile, WaitsForTheReaderOfAPipe) {
+    TemporaryFolder folder;
+    std::string pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int descriptor = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(::fcntl(descriptor, F_SETFL, 0), 0);  // reading waits too
+    const std::string sent(std::size_t{3} << 20, 'x');
     std::string received;
-    std::thread reader([&] { received = readFile(pipe); });
     bool written = false;
     {
         OutputFile file(pipe);
-        written = file.open() && file.write(bytesOf("through")) && file.commit();
+        ASSERT_TRUE(file.open()) << file.failure();
+        std::thread writer([&] { written = file.write(bytesOf(sent)) && file.commit(); });
+        std::array<char, 65536> buffer{};
+        ssize_t count = 0;
+        while ((count = ::read(descriptor, buffer.data(), buffer.size())) > 0) {
+            received.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        writer.join();
+        EXPECT_TRUE(written) << file.failure();
     }
-    reader.join();
-    EXPECT_TRUE(written);
-    EXPECT_EQ(received, "through");
-    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    ::close(descriptor);
+    EXPECT_TRUE(received == sent) << received.size() << " bytes";
+}
+
+TEST(OutputFile, RefusesAPipeThatNobodyReads) {
+    TemporaryFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    OutputFile file(folder / "pipe");
+    EXPECT_FALSE(file.open());
+    EXPECT_EQ(file.failure(), (folder / "pipe") + " is a pipe that nobody reads");
 }
 
 // Redirected output continues where the descriptor stands: what was written before stays.

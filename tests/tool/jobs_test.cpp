@@ -92,17 +92,16 @@ TEST_F(Jobs, FollowsTheSettings) {
     EXPECT_EQ(bytesOf({"print", "white.bmp", "--path", ""}), "<LM><RE0><DI>");
 }
 
-// 32 x 16 black pixels under portrait are stretched into 16 x 32: four bands of 16 columns. The
-// first goes out as the picture's place says, the later ones from the printable width on, which
-// is 608 dots for a credit card at 300 dots per inch.
+// 32 x 32 black pixels are four bands without a blank column. The first goes out as the picture's
+// place says, the later ones in a row counted back from the printable width, which is 608 dots for
+// a credit card at 300 dots per inch.
 TEST_F(Jobs, KnowsThePortraitWidth) {
-    writeFile(at("black.bmp"), greyBmp(32, 16));
-    std::string band = "<RC608,8><G16>";
-    std::string bytes =
-        bytesOf({"print", "black.bmp", "--stock", "creditcard", "--orientation", "portrait"});
-    EXPECT_TRUE(bytes.starts_with("<P1><PM><RE0><DI>"));
-    EXPECT_NE(bytes.find("<RC608,8><G"), std::string::npos);
-    EXPECT_NE(bytes.find("<RC608,24><G"), std::string::npos);
+    writeFile(at("black.bmp"), greyBmp(32, 32));
+    const std::string band = "<G32>" + std::string(32, '\xFF');
+    EXPECT_EQ(bytesOf({"print", "black.bmp", "--row", "5", "--column", "9", "--stock", "creditcard",
+                       "--orientation", "portrait"}),
+              "<P1><PM><RE0><DI><RC5,9>" + band + "<RC603,17>" + band + "<RC603,25>" + band +
+                  "<RC603,33>" + band);
 }
 
 TEST_F(Jobs, ScalesAPictureToTheStock) {

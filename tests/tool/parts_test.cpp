@@ -34,6 +34,14 @@ TEST(Target, IsNothingElse) {
     }
 }
 
+TEST(Target, IsAPictureByItsLastLetters) {
+    EXPECT_TRUE(isPictureName("a/ticket.png"));
+    EXPECT_TRUE(isPictureName("TICKET.PNG"));
+    for (std::string_view name : {"", "png", "ticket.jpg", "ticket.png ", "ticket.Png"}) {
+        EXPECT_FALSE(isPictureName(name)) << name;
+    }
+}
+
 TEST(Numbers, AreDecimalOf32Bits) {
     EXPECT_EQ(parseNumber("-2147483648"), INT32_MIN);
     EXPECT_EQ(parseNumber("+2147483647"), INT32_MAX);

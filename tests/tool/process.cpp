@@ -54,22 +54,28 @@ std::map<std::string, std::string> contentsOf(const TemporaryFolder& folder) {
 
 Ran ToolTest::tavio(const std::vector<std::string>& arguments) const {
     TemporaryFolder output;
+    Ran ran = tavioInto(openForWriting(output / "out"), arguments);
+    ran.out = readFile(output / "out");
+    return ran;
+}
+
+Ran ToolTest::tavioInto(int output, const std::vector<std::string>& arguments) const {
+    TemporaryFolder messages;
     std::vector<std::string> copies = arguments;
     std::vector<char*> list = argumentList(copies);
     const std::string path = folder.path();
-    int out = openForWriting(output / "out");
-    int err = openForWriting(output / "err");
+    int err = openForWriting(messages / "err");
     pid_t child = ::fork();
     if (child == 0) {
-        ::dup2(out, STDOUT_FILENO);
+        ::dup2(output, STDOUT_FILENO);
         ::dup2(err, STDERR_FILENO);
         become(path.c_str(), list.data());
     }
-    ::close(out);
+    ::close(output);
     ::close(err);
     EXPECT_GT(child, 0);
     int status = exitStatusOf(child);
-    return {status, readFile(output / "out"), readFile(output / "err")};
+    return {status, "", readFile(messages / "err")};
 }
 
 std::string ToolTest::bytesOf(std::vector<std::string> arguments) const {

@@ -13,7 +13,7 @@ namespace tavio::test {
 
 struct Ran {
     int status = -1;  // exit status; -1 when a signal ended the program
-    std::string out;
+    std::string out;  // "" where it went elsewhere
     std::string err;
 };
 
@@ -21,6 +21,9 @@ struct Ran {
 class ToolTest : public testing::Test {
   protected:
     Ran tavio(const std::vector<std::string>& arguments) const;
+
+    // Runs it with this descriptor, which is closed here afterwards, as standard output.
+    Ran tavioInto(int output, const std::vector<std::string>& arguments) const;
 
     // Runs it with file:job.bin as its target, expects success in silence and gives the bytes.
     std::string bytesOf(std::vector<std::string> arguments) const;

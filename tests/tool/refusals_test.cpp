@@ -156,6 +156,11 @@ TEST_F(Refusals, PlacesThatCannotBeWritten) {
                   "tavio: /dev/full cannot be written: No space left on device");
 }
 
+TEST_F(Refusals, PipesThatNobodyReads) {
+    ASSERT_EQ(::mkfifo(at("pipe").c_str(), 0600), 0);
+    expectRefusal({"cut", "--to", "file:pipe"}, "tavio: pipe is a pipe that nobody reads");
+}
+
 TEST_F(Refusals, TheDocumentAsThePlaceToPrintTo) {
     writeFile(at("ticket.png"), greyBmp(8, 8));
     writeFile(at("job.bin"), "<p>");
@@ -163,8 +168,9 @@ TEST_F(Refusals, TheDocumentAsThePlaceToPrintTo) {
                   "tavio: ticket.png is the document itself, so choose another place with --to");
     expectRefusal({"raw", "job.bin", "--to", "file:./job.bin"},
                   "tavio: job.bin is the job itself, so choose another place with --to");
-    expectRefusal({"preview", "job.bin", "-o", "job.bin"},
-                  "tavio: job.bin is the job itself, so choose another place with --output");
+    writeFile(at("job.png"), "<p>");
+    expectRefusal({"preview", "job.png", "-o", "./job.png"},
+                  "tavio: job.png is the job itself, so choose another place with --output");
 }
 
 TEST_F(Refusals, PrintersThatThisBuildHasNoLinkTo) {

@@ -1,8 +1,16 @@
 // The command line itself.
 
+#include <array>
+#include <fcntl.h>
+#include <filesystem>
+#include <sstream>
+#include <unistd.h>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "tool/process.h"
+#include "tool/sample_files.h"
 
 namespace tavio::test {
 namespace {
@@ -65,6 +73,10 @@ TEST_F(Usage, BadUsageIsExitStatus2) {
         {"print", "a.txt", "--to", "file:"},
         {"print", "a.txt", "--to", ""},
         {"print", "a.txt", "--unknown"},
+        {"print", "a.txt", "--path", "<\xE9>"},
+        {"preview", "job.bin", "-o", ""},
+        {"preview", "job.bin", "-o", "x.jpg"},
+        {"preview", "job.bin", "--output", "file:x"},
     };
     for (const auto& arguments : bad) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -75,6 +87,102 @@ TEST_F(Usage, BadUsageIsExitStatus2) {
         EXPECT_EQ(ran.err.find('\n'), ran.err.size() - 1) << "one line: " << ran.err;
     }
     EXPECT_TRUE(folder.names().empty());
+}
+
+TEST_F(Usage, NamesTheWordThatIsWrong) {
+    using Case = std::pair<std::vector<std::string>, std::string>;
+    for (const auto& [arguments, sentence] :
+         {Case{{"bogus"}, "bogus is no command of tavio (tavio --help lists them)"},
+          {{"help"}, "help is no command of tavio (tavio --help lists them)"},
+          {{""}, "\"\" is no command of tavio (tavio --help lists them)"},
+          {{"--bogus"}, "--bogus is no option of tavio (tavio --help lists them)"},
+          {{"--bogus", "cut"}, "--bogus is no option of tavio (tavio --help lists them)"},
+          {{"logo", "bogus"}, "bogus is no command of tavio logo (tavio logo --help lists them)"},
+          {{"print", "-x.jpg"},
+           "-x.jpg is no option of tavio print (tavio print --help lists them)"},
+          {{"logo", "store", "1", "--bogus"},
+           "--bogus is no option of tavio logo store (tavio logo store --help lists them)"},
+          {{"a\x1B[2J"}, "a\\x1B[2J is no command of tavio (tavio --help lists them)"},
+          {{}, "A subcommand is required (tavio --help tells more)"},
+          {{"print"}, "FILE is required (tavio --help tells more)"},
+          {{"cut", "extra"},
+           "The following argument was not expected: extra (tavio --help tells more)"},
+          {{"print", "a.txt", "--path", "<\xE9>"},
+           "--path: the path command is not UTF-8 (tavio --help tells more)"},
+          {{"preview", "job.bin", "-o", ""},
+           "--output: \"\" is no name for the picture: give a name ending in .png (tavio --help "
+           "tells more)"}}) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Ran ran = tavio(arguments);
+        EXPECT_EQ(ran.status, 2);
+        EXPECT_EQ(ran.err, "tavio: " + sentence + "\n");
+    }
+}
+
+// The words of the example in a help, without the program's name.
+std::vector<std::string> exampleIn(const std::string& help) {
+    const std::string opening = "Example:\n  tavio ";
+    auto begin = help.find(opening);
+    if (begin == std::string::npos) return {};
+    begin += opening.size();
+    std::istringstream line(help.substr(begin, help.find('\n', begin) - begin));
+    std::vector<std::string> words;
+    for (std::string word; line >> word;) words.push_back(word);
+    return words;
+}
+
+TEST_F(Usage, PrintingByTheExamplesGivesNoWarning) {
+    writeFile(at("page.pdf"), pdf(595.276, 841.89));
+    Ran page = tavio(exampleIn(tavio({"print", "--help"}).out));
+    EXPECT_EQ(page.status, 0);
+    EXPECT_EQ(page.err, "");
+    EXPECT_TRUE(std::filesystem::exists(at("page.png")));
+    // What a picture is called has no part in what it is.
+    writeFile(at("photo.jpg"), greyBmp(2000, 1500, 128));
+    Ran photo = tavio(exampleIn(tavio({"--help"}).out));
+    EXPECT_EQ(photo.status, 0);
+    EXPECT_EQ(photo.err, "");
+    EXPECT_TRUE(std::filesystem::exists(at("ticket.png")));
+}
+
+TEST_F(Usage, TheExampleOfTheStatusSaysWhatComes) {
+    const std::string help = tavio({"status", "--help"}).out;
+    EXPECT_EQ(exampleIn(help), std::vector<std::string>{"status"});
+    EXPECT_NE(help.find("says that there is no reply"), std::string::npos) << help;
+    expectRefusal({"status"}, "tavio: there is no reply: ticket.png is not a printer");
+}
+
+class Output : public ToolTest {
+  protected:
+    void SetUp() override {
+        std::string job;
+        for (int number = 0; number < 20000; ++number) job += "<RC10,20>";
+        writeFile(at("job.bin"), job);
+    }
+    const std::vector<std::vector<std::string>> kShowing{
+        {"decode", "job.bin"}, {"stocks"}, {"--help"}, {"print", "--help"}, {"--version"}};
+};
+
+TEST_F(Output, EndsQuietlyWhenItsReaderHasGoneAway) {
+    for (const auto& arguments : kShowing) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        std::array<int, 2> ends{};
+        ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        ::close(ends[0]);
+        Ran ran = tavioInto(ends[1], arguments);
+        EXPECT_EQ(ran.status, 0);
+        EXPECT_EQ(ran.err, "");
+    }
+}
+
+TEST_F(Output, FailsOnAFullDevice) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+    for (const auto& arguments : kShowing) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Ran ran = tavioInto(::open("/dev/full", O_WRONLY | O_CLOEXEC), arguments);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_EQ(ran.err, "tavio: standard output cannot be written\n");
+    }
 }
 
 TEST_F(Usage, NumbersAreDecimal) {
