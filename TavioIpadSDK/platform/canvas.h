@@ -10,8 +10,8 @@ namespace tavio::platform {
 // Fully transparent when it is made; origin at the top left, rows growing downwards.
 class Canvas {
   public:
-    // width, height: in pixels; a negative one counts as 0. Throws std::bad_alloc when there is no
-    // memory for it.
+    // width, height: in pixels; a negative one counts as 0. Throws std::bad_alloc or
+    // std::length_error when there is no memory for it.
     Canvas(std::int32_t width, std::int32_t height);
 
     // Puts the upright, opaque `picture` on the canvas, its top left pixel at column `left`, row
