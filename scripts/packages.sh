@@ -3,11 +3,12 @@
 
 build_packages=(
   g++ cmake ninja-build pkg-config
-  libpng-dev libjpeg62-turbo-dev libpoppler-glib-dev libcairo2-dev libcli11-dev
+  libpng-dev libjpeg62-turbo-dev libpoppler-glib-dev libcairo2-dev libcli11-dev libcpp-httplib-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents may use without bringing them
 )
-test_packages=(libgtest-dev)
-check_packages=(clang clang-tidy clang-format libclang-rt-14-dev)
+test_packages=(libgtest-dev iproute2)
+check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)
+browser_packages=(chromium) # and Node.js with npm, see need_node
 
 is_installed() {
   [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
@@ -31,4 +32,9 @@ need_packages() {
   "${as_root[@]}" apt-get update -qq
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Node.js and its package manager, from wherever the machine has them, else from Debian.
+need_node() {
+  command -v node >/dev/null && command -v npm >/dev/null || need_packages nodejs npm
 }

@@ -1,0 +1,74 @@
+// Real clients of a real server in this process.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "printer-server/test_device.h"
+#include "virtual-printer/server/print_server.h"
+
+namespace tavio::virtual_printer::testing {
+
+// Whether something comes true within a minute.
+bool eventually(const std::function<bool()>& condition);
+
+// A server of small tickets on a port of its own.
+PrintServerSettings onAnyPort(const DeviceSettings& device = smallDevice());
+
+class ServerBench {
+  public:
+    explicit ServerBench(const PrintServerSettings& settings = onAnyPort());
+
+    // The first so many tickets, once they are there.
+    std::vector<DeviceTicket> tickets(std::size_t count);
+    std::vector<std::string> streams(std::size_t count);
+    std::size_t ticketCount();
+
+    std::uint16_t port() const;
+
+    // Waits until the server has taken so many bytes from the client that is connected.
+    bool hasReceived(std::uint64_t bytes);
+    bool isConnected();
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable more_;
+    std::vector<DeviceTicket> tickets_;
+
+  public:
+    PrintServer server;
+};
+
+class TcpClient {
+  public:
+    explicit TcpClient(std::uint16_t port, const char* host = "127.0.0.1");
+    ~TcpClient();
+    TcpClient(const TcpClient&) = delete;
+    TcpClient& operator=(const TcpClient&) = delete;
+
+    bool isConnected() const { return socket_ >= 0; }
+    void send(std::string_view text);
+
+    // As much as goes without waiting for the server.
+    std::size_t sendUntilItBlocks(std::string_view text);
+
+    void endSending();
+    void reset();
+
+    // What comes until there are so many bytes.
+    std::string read(std::size_t count);
+
+    // What comes until the end; `error` is the errno with which it came, or 0.
+    std::string readToEnd();
+    int error = 0;
+
+  private:
+    int socket_ = -1;
+};
+
+}  // namespace tavio::virtual_printer::testing

@@ -1,0 +1,44 @@
+// A connection whose request has arrived, as the HTTP library sees it.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <httplib.h>
+#include <string>
+
+#include "virtual-printer/server/socket_handle.h"
+
+namespace tavio::virtual_printer {
+
+class HttpConnection final : public httplib::Stream {
+  public:
+    // A browser that takes nothing for kMostStall, or not all of what is written at once within
+    // kMostWrite, has lost its answer.
+    static constexpr std::chrono::seconds kMostStall{5};
+    static constexpr std::chrono::seconds kMostWrite{30};
+
+    HttpConnection(SocketHandle socket, std::string head)
+        : socket_(std::move(socket)), head_(std::move(head)) {}
+
+    // Says that there is no more, and waits a little while for the browser to have read it: closing
+    // at once could take the end of the answer away from it.
+    void finish();
+
+    bool is_readable() const override { return taken_ < head_.size(); }
+
+    // Whether the browser is still there.
+    bool is_writable() const override;
+
+    ssize_t read(char* to, std::size_t size) override;            // of the head, nothing else
+    ssize_t write(const char* bytes, std::size_t size) override;  // all, or -1
+    void get_remote_ip_and_port(std::string& ip, int& port) const override;
+    void get_local_ip_and_port(std::string& ip, int& port) const override;
+    socket_t socket() const override { return socket_.get(); }
+
+  private:
+    SocketHandle socket_;
+    std::string head_;
+    std::size_t taken_ = 0;  // bytes of the head
+};
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,156 @@
+#include "virtual-printer/server/http_listener.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <stdexcept>
+#include <string_view>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <system_error>
+
+#include "virtual-printer/server/http_head.h"
+
+namespace tavio::virtual_printer {
+namespace {
+
+constexpr std::string_view kHeadTooLong =
+    "HTTP/1.1 431 Request Header Fields Too Large\r\n"
+    "Connection: close\r\nContent-Length: 0\r\n\r\n";
+
+// Before accept() is tried again where the process has no descriptor left.
+constexpr int kRetryMilliseconds = 50;
+
+std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
+                                const std::string& reason) {
+    return std::runtime_error("cannot listen on " + address + ", port " + std::to_string(port) +
+                              ": " + reason);
+}
+
+struct FreeAddresses {
+    void operator()(addrinfo* list) const { ::freeaddrinfo(list); }
+};
+using Addresses = std::unique_ptr<addrinfo, FreeAddresses>;
+
+Addresses resolve(const std::string& address, std::uint16_t port) {
+    addrinfo hints{};
+    hints.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* list = nullptr;
+    const int error = ::getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &list);
+    if (error != 0) throw cannotListen(address, port, ::gai_strerror(error));
+    return Addresses(list);
+}
+
+// A listening socket; none, and the reason in errno, where that fails.
+SocketHandle listenOn(const addrinfo& address) {
+    constexpr int kBacklog = 128;
+    SocketHandle socket(::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (!socket) return {};
+    const int yes = 1;
+    ::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    if (::bind(socket.get(), address.ai_addr, address.ai_addrlen) != 0 ||
+        ::listen(socket.get(), kBacklog) != 0) {
+        const int error = errno;
+        socket.close();
+        errno = error;
+    }
+    return socket;
+}
+
+std::uint16_t portOf(int socket) {
+    sockaddr_storage bound{};
+    socklen_t size = sizeof bound;
+    ::getsockname(socket, reinterpret_cast<sockaddr*>(&bound), &size);
+    return ntohs(bound.ss_family == AF_INET6
+                     ? reinterpret_cast<const sockaddr_in6&>(bound).sin6_port
+                     : reinterpret_cast<const sockaddr_in&>(bound).sin_port);
+}
+
+}  // namespace
+
+HttpListener::HttpListener(const std::string& address, std::uint16_t port)
+    : wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    if (!wake_) throw std::runtime_error("there are no more descriptors for the web page");
+    bindTo(address, port);
+    port_ = portOf(listening_.get());
+}
+
+void HttpListener::bindTo(const std::string& address, std::uint16_t port) {
+    int error = 0;
+    const Addresses list = resolve(address, port);
+    for (const addrinfo* each = list.get(); each != nullptr && !listening_; each = each->ai_next) {
+        listening_ = listenOn(*each);
+        if (!listening_) error = errno;
+    }
+    if (!listening_) throw cannotListen(address, port, std::generic_category().message(error));
+}
+
+void HttpListener::run(const OnRequest& onRequest) {
+    std::vector<pollfd> polled;
+    while (true) {
+        const bool pause = std::exchange(outOfDescriptors_, false);
+        polled.clear();
+        polled.push_back({wake_.get(), POLLIN, 0});
+        polled.push_back({pause ? -1 : listening_.get(), POLLIN, 0});
+        for (const Waiting& each : waiting_) polled.push_back({each.socket.get(), POLLIN, 0});
+        const int wait = pause ? kRetryMilliseconds : millisecondsToNextDeadline();
+        if (::poll(polled.data(), polled.size(), wait) < 0 && errno != EINTR) return;
+        if (polled[0].revents != 0) return;
+
+        std::size_t index = 2;
+        const auto now = Clock::now();
+        std::erase_if(waiting_, [&](Waiting& each) {
+            const bool readable = polled.at(index++).revents != 0;
+            return readable ? !receive(each, onRequest) : each.until <= now;
+        });
+        if (polled[1].revents != 0) accept();
+    }
+}
+
+void HttpListener::accept() {
+    SocketHandle socket(
+        ::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket) {
+        outOfDescriptors_ = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
+        return;
+    }
+    if (waiting_.size() == kMostWaiting) waiting_.erase(waiting_.begin());
+    waiting_.push_back({std::move(socket), "", Clock::now() + kPatience});
+}
+
+// False when the connection needs no more reading here.
+bool HttpListener::receive(Waiting& connection, const OnRequest& onRequest) {
+    std::array<char, 4096> buffer{};
+    const ssize_t count = ::recv(connection.socket.get(), buffer.data(), buffer.size(), 0);
+    if (count < 0) return errno == EAGAIN || errno == EINTR;
+    if (count == 0) return false;
+    connection.received.append(buffer.data(), static_cast<std::size_t>(count));
+    const std::size_t end = headEnd(connection.received);
+    if (std::min(end, connection.received.size()) > kMostHeadBytes) {
+        static_cast<void>(::send(connection.socket.get(), kHeadTooLong.data(), kHeadTooLong.size(),
+                                 MSG_NOSIGNAL));
+        return false;
+    }
+    if (end == std::string::npos) return true;
+    connection.received.resize(end);  // what follows is a body, and no request here has one
+    onRequest(std::move(connection.socket), std::move(connection.received));
+    return false;
+}
+
+int HttpListener::millisecondsToNextDeadline() const {
+    if (waiting_.empty()) return -1;
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(waiting_.front().until - Clock::now());
+    return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+}
+
+void HttpListener::stop() {
+    static_cast<void>(::eventfd_write(wake_.get(), 1));
+}
+
+}  // namespace tavio::virtual_printer

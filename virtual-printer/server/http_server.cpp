@@ -1,0 +1,141 @@
+#include "virtual-printer/server/http_server.h"
+
+#include <csignal>
+#include <exception>
+#include <string_view>
+#include <sys/socket.h>
+#include <utility>
+
+#include "virtual-printer/server/http_connection.h"
+#include "virtual-printer/server/http_head.h"
+
+namespace tavio::virtual_printer {
+namespace {
+
+constexpr std::string_view kBusy =
+    "HTTP/1.1 503 Service Unavailable\r\n"
+    "Retry-After: 2\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
+
+// Threads begun in its life get no signals: those are for the threads of the program.
+class SignalsBlocked {
+  public:
+    SignalsBlocked() {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+  private:
+    sigset_t before_{};
+};
+
+}  // namespace
+
+// The library's server as far as it is wanted: it takes requests apart and puts answers together.
+// Its own listening has no limits and would wait for idle connections at the end.
+class HttpServer::Engine final : public httplib::Server {
+  public:
+    explicit Engine(Handler handler) {
+        svr_sock_ = 0;  // streams go on while this is not INVALID_SOCKET; it has no other use
+        set_pre_routing_handler(
+            [handler = std::move(handler)](const auto& request, auto& response) {
+                handler(request, response);
+                return HandlerResponse::Handled;
+            });
+    }
+
+    void answer(HttpConnection& connection) {
+        bool closed = false;
+        process_request(connection, true, closed, nullptr);
+    }
+};
+
+HttpServer::HttpServer(const std::string& address, std::uint16_t port, std::size_t threads,
+                       Handler handler)
+    : listener_(address, port), engine_(std::make_unique<Engine>(std::move(handler))) {
+    try {
+        startThreads(threads);
+    } catch (...) {
+        stop();
+        throw;
+    }
+}
+
+HttpServer::~HttpServer() {
+    stop();
+}
+
+void HttpServer::startThreads(std::size_t threads) {
+    const SignalsBlocked blocked;
+    threads_.reserve(threads + 1);
+    for (std::size_t count = 0; count < threads; ++count) {
+        threads_.emplace_back([this] { work(); });
+    }
+    threads_.emplace_back([this] {
+        listener_.run([this](SocketHandle socket, std::string head) {
+            take(std::move(socket), std::move(head));
+        });
+    });
+}
+
+void HttpServer::take(SocketHandle socket, std::string head) {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (stopping_) return;
+        if (queue_.size() < kMostQueued) {
+            queue_.push_back({std::move(socket), std::move(head)});
+            changed_.notify_one();
+            return;
+        }
+    }
+    static_cast<void>(::send(socket.get(), kBusy.data(), kBusy.size(), MSG_NOSIGNAL));
+}
+
+void HttpServer::work() {
+    while (true) {
+        Request request;
+        {
+            std::unique_lock<std::mutex> lock(mutex_);
+            changed_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
+            if (stopping_) return;
+            request = std::move(queue_.front());
+            queue_.pop_front();
+            answering_.insert(request.socket.get());
+        }
+        answer(std::move(request));
+    }
+}
+
+void HttpServer::answer(Request request) {
+    const int socket = request.socket.get();
+    HttpConnection connection(std::move(request.socket), withoutCostlyHeaders(request.head));
+    try {
+        engine_->answer(connection);
+        connection.finish();
+    } catch (const std::exception&) {
+        // No memory for the answer: the browser sees that there is none.
+    }
+    // Before the connection closes its descriptor: another may get the number.
+    const std::lock_guard<std::mutex> lock(mutex_);
+    answering_.erase(socket);
+}
+
+void HttpServer::stop() {
+    const std::lock_guard<std::mutex> onlyOne(joining_);
+    listener_.stop();
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+        queue_.clear();
+        for (const int socket : answering_) ::shutdown(socket, SHUT_RDWR);
+    }
+    changed_.notify_all();
+    for (std::thread& thread : threads_) {
+        if (thread.joinable()) thread.join();
+    }
+}
+
+}  // namespace tavio::virtual_printer

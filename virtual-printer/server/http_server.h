@@ -1,0 +1,68 @@
+// HTTP with limits to everything: one listening thread, a fixed number of answering threads, a
+// short queue between them. Every connection carries one request.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <httplib.h>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "virtual-printer/server/http_listener.h"
+
+namespace tavio::virtual_printer {
+
+class HttpServer {
+  public:
+    // Requests that wait for a thread; one more is told to come back.
+    static constexpr std::size_t kMostQueued = 128;
+
+    // Answers one request; called on many threads at once. The answer may be a stream: then it
+    // holds a thread until it ends.
+    using Handler = std::function<void(const httplib::Request&, httplib::Response&)>;
+
+    // Throws std::runtime_error, with one sentence, where the address cannot be listened on or
+    // threads cannot be had.
+    HttpServer(const std::string& address, std::uint16_t port, std::size_t threads,
+               Handler handler);
+    ~HttpServer();
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    std::uint16_t port() const { return listener_.port(); }
+
+    // Cuts all connections off and waits until all handlers have returned.
+    void stop();
+
+  private:
+    class Engine;
+    struct Request {
+        SocketHandle socket;
+        std::string head;
+    };
+
+    void startThreads(std::size_t threads);
+    void take(SocketHandle socket, std::string head);
+    void work();
+    void answer(Request request);
+
+    HttpListener listener_;
+    std::unique_ptr<Engine> engine_;
+
+    std::mutex mutex_;  // of all below
+    std::condition_variable changed_;
+    std::deque<Request> queue_;
+    std::set<int> answering_;  // the sockets of the requests that threads are at
+    bool stopping_ = false;
+
+    std::mutex joining_;
+    std::vector<std::thread> threads_;
+};
+
+}  // namespace tavio::virtual_printer

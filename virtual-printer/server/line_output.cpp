@@ -1,0 +1,55 @@
+#include "virtual-printer/server/line_output.h"
+
+#include <array>
+#include <cerrno>
+#include <poll.h>
+#include <unistd.h>
+
+namespace tavio::virtual_printer {
+namespace {
+
+bool isControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte == 0x7F;
+}
+
+// A pipe that is writable takes a line of our length as a whole; a file and a terminal wait.
+bool isWritable(int descriptor, std::chrono::milliseconds patience) {
+    pollfd polled{descriptor, POLLOUT, 0};
+    return ::poll(&polled, 1, static_cast<int>(patience.count())) == 1;
+}
+
+}  // namespace
+
+void LineOutput::write(std::string_view line) {
+    std::string text = printable(line);
+    if (text.size() > kMostBytes) text.replace(kMostBytes - 3, std::string::npos, "...");
+    text += '\n';
+
+    const std::lock_guard lock(mutex_);
+    stuck_ = !isWritable(descriptor_, stuck_ ? std::chrono::milliseconds(0) : kPatience);
+    if (stuck_) return;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return;  // the reader is gone
+        rest.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+std::string printable(std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string shown;
+    for (const char c : text) {
+        if (!isControl(c)) {
+            shown += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        shown.append("\\x").append(1, kDigits[byte / 16U]).append(1, kDigits[byte % 16U]);
+    }
+    return shown;
+}
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,39 @@
+// The command line of tavio-printer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "virtual-printer/server/print_server.h"
+#include "virtual-printer/server/ticket_store.h"
+
+namespace tavio::virtual_printer {
+
+inline constexpr std::uint16_t kUsualPagePort = 9180;
+
+struct Options {
+    std::int32_t stock = 0;      // 0 to 8
+    std::int32_t dpi = 300;      // 200, 300 or 600
+    PrintServerSettings server;  // with the ticket size of the two
+    StoreLimits store;
+    std::optional<ListenAddress> page = ListenAddress{"127.0.0.1", kUsualPagePort};
+    std::uint64_t tickets = 0;  // ends after so many; 0: does not
+    bool quiet = false;
+};
+
+// Reads the command line. Where that alone ends the program (help, version, bad usage), it has said
+// so on standard output or standard error, and the result is the exit status: 0 or 2.
+std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
+
+// The stock that the text names: "0" to "8", or a name in any case ("cinema").
+std::optional<std::int32_t> parseStock(std::string_view text);
+
+// The text with its \r, \n, \t, \\ and \xHH (two digits) replaced by what they stand for. None where
+// a backslash is followed by anything else.
+std::optional<std::string> unescaped(std::string_view text);
+
+}  // namespace tavio::virtual_printer

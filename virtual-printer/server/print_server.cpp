@@ -1,0 +1,195 @@
+#include "virtual-printer/server/print_server.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <ctime>
+#include <mutex>
+#include <stdexcept>
+#include <sys/eventfd.h>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "virtual-printer/server/print_loop.h"
+#include "virtual-printer/server/socket_handle.h"
+#include "virtual-printer/server/tcp_door.h"
+#include "virtual-printer/server/tty_door.h"
+
+namespace tavio::virtual_printer {
+namespace {
+
+using Time = Device::Time;
+
+timespec timeUntil(Time time, Time now) {
+    const std::chrono::nanoseconds left = std::max(time, now) - now;
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+    timespec result{};
+    result.tv_sec = static_cast<std::time_t>(seconds.count());
+    result.tv_nsec = static_cast<long>((left - seconds).count());
+    return result;
+}
+
+}  // namespace
+
+class PrintServer::Works {
+  public:
+    Works(const PrintServerSettings& settings, Device::OnTicket onTicket);
+    ~Works() { end(Time::min()); }
+    Works(const Works&) = delete;
+    Works& operator=(const Works&) = delete;
+
+    const std::string& printAddress() const { return printAddress_; }
+    const std::string& serialAddress() const { return serialAddress_; }
+    DeviceState state() const;
+    void loadPaper();
+
+    // Serves until then those who are there, and ends.
+    void end(Time atMost);
+
+  private:
+    std::vector<Door*> doors() const;
+    void run();
+    std::optional<Time> doRequests(PrintLoop& loop, Time now);
+    void wait(PrintLoop& loop, Time now) const;
+    void wake() const { static_cast<void>(::eventfd_write(wake_.get(), 1)); }
+
+    const bool oneClient_;
+    std::unique_ptr<TcpDoor> tcp_;
+    std::unique_ptr<TtyDoor> tty_;
+    std::string printAddress_;
+    std::string serialAddress_;
+    SocketHandle wake_;
+    Device device_;  // of the thread
+
+    mutable std::mutex mutex_;  // guards what follows
+    DeviceState state_;
+    bool newPaper_ = false;
+    std::optional<Time> end_;
+
+    std::mutex joining_;
+    std::thread thread_;
+};
+
+PrintServer::Works::Works(const PrintServerSettings& settings, Device::OnTicket onTicket)
+    : oneClient_(settings.oneClient),
+      wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      device_(settings.device, std::move(onTicket)) {
+    if (!wake_) throw std::runtime_error("there are no descriptors left for the printer");
+    if (settings.listen) {
+        tcp_ = std::make_unique<TcpDoor>(*settings.listen, settings.socketBuffer);
+        printAddress_ = std::string("tcp://").append(toText(tcp_->address()));
+    }
+    if (settings.tty) {
+        tty_ = std::make_unique<TtyDoor>(*settings.tty);
+        serialAddress_ = std::string("tty:").append(tty_->device());
+    }
+    state_ = device_.state();
+    thread_ = std::thread([this] { run(); });
+}
+
+std::vector<Door*> PrintServer::Works::doors() const {
+    std::vector<Door*> all;
+    if (tcp_) all.push_back(tcp_.get());
+    if (tty_) all.push_back(tty_.get());
+    return all;
+}
+
+DeviceState PrintServer::Works::state() const {
+    const std::lock_guard lock(mutex_);
+    return state_;
+}
+
+void PrintServer::Works::loadPaper() {
+    {
+        const std::lock_guard lock(mutex_);
+        newPaper_ = true;
+    }
+    wake();
+}
+
+void PrintServer::Works::end(Time atMost) {
+    {
+        const std::lock_guard lock(mutex_);
+        end_ = std::min(end_.value_or(Time::max()), atMost);
+    }
+    wake();
+    const std::lock_guard lock(joining_);
+    if (thread_.joinable()) thread_.join();
+    tcp_.reset();
+    tty_.reset();
+}
+
+void PrintServer::Works::run() {
+    PrintLoop loop(device_, doors(), oneClient_);
+    for (;;) {
+        const Time now = std::chrono::steady_clock::now();
+        const std::optional<Time> end = doRequests(loop, now);
+        if (end && now >= *end) return;
+        loop.turn(now);
+        {
+            const std::lock_guard lock(mutex_);
+            state_ = device_.state();
+        }
+        if (end && loop.isIdle()) return;
+        wait(loop, now);
+    }
+}
+
+// What other threads have asked for. Returns when it is to end at the latest.
+std::optional<Time> PrintServer::Works::doRequests(PrintLoop& loop, Time now) {
+    std::unique_lock lock(mutex_);
+    const bool newPaper = std::exchange(newPaper_, false);
+    const std::optional<Time> end = end_;
+    lock.unlock();
+    if (newPaper) device_.loadPaper(now);
+    if (end) loop.closeDoors();
+    return end;
+}
+
+void PrintServer::Works::wait(PrintLoop& loop, Time now) const {
+    std::optional<Time> next = loop.nextTurn(now);
+    {
+        const std::lock_guard lock(mutex_);
+        if (end_) next = std::min(next.value_or(Time::max()), *end_);
+    }
+    std::vector<pollfd> polled = loop.descriptors(now);
+    polled.push_back({wake_.get(), POLLIN, 0});
+    const timespec left = next ? timeUntil(*next, std::chrono::steady_clock::now()) : timespec{};
+    const int found = ::ppoll(polled.data(), polled.size(), next ? &left : nullptr, nullptr);
+    if (found <= 0) return;
+    if (polled.back().revents != 0) {
+        eventfd_t count = 0;
+        static_cast<void>(::eventfd_read(wake_.get(), &count));
+    }
+    polled.pop_back();
+    loop.waited(polled, std::chrono::steady_clock::now());
+}
+
+PrintServer::PrintServer(const PrintServerSettings& settings, Device::OnTicket onTicket)
+    : works_(std::make_unique<Works>(settings, std::move(onTicket))) {}
+
+PrintServer::~PrintServer() = default;
+
+std::string PrintServer::printAddress() const {
+    return works_->printAddress();
+}
+std::string PrintServer::serialAddress() const {
+    return works_->serialAddress();
+}
+DeviceState PrintServer::state() const {
+    return works_->state();
+}
+void PrintServer::loadPaper() {
+    works_->loadPaper();
+}
+
+void PrintServer::finish(std::chrono::milliseconds atMost) {
+    works_->end(std::chrono::steady_clock::now() + atMost);
+}
+
+void PrintServer::stop() {
+    works_->end(Time::min());
+}
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,45 @@
+// What a printer answers, and when.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tavio::virtual_printer {
+
+// The same text again and again, each time after a delay.
+class ReplyQueue {
+  public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    // Answers that nobody has taken; a printer says no more until somebody does.
+    static constexpr std::size_t kMostWaiting = 1000;
+
+    ReplyQueue(std::string text, std::chrono::milliseconds delay)
+        : text_(std::move(text)), delay_(delay) {}
+
+    bool hasText() const { return !text_.empty(); }
+
+    // One answer, the delay after this time. Times must not go back.
+    void add(Time cause);
+
+    // None waits, whether due or not.
+    bool empty() const { return due_ == 0 && later_.empty(); }
+
+    std::optional<Time> next() const;  // when one more will be due
+    void advance(Time now);
+    std::string take();  // all that are due
+    void clear();
+
+  private:
+    std::string text_;
+    std::chrono::milliseconds delay_;
+    std::size_t due_ = 0;
+    std::deque<Time> later_;
+};
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,31 @@
+// Clients that come over the network.
+#pragma once
+
+#include "virtual-printer/server/door.h"
+#include "virtual-printer/server/listen_address.h"
+#include "virtual-printer/server/socket_handle.h"
+
+namespace tavio::virtual_printer {
+
+class TcpDoor final : public Door {
+  public:
+    // Clients that the system lets wait before it lets further ones wait outside.
+    static constexpr int kBacklog = 16;
+
+    // `receiveBuffer`: bytes that the system is asked to hold for each connection; it makes it a
+    // few thousand at least. Throws std::runtime_error, with one sentence, where the address
+    // cannot be listened on.
+    TcpDoor(const ListenAddress& address, std::size_t receiveBuffer);
+
+    // With the port that was found where any was asked for.
+    const ListenAddress& address() const { return address_; }
+
+    int descriptor() const override { return listening_.get(); }
+    std::unique_ptr<Client> accept() override;
+
+  private:
+    ListenAddress address_;
+    SocketHandle listening_;
+};
+
+}  // namespace tavio::virtual_printer

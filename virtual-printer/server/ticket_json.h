@@ -1,0 +1,25 @@
+// What the page is told, as JSON.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "virtual-printer/server/device.h"
+#include "virtual-printer/server/ticket_store.h"
+#include "virtual-printer/server/web_server.h"
+
+namespace tavio::virtual_printer {
+
+// A ticket without its commands. `oldest` is the id of the oldest ticket kept, so that a page
+// forgets tickets as the store does.
+std::string summaryJson(const StoredTicket& ticket, std::uint64_t oldest);
+
+// A ticket with its problems and a page of its commands, those from number `firstLine` on.
+std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine);
+
+std::string stateJson(const DeviceState& state);
+
+// What does not change while the server runs.
+std::string printerJson(const PrinterPanel& panel);
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,44 @@
+// Clients that come over a serial device: a pseudo-terminal.
+#pragma once
+
+#include <string>
+
+#include "virtual-printer/server/door.h"
+#include "virtual-printer/server/socket_handle.h"
+
+namespace tavio::virtual_printer {
+
+// Whoever has the device open is the client. A serial line has no connections: what one program
+// writes before the other's bytes have been read belongs to the same stream.
+//
+// A printer cannot hang up a serial line. Closing or resetting the client has it talk to nobody
+// until it closes the device.
+class TtyDoor final : public Door {
+  public:
+    // Creates the device, in raw mode, and `link` as a symbolic link to it ("": none), replacing
+    // one to another pseudo-terminal. Throws std::runtime_error, with one sentence, where that
+    // fails.
+    explicit TtyDoor(const std::string& link);
+
+    // Removes the link if it still is one to the device.
+    ~TtyDoor() override;
+
+    const std::string& device() const { return device_; }
+
+    int descriptor() const override { return -1; }
+    std::unique_ptr<Client> accept() override;
+
+  private:
+    friend class TtyClient;
+
+    void ignore() { ignoring_ = true; }  // the client, until it has closed the device
+    void makeLink() const;
+    void freshen() const;
+
+    std::string link_;
+    std::string device_;
+    SocketHandle terminal_;  // the printer's end
+    bool ignoring_ = false;
+};
+
+}  // namespace tavio::virtual_printer

@@ -1,0 +1,240 @@
+#include "virtual-printer/server/web_server.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <charconv>
+#include <exception>
+#include <httplib.h>
+#include <optional>
+#include <random>
+#include <string_view>
+#include <utility>
+
+#include "virtual-printer/server/event_stream.h"
+#include "virtual-printer/server/http_head.h"
+#include "virtual-printer/server/http_server.h"
+#include "virtual-printer/server/page_files.h"
+#include "virtual-printer/server/ticket_json.h"
+
+namespace tavio::virtual_printer {
+namespace {
+
+using httplib::Request;
+using httplib::Response;
+
+// Beside those that streams hold.
+constexpr std::size_t kRequestThreads = 8;
+
+constexpr std::size_t kMostPagesAllowed = 1000;
+
+constexpr const char* kPlain = "text/plain; charset=utf-8";
+constexpr const char* kJson = "application/json";
+
+// For all answers: the page takes everything from here and nothing from elsewhere, and lies in no
+// page of somebody else's.
+constexpr std::array<std::pair<const char*, const char*>, 6> kHeaders = {{
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
+     "worker-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"X-Frame-Options", "DENY"},
+    {"Referrer-Policy", "no-referrer"},
+    {"Cross-Origin-Resource-Policy", "same-origin"},
+    {"Cache-Control", "no-store"},
+}};
+
+void refuse(Response& response, int status, const std::string& sentence) {
+    response.status = status;
+    response.set_content(sentence + '\n', kPlain);
+}
+
+std::optional<std::uint64_t> number(std::string_view digits) {
+    std::uint64_t value = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc() || stop != end) return std::nullopt;
+    return value;
+}
+
+bool hasBody(const Request& request) {
+    if (request.has_header("Transfer-Encoding")) return true;
+    const std::string length = request.get_header_value("Content-Length");
+    return !length.empty() && length != "0";
+}
+
+void sendBytes(Response& response, const std::vector<Byte>& bytes, const char* type) {
+    response.set_content(reinterpret_cast<const char*>(bytes.data()), bytes.size(), type);
+}
+
+std::string fileName(const StoredTicket& ticket, std::string_view extension) {
+    std::string digits = std::to_string(ticket.id);
+    constexpr std::size_t kDigits = 6;
+    if (digits.size() < kDigits) digits.insert(0, kDigits - digits.size(), '0');
+    return std::string("ticket-").append(digits).append(".").append(extension);
+}
+
+void sendPicture(const StoredTicket& ticket, const Request& request, Response& response) {
+    if (ticket.png.empty()) return refuse(response, 404, "There is no picture of this ticket.");
+    sendBytes(response, ticket.png, "image/png");
+    const char* kind = request.has_param("download") ? "attachment" : "inline";
+    response.set_header("Content-Disposition",
+                        std::string(kind) + "; filename=\"" + fileName(ticket, "png") + '"');
+}
+
+void sendJob(const StoredTicket& ticket, Response& response) {
+    if (ticket.bytes.empty() && ticket.byteCount != 0) {
+        return refuse(response, 404, "The bytes of this ticket were too many to keep.");
+    }
+    sendBytes(response, ticket.bytes, "application/octet-stream");
+    response.set_header("Content-Disposition",
+                        "attachment; filename=\"" + fileName(ticket, "bin") + '"');
+}
+
+std::string randomRun() {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::random_device random;
+    std::string run;
+    while (run.size() < 8) run += kDigits[random() % kDigits.size()];
+    return run;
+}
+
+std::string urlOf(std::string address, std::uint16_t port) {
+    if (address == "0.0.0.0" || address.empty()) address = "127.0.0.1";
+    if (address == "::") address = "::1";
+    if (address.find(':') != std::string::npos) address = '[' + address + ']';
+    return "http://" + address + ':' + std::to_string(port) + '/';
+}
+
+WebSettings inRange(WebSettings settings) {
+    settings.mostPages = std::clamp<std::size_t>(settings.mostPages, 1, kMostPagesAllowed);
+    return settings;
+}
+
+}  // namespace
+
+class WebServer::Works {
+  public:
+    Works(const WebSettings& settings, PrinterPanel panel, TicketStore& store)
+        : settings_(inRange(settings)),
+          panel_(std::move(panel)),
+          store_(store),
+          source_{store, panel_, randomRun()},
+          http_(settings_.address, settings_.port, settings_.mostPages + kRequestThreads,
+                [this](const Request& request, Response& response) { answer(request, response); }) {
+    }
+
+    void stop() { http_.stop(); }
+    std::string url() const { return urlOf(settings_.address, http_.port()); }
+
+  private:
+    void answer(const Request& request, Response& response);
+    void answerChecked(const Request& request, Response& response);
+    void get(const Request& request, Response& response);
+    void getTicket(const Request& request, Response& response);
+    void getEvents(const Request& request, Response& response);
+    void loadPaper(const Request& request, Response& response);
+
+    WebSettings settings_;
+    PrinterPanel panel_;
+    TicketStore& store_;
+    EventSource source_;
+    std::atomic<std::size_t> pages_{0};  // streams that are open
+    HttpServer http_;                    // the last: its threads use all above
+};
+
+void WebServer::Works::answer(const Request& request, Response& response) {
+    for (const auto& [name, value] : kHeaders) response.set_header(name, value);
+    try {
+        answerChecked(request, response);
+    } catch (const std::exception&) {
+        refuse(response, 500, "The printer has no memory for this at the moment.");
+    }
+}
+
+void WebServer::Works::answerChecked(const Request& request, Response& response) {
+    if (!isHostAllowed(request.get_header_value("Host"), settings_.address)) {
+        return refuse(response, 403, "This page answers to the names of this machine only.");
+    }
+    if (hasBody(request)) return refuse(response, 413, "No request here has a body.");
+    if (request.method == "GET" || request.method == "HEAD") return get(request, response);
+    if (request.method == "POST" && request.path == "/paper") return loadPaper(request, response);
+    response.set_header("Allow", request.path == "/paper" ? "POST" : "GET, HEAD");
+    refuse(response, 405, "This cannot be done here.");
+}
+
+void WebServer::Works::get(const Request& request, Response& response) {
+    if (request.path == "/events") return getEvents(request, response);
+    if (request.path == "/printer.json") {
+        return response.set_content(printerJson(panel_), kJson);
+    }
+    if (request.path.starts_with("/tickets/")) return getTicket(request, response);
+    for (const PageFile& file : pageFiles()) {
+        if (file.path != request.path) continue;
+        return response.set_content(file.content.data(), file.content.size(),
+                                    std::string(file.type));
+    }
+    refuse(response, 404, "There is no such page.");
+}
+
+void WebServer::Works::getTicket(const Request& request, Response& response) {
+    const std::string_view name = std::string_view(request.path).substr(sizeof "/tickets/" - 1);
+    const std::size_t dot = std::min(name.find('.'), name.size());
+    const std::string_view extension = name.substr(dot);
+    const auto id = number(name.substr(0, dot));
+    const auto ticket = id ? store_.find(*id) : nullptr;
+    if (ticket == nullptr) return refuse(response, 404, "There is no such ticket, or no more.");
+    if (extension == ".png") return sendPicture(*ticket, request, response);
+    if (extension == ".bin") return sendJob(*ticket, response);
+    if (extension != ".json") return refuse(response, 404, "There is no such file of a ticket.");
+    const auto line = number(request.get_param_value("line"));
+    response.set_content(detailJson(*ticket, line.value_or(0)), kJson);
+}
+
+void WebServer::Works::getEvents(const Request& request, Response& response) {
+    if (pages_.fetch_add(1) >= settings_.mostPages) {
+        --pages_;
+        response.set_header("Retry-After", "5");
+        return refuse(response, 503, "Too many pages are open.");
+    }
+    // Gives the place back when the last copy goes, however the answer ends.
+    const std::shared_ptr<void> place(nullptr, [this](void*) { --pages_; });
+    std::string lastId = request.get_header_value("Last-Event-ID");
+    if (lastId.empty()) lastId = request.get_param_value("after");
+    const auto stream = std::make_shared<EventStream>(source_, lastId);
+    response.set_chunked_content_provider(
+        "text/event-stream", [stream, place](std::size_t, httplib::DataSink& sink) {
+            if (!sink.is_writable()) return false;
+            if (stream->isOver()) {
+                sink.done();
+                return true;
+            }
+            const std::string text = stream->next();
+            return text.empty() || sink.write(text.data(), text.size());
+        });
+}
+
+void WebServer::Works::loadPaper(const Request& request, Response& response) {
+    if (!isOriginAllowed(request.get_header_value("Origin"),
+                         request.get_header_value("Sec-Fetch-Site"),
+                         request.get_header_value("Host"))) {
+        return refuse(response, 403, "Paper is loaded from the printer's own page only.");
+    }
+    if (panel_.loadPaper) panel_.loadPaper();
+    response.status = 204;
+}
+
+WebServer::WebServer(const WebSettings& settings, PrinterPanel panel, TicketStore& store)
+    : works_(std::make_unique<Works>(settings, std::move(panel), store)) {}
+
+WebServer::~WebServer() = default;
+
+void WebServer::stop() {
+    works_->stop();
+}
+
+std::string WebServer::url() const {
+    return works_->url();
+}
+
+}  // namespace tavio::virtual_printer
