@@ -24,7 +24,7 @@
 #include "TavioIpadSDK/imaging/print_bmp.h"
 #include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/platform/stretch.h"
-#include "links/link.h"
+#include "links/local_link.h"
 #include "links/transport_operations.h"
 
 namespace {
@@ -32,18 +32,16 @@ namespace {
 using tavio::platform::Picture;
 
 // Counts the bytes and throws them away.
-class DiscardingLink : public tavio::links::Link {
+class DiscardingLink : public tavio::links::LocalLink {
   public:
-    bool open(const std::string& /*address*/) override { return true; }
-    bool write(std::span<const tavio::Byte> bytes) override {
+    std::uint64_t count() const { return count_; }
+
+  protected:
+    bool take(std::span<const tavio::Byte> bytes) override {
         count_ += bytes.size();
         return true;
     }
-    tavio::Text read() override { return std::nullopt; }
-    void close() override {}
-    std::string failure() const override { return {}; }
-
-    std::uint64_t count() const { return count_; }
+    bool takesAlways() const override { return true; }
 
   private:
     std::uint64_t count_ = 0;

@@ -1,4 +1,5 @@
-# cmake --install: the library with its public headers, the tool, and a package for find_package.
+# cmake --install: the libraries with their public headers, the programs with their man pages, and a
+# package for find_package.
 #
 #   find_package(Tavio REQUIRED)
 #   target_link_libraries(my_program PRIVATE Tavio::sdk Tavio::links)
@@ -9,7 +10,8 @@ include(CMakePackageConfigHelpers)
 # would be anybody's.
 set(headers "${CMAKE_INSTALL_INCLUDEDIR}/tavio")
 
-# What TavioIpadSDK.h includes, directly or not, and the links. All other headers are inner ones.
+# What TavioIpadSDK.h includes, directly or not, the links, and the virtual printer as far as the
+# preview's link shows it. All other headers are inner ones.
 set(public_headers
   TavioIpadSDK/TavioIpadSDK.h
   TavioIpadSDK/intake/job.h
@@ -27,15 +29,33 @@ set(public_headers
   TavioIpadSDK/session/transport.h
   TavioIpadSDK/settings/dot_width_table.h
   TavioIpadSDK/settings/settings.h
+  links/deadlines.h
+  links/file_link.h
+  links/link.h
+  links/link_report.h
+  links/local_link.h
+  links/output_file.h
+  links/preview_link.h
+  links/recording_link.h
+  links/rfcomm_address.h
+  links/rfcomm_link.h
+  links/serial_address.h
+  links/serial_link.h
+  links/stream_link.h
+  links/system_calls.h
+  links/tcp_address.h
+  links/tcp_link.h
+  links/transport_operations.h
+  virtual-printer/printer.h
+  virtual-printer/problems.h
+  virtual-printer/ticket.h
 )
-file(GLOB link_headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}"
-     "${PROJECT_SOURCE_DIR}/links/*.h")
-foreach(header IN LISTS public_headers link_headers)
+foreach(header IN LISTS public_headers)
   get_filename_component(folder "${header}" DIRECTORY)
   install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${headers}/${folder}")
 endforeach()
 
-install(TARGETS tavio_sdk tavio_links EXPORT TavioTargets
+install(TARGETS tavio_sdk tavio_virtual_printer tavio_links EXPORT TavioTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   INCLUDES DESTINATION "${headers}")
@@ -44,7 +64,9 @@ install(TARGETS tavio_sdk tavio_links EXPORT TavioTargets
 file(RELATIVE_PATH libraries
      "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
 set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-install(TARGETS tavio RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(TARGETS tavio tavio-printer RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/"
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" FILES_MATCHING PATTERN "*.1")
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 set(package "${CMAKE_INSTALL_LIBDIR}/cmake/Tavio")

@@ -2,13 +2,17 @@
 
 namespace tavio::links {
 
-bool FileLink::open(const std::string& /*address*/) {
-    open_ = file_.open();
-    return open_;
+bool FileLink::begin(const std::string& /*address*/) {
+    return file_.open() || fail(file_.failure());
 }
 
-bool FileLink::write(std::span<const Byte> bytes) {
-    return open_ && file_.write(bytes);
+bool FileLink::take(std::span<const Byte> bytes) {
+    return file_.write(bytes) || fail(file_.failure());
+}
+
+bool FileLink::commit() {
+    if (!failure().empty()) return false;
+    return file_.commit() || fail(file_.failure());
 }
 
 }  // namespace tavio::links

@@ -21,7 +21,7 @@ void sendDocument(const Options& options, Console& console) {
     Destination destination = destinationOf(options);
     Use use = options.command == Command::kPrint ? Use::kPrint : Use::kLogo;
     configure(options.settings);
-    Document document = prepareDocument(options.file, use, options.target.name, console);
+    Document document = prepareDocument(options.file, use, replacedFile(options.target), console);
     if (document.size) {
         for (const std::string& warning :
              fitWarnings(*document.size, use, options.row, options.column, options.settings)) {
@@ -29,10 +29,10 @@ void sendDocument(const Options& options, Console& console) {
         }
     }
     // The result is not looked at: for a picture it is false also when all went well.
-    runJob(options, destination, console, [&] {
-        if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
-        if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
-    });
+    runJob(options, destination, console, {[&] {
+               if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
+               if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
+           }});
 }
 
 void sendText(const Options& options, Console& console) {
@@ -50,25 +50,31 @@ void refuseOverwriting(const InputFile& file, const std::string& path, const std
     }
 }
 
-void sendRaw(const Options& options, Console& console) {
-    InputFile file(options.file);
-    refuseOverwriting(file, options.file, options.target.name, "--to");
-    runJob(options, console, [&] {
+// A job that cannot be read to its end must not end like one that is complete.
+void sendPieces(InputFile& file, links::Link& link) {
+    try {
         for (auto bytes = file.next(); !bytes.empty(); bytes = file.next()) {
             SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+            if (!link.failure().empty()) return;
         }
-    });
+    } catch (...) {
+        link.cancel();
+        throw;
+    }
+}
+
+void sendRaw(const Options& options, Console& console) {
+    InputFile file(options.file);
+    refuseOverwriting(file, options.file, replacedFile(options.target), "--to");
+    Destination destination = destinationOf(options);
+    runJob(options, destination, console,
+           {[&] { sendPieces(file, *destination.link); }, file.size()});
 }
 
 void showStatus(const Options& options, Console& console) {
-    Text reply;
-    runJob(options, console, [&] {
-        reply = ReadPrinter();
-        if (!reply) {
-            throw Failure("there is no reply: " + options.target.name + " is not a printer");
-        }
-    });
-    std::cout << printable(*reply) << '\n';
+    const std::string reply = readReply(options, console);
+    console.clear();
+    std::cout << printable(reply) << '\n';
     flushStandardOutput();
 }
 
@@ -76,7 +82,7 @@ void preview(const Options& options, Console& console) {
     console.stage("drawing the tickets");
     InputFile file(options.file);
     refuseOverwriting(file, options.file, options.output, "--output");
-    PreviewLink link(options.output, options.settings);
+    links::PreviewLink link(options.output, printerSettings(options.settings));
     bool good = link.open("");
     for (auto bytes = file.next(); good && !bytes.empty(); bytes = file.next()) {
         good = link.write(bytes);

@@ -1,8 +1,10 @@
 #include "tavio/console.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -10,52 +12,118 @@
 
 namespace tavio::tool {
 
-Console::Console(Writer write, bool showStages, std::chrono::milliseconds patience)
-    : write_(std::move(write)), due_(std::chrono::steady_clock::now() + patience) {
-    if (showStages) clock_ = std::thread([this] { showWhenPatienceEnds(); });
+namespace {
+
+const std::string kWipe = "\r\x1B[K";
+
+}  // namespace
+
+Console::Console(Writer write, std::optional<Display> display)
+    : write_(std::move(write)),
+      display_(std::move(display)),
+      stagesDue_(Clock::now() + (display_ ? display_->patience : std::chrono::milliseconds{0})) {
+    if (display_) drawing_ = std::thread([this] { drawInTime(); });
 }
 
 Console::~Console() {
     {
-        std::lock_guard lock(mutex_);
+        std::lock_guard lock(stateMutex_);
         ending_ = true;
-        wipe();
     }
-    wakeUp_.notify_all();
-    if (clock_.joinable()) clock_.join();
+    stateChanged_.notify_all();
+    if (drawing_.joinable()) drawing_.join();
+    std::lock_guard lock(outputMutex_);
+    wipe();
 }
 
-void Console::showWhenPatienceEnds() {
-    std::unique_lock lock(mutex_);
-    wakeUp_.wait_until(lock, due_, [this] { return ending_; });
-    if (ending_) return;
-    impatient_ = true;
-    show();
+void Console::drawInTime() {
+    std::unique_lock lock(stateMutex_);
+    while (!ending_) {
+        auto due = nextDrawing(Clock::now());
+        auto isWanted = [this] { return ending_ || redrawNow_; };
+        if (due) stateChanged_.wait_until(lock, *due, isWanted);
+        if (!due) stateChanged_.wait(lock, isWanted);
+        redrawNow_ = false;
+        lock.unlock();
+        redraw();
+        lock.lock();
+    }
+}
+
+// When there may be something else to show although no stage has begun; none for never.
+std::optional<Console::Clock::time_point> Console::nextDrawing(Clock::time_point now) {
+    if (progress_) return std::max(progressDue_, now + display_->redraw);
+    if (now < stagesDue_) return stagesDue_;
+    return std::nullopt;
 }
 
 void Console::stage(std::string_view name) {
-    std::lock_guard lock(mutex_);
+    {
+        std::lock_guard lock(stateMutex_);
+        progress_.reset();
+        stage_ = name;
+        redrawNow_ = true;
+    }
+    stateChanged_.notify_all();
+}
+
+void Console::beginSending() {
+    if (!display_) return;
+    {
+        std::lock_guard lock(stateMutex_);
+        const auto now = Clock::now();
+        progress_.emplace(now);
+        progressDue_ = now + display_->progressPatience;
+        stage_.clear();
+        redrawNow_ = true;
+    }
+    stateChanged_.notify_all();
+}
+
+void Console::progress(std::uint64_t done, std::uint64_t total) {
+    std::lock_guard lock(stateMutex_);
+    if (progress_) progress_->update(Clock::now(), done, total);
+}
+
+void Console::clear() {
+    stage("");
+    std::lock_guard lock(outputMutex_);
     wipe();
-    stage_ = name;
-    show();
 }
 
 void Console::line(std::string_view opening, std::string_view text) {
-    std::lock_guard lock(mutex_);
+    std::lock_guard lock(outputMutex_);
     wipe();
     write_(std::string(opening) + printable(text) + "\n");
     show();
 }
 
+// What is to stand on the terminal's last line now.
+std::string Console::wanted() {
+    std::lock_guard lock(stateMutex_);
+    if (!display_ || ending_) return {};
+    const auto now = Clock::now();
+    if (progress_) {
+        return now < progressDue_ ? std::string() : progress_->text(now, display_->columns());
+    }
+    return now < stagesDue_ || stage_.empty() ? std::string() : stage_ + " ...";
+}
+
+void Console::redraw() {
+    std::lock_guard lock(outputMutex_);
+    if (wanted() == shown_) return;
+    wipe();
+    show();
+}
+
 void Console::wipe() {
-    if (shown_) write_("\r\x1B[K");
-    shown_ = false;
+    if (!shown_.empty()) write_(kWipe);
+    shown_.clear();
 }
 
 void Console::show() {
-    if (!impatient_ || stage_.empty()) return;
-    write_(stage_ + " ...");
-    shown_ = true;
+    shown_ = wanted();
+    if (!shown_.empty()) write_(shown_);
 }
 
 namespace {
@@ -78,6 +146,13 @@ bool readerOfStandardOutputIsGone() {
     return ::poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
 }
 
+std::size_t columnsOfStandardError() {
+    constexpr std::size_t kUsual = 80;
+    winsize size{};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsual;
+    return size.ws_col;
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -97,8 +172,11 @@ std::string printable(std::string_view text) {
     return result;
 }
 
-bool standardErrorIsTerminal() {
-    return ::isatty(STDERR_FILENO) == 1;
+std::optional<Display> terminalDisplay() {
+    if (::isatty(STDERR_FILENO) != 1) return std::nullopt;
+    Display display;
+    display.columns = columnsOfStandardError;
+    return display;
 }
 bool standardOutputIsTerminal() {
     return ::isatty(STDOUT_FILENO) == 1;

@@ -5,15 +5,25 @@
 #include <memory>
 #include <string>
 
+#include "links/deadlines.h"
 #include "links/link.h"
+#include "links/preview_link.h"
 #include "tavio/console.h"
 #include "tavio/options.h"
-#include "tavio/preview_link.h"
 
 namespace tavio::tool {
 
 struct Destination {
     std::shared_ptr<links::Link> link;
+
+    // As messages name it.
+    std::string name;
+
+    // Something that takes its time, may answer, and does not tell by itself what it got.
+    bool isPrinter = false;
+
+    // Sessions are Bluetooth ones.
+    bool isBluetooth = false;
 
     // To be called after the link is closed, and only when the job has succeeded: puts what came
     // out in its place; true on success, otherwise the link's failure() says why not.
@@ -23,10 +33,16 @@ struct Destination {
     std::function<void(Console&)> report;
 };
 
-// Throws Failure where no link leads to the target.
+// Throws Failure where the target cannot be used.
 Destination destinationOf(const Options& options);
 
+// The default deadlines, shortened to what --timeout says; the one on progress may become longer.
+links::Deadlines deadlinesOf(const Options& options);
+
+// The virtual printer that has these settings' tickets in it.
+virtual_printer::PrinterSettings printerSettings(const Settings& settings);
+
 // Warns of what the preview found wrong, and of tickets beyond those that it wrote.
-void reportPreview(const PreviewLink& preview, Console& console);
+void reportPreview(const links::PreviewLink& preview, Console& console);
 
 }  // namespace tavio::tool

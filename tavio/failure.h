@@ -12,4 +12,16 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// A signal ended the command. The program's exit status is 128 and the signal's number, as shells
+// have it.
+class Interrupted : public Failure {
+  public:
+    explicit Interrupted(int signal) : Failure("interrupted"), signal_(signal) {}
+
+    int exitStatus() const { return 128 + signal_; }
+
+  private:
+    int signal_;
+};
+
 }  // namespace tavio::tool

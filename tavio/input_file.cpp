@@ -47,6 +47,12 @@ InputFile::~InputFile() {
     ::close(descriptor_);
 }
 
+std::uint64_t InputFile::size() const {
+    struct stat status {};
+    if (::fstat(descriptor_, &status) != 0 || status.st_size < 0) return 0;
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
 std::span<const Byte> InputFile::next() {
     buffer_.resize(kMostAtOnce);
     ssize_t count = 0;

@@ -1,6 +1,7 @@
 // The file that a command reads.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -19,6 +20,9 @@ class InputFile {
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
+
+    // Bytes in the file; 0 where that cannot be told.
+    std::uint64_t size() const;
 
     // The next bytes, 1 MiB at most, valid until the next call; none at the end of the file.
     std::span<const Byte> next();

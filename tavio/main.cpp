@@ -12,7 +12,7 @@ namespace {
 
 int run(int argc, const char* const* argv) {
     using namespace tavio::tool;
-    Console console(writeToStandardError, standardErrorIsTerminal());
+    Console console(writeToStandardError, terminalDisplay());
     try {
         auto parsed = parseCommandLine(argc, argv);
         if (const int* status = std::get_if<int>(&parsed)) {
@@ -21,6 +21,9 @@ int run(int argc, const char* const* argv) {
         }
         runCommand(std::get<Options>(parsed), console);
         return 0;
+    } catch (const Interrupted& interrupted) {
+        console.fail(interrupted.what());
+        return interrupted.exitStatus();
     } catch (const Failure& failure) {
         console.fail(failure.what());
     } catch (const std::bad_alloc&) {

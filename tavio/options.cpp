@@ -54,10 +54,12 @@ std::string asOrientation(std::string& text) {
 }
 
 std::string asTarget(std::string& text) {
-    if (parseTarget(text)) return {};
-    return "\"" + text +
-           "\" is no place to print to: give a name ending in .png, or file:NAME, "
-           "tcp://HOST, bt://ADDRESS or tty:DEVICE";
+    return parseTarget(text) ? std::string() : whyNoTarget(text);
+}
+
+std::string asSeconds(std::string& text) {
+    if (parseSeconds(text)) return {};
+    return "\"" + text + "\" is no number of seconds above 0 and up to 86400, a day";
 }
 
 std::string asPictureName(std::string& text) {
@@ -141,7 +143,8 @@ CommandLine::CommandLine(Options& options) : options_(options) {
     app_.footer(
         "Example:\n"
         "  tavio print photo.jpg --scaled --stock receipt --cut\n"
-        "prints onto a preview of the ticket, ticket.png. tavio COMMAND --help tells more.");
+        "prints onto a preview of the ticket, ticket.png; --to tcp://192.168.1.50 prints it. "
+        "tavio COMMAND --help tells more.");
     addPrinting();
     addLogos();
     addDirect();
@@ -164,10 +167,18 @@ CLI::App* CommandLine::addJob(CLI::App& parent, Command command, const char* nam
     added
         ->add_option_function<std::string>(
             "--to", [this](const std::string& text) { options_.target = *parseTarget(text); },
-            "where to print: X.png (a preview of the ticket) or file:JOB.bin (the bytes as sent); "
-            "ticket.png if not given")
+            "where to print: X.png (a preview of the ticket), file:JOB.bin (the bytes as sent), or "
+            "a printer: tcp://HOST[:PORT] (port 9100 if not given), "
+            "bt://AA:BB:CC:DD:EE:FF[/CHANNEL], tty:DEVICE[?baud=RATE]; ticket.png if not given")
         ->transform(valueCheck(asTarget))
         ->type_name("TARGET");
+    added
+        ->add_option_function<std::string>(
+            "--timeout", [this](const std::string& text) { options_.timeout = parseSeconds(text); },
+            "how long to wait for a printer that takes not one byte more, 30 if not given; and at "
+            "most for it to connect, to reply and to end the connection, 5 each if not given")
+        ->transform(valueCheck(asSeconds))
+        ->type_name("SECONDS");
     added->add_flag("--trace", options_.trace, "tell each transport operation and its size");
     return added;
 }
@@ -275,8 +286,8 @@ void CommandLine::addDirect() {
     addJob(app_, Command::kClear, "clear", "Clear the printer's memory.",
            "tavio clear --to file:clear.bin");
     addJob(app_, Command::kStatus, "status", "Show the printer's reply.",
-           "tavio status\n"
-           "says that there is no reply: a preview or a file has none, only a printer answers.");
+           "tavio status --to tcp://192.168.1.50\n"
+           "A preview or a file has no reply, only a printer answers.");
 }
 
 void CommandLine::addReading() {
@@ -307,6 +318,16 @@ std::optional<std::int32_t> parseNumber(std::string_view text) {
     auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
     return number;
+}
+
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
+    constexpr double kMost = 86'400;
+    if (text.find_first_not_of("0123456789.") != std::string_view::npos) return std::nullopt;
+    double seconds = 0;
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+    if (!(seconds > 0 && seconds <= kMost)) return std::nullopt;
+    return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
 }
 
 std::optional<std::int32_t> parseStock(std::string_view text) {

@@ -1,9 +1,11 @@
 // The command line.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "tavio/target.h"
@@ -40,7 +42,8 @@ struct Settings {
 struct Options {
     Command command = Command::kStocks;
     Settings settings;
-    Target target{Target::Kind::kPreview, "ticket.png"};
+    Target target = PictureTarget{"ticket.png"};
+    std::optional<std::chrono::milliseconds> timeout;  // none: the links' own deadlines
     bool trace = false;
 
     std::string file;  // the document or job file
@@ -58,6 +61,10 @@ std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
 
 // A decimal number of 32 bits with an optional sign and nothing around it; none for any other text.
 std::optional<std::int32_t> parseNumber(std::string_view text);
+
+// A number of seconds with or without decimals, more than 0 and up to a day; none for any other
+// text. Rounded up to a millisecond.
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
 
 // The index of the stock that the text names: "0" to "8", or a name in any case ("cinema").
 std::optional<std::int32_t> parseStock(std::string_view text);

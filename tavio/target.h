@@ -4,24 +4,42 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
+
+#include "links/rfcomm_address.h"
+#include "links/serial_address.h"
+#include "links/tcp_address.h"
 
 namespace tavio::tool {
 
-struct Target {
-    enum class Kind {
-        kPreview,  // a ticket picture: a name of a picture
-        kFile,     // "file:NAME": the bytes as they go to the transport
-        kPrinter,  // "tcp://", "bt://" or "tty:": a printer
-    };
-
-    Kind kind = Kind::kPreview;
-    std::string name;  // path of the picture or file; for a printer the whole text
+// "X.png": a preview of the tickets, as pictures.
+struct PictureTarget {
+    std::string path;
 };
+
+// "file:NAME": the bytes as they go to the transport.
+struct FileTarget {
+    std::string path;
+};
+
+// A picture, a file, or a printer: "tcp://HOST[:PORT]", "bt://ADDRESS[/CHANNEL]",
+// "tty:DEVICE[?baud=RATE]" (links/tcp_address.h and the like).
+using Target = std::variant<PictureTarget, FileTarget, links::TcpAddress, links::RfcommAddress,
+                            links::SerialAddress>;
+
+// None when the text names nothing that a job can go to.
+std::optional<Target> parseTarget(std::string_view text);
+
+// What is wrong with a text that parseTarget() does not take: a sentence without a full stop.
+std::string whyNoTarget(std::string_view text);
 
 // Whether a name is one for a picture: it ends in ".png" or ".PNG".
 bool isPictureName(std::string_view name);
 
-// None when the text names nothing that a job can go to.
-std::optional<Target> parseTarget(std::string_view text);
+// The file that the job replaces; "" where it goes to a printer.
+std::string replacedFile(const Target& target);
+
+// As messages name it: the path, or the printer's address, "192.0.2.7:9100".
+std::string toText(const Target& target);
 
 }  // namespace tavio::tool

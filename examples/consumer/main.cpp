@@ -1,22 +1,48 @@
-// Prints a photo into a job file and looks at what came out: consumer FOLDER PHOTO JOB.bin
+// Prints a photo into a job file and onto a preview, looks at what came out, and does not reach a
+// printer that is not there: consumer FOLDER PHOTO JOB.bin
 #include <TavioIpadSDK/TavioIpadSDK.h>
 #include <filesystem>
 #include <iostream>
 #include <links/file_link.h>
+#include <links/preview_link.h>
 #include <links/transport_operations.h>
 #include <memory>
+#include <string>
+
+using namespace tavio;
+
+namespace {
+
+bool printTo(const std::shared_ptr<links::Link>& link, const URL& photo) {
+    links::useLink(link);
+    if (!OpenSessionWiFi("")) return false;
+    SendFile(photo, 10, 20);
+    CloseSessionWiFi();
+    return link->failure().empty();
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 4) return 2;
-    auto link = std::make_shared<tavio::links::FileLink>(argv[3]);
-    auto photos = std::make_shared<tavio::platform::FolderPhotoLibrary>(argv[1]);
-    tavio::links::useLink(link);
-    tavio::platform::setPhotoLibrary(photos);
-    if (!tavio::OpenSessionWiFi("")) return 1;
-    tavio::SendFile(photos->urlOf(argv[2]), 10, 20);
-    tavio::CloseSessionWiFi();
-    if (!link->commit()) return 1;
-    const auto size = std::filesystem::file_size(argv[3]);
-    std::cout << "the job has " << size << " bytes\n";
+    const std::string job = argv[3];
+    auto photos = std::make_shared<platform::FolderPhotoLibrary>(argv[1]);
+    platform::setPhotoLibrary(photos);
+    const URL photo = photos->urlOf(argv[2]);
+
+    auto file = std::make_shared<links::FileLink>(job);
+    if (!printTo(file, photo) || !file->commit()) return 1;
+    virtual_printer::PrinterSettings ticket;
+    ticket.size = {.rows = 600, .columns = 1650, .dpi = 300};
+    auto preview = std::make_shared<links::PreviewLink>(job + ".png", ticket);
+    if (!printTo(preview, photo) || !preview->commit()) return 1;
+    const auto size = std::filesystem::file_size(job);
+    std::cout << "the job has " << size << " bytes, its picture "
+              << std::filesystem::file_size(job + ".png") << '\n';
+
+    links::useLink(nullptr);
+    if (OpenSessionWiFi("127.0.0.1:1")) return 1;
+    std::cout << links::lastReport().failure << ": " << links::describe(links::lastReport())
+              << '\n';
     return size > 1000 ? 0 : 1;  // more than the commands around the graphics
 }

@@ -39,8 +39,14 @@ class NotingLink : public Link {
         note("read");
         return "ready";
     }
+    bool drain() override { return true; }
     void close() override { note("close"); }
+    void cancel() noexcept override { calls.emplace_back("cancel"); }
     std::string failure() const override { return ""; }
+    LinkReport report() const override { return report_; }
+    void observeProgress(ProgressObserver /*observer*/) override {}
+
+    void setReport(LinkReport report) { report_ = std::move(report); }
 
   private:
     void note(const std::string& call) {
@@ -49,6 +55,7 @@ class NotingLink : public Link {
     }
 
     bool throwing_;
+    LinkReport report_;
 };
 
 class TransportOperations : public testing::Test {
@@ -94,8 +101,8 @@ TEST_F(TransportOperations, WriteNothingForANegativeSizeOrANullPointer) {
     EXPECT_EQ(recorded(*link), "");
 }
 
-TEST_F(TransportOperations, FailToOpenAndWriteNowhereWithoutALink) {
-    EXPECT_FALSE(Open_WF("192.0.2.7"));
+TEST_F(TransportOperations, FailToOpenAndWriteNowhereWithoutAPrinter) {
+    EXPECT_FALSE(Open_WF("not an address"));
     EXPECT_FALSE(Open_BT());
     Write_WF("x");
     Write_BT("x");

@@ -1,8 +1,10 @@
 #include "tavio/console.h"
 
 #include <condition_variable>
+#include <future>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -39,10 +41,19 @@ class Screen {
 
 const std::string kWipe = "\r\x1B[K";
 
+// A terminal whose stages and progress are due after so long.
+Display displayAfter(milliseconds patience) {
+    Display display;
+    display.patience = patience;
+    display.progressPatience = patience;
+    display.redraw = milliseconds(1);
+    return display;
+}
+
 TEST(Console, ShowsTheStageOfWorkThatTakesLong) {
     Screen screen;
     {
-        Console console(screen.writer(), true, milliseconds(20));
+        Console console(screen.writer(), displayAfter(milliseconds(20)));
         console.stage("reading");
         screen.waitFor("reading ...");
     }
@@ -52,11 +63,13 @@ TEST(Console, ShowsTheStageOfWorkThatTakesLong) {
 TEST(Console, ShowsEachFurtherStageInPlaceOfTheLast) {
     Screen screen;
     {
-        Console console(screen.writer(), true, milliseconds(0));
+        Console console(screen.writer(), displayAfter(milliseconds(0)));
         console.stage("reading");
         screen.waitFor("reading ...");
         console.stage("printing");
-        console.stage("");
+        screen.waitFor("printing ...");
+        console.clear();
+        EXPECT_EQ(screen.text(), "reading ..." + kWipe + "printing ..." + kWipe);
     }
     EXPECT_EQ(screen.text(), "reading ..." + kWipe + "printing ..." + kWipe);
 }
@@ -64,7 +77,7 @@ TEST(Console, ShowsEachFurtherStageInPlaceOfTheLast) {
 TEST(Console, WipesTheStageBeforeAMessage) {
     Screen screen;
     {
-        Console console(screen.writer(), true, milliseconds(0));
+        Console console(screen.writer(), displayAfter(milliseconds(0)));
         console.stage("reading");
         screen.waitFor("reading ...");
         console.warn("odd");
@@ -76,28 +89,111 @@ TEST(Console, WipesTheStageBeforeAMessage) {
 TEST(Console, ShowsNoStageOfWorkThatIsDoneSoon) {
     Screen screen;
     {
-        Console console(screen.writer(), true, hours(1));
+        Console console(screen.writer(), displayAfter(hours(1)));
         console.stage("reading");
         console.stage("printing");
     }
     EXPECT_EQ(screen.text(), "");
 }
 
-TEST(Console, ShowsNoStageWhereThereIsNoTerminal) {
+TEST(Console, ShowsMessagesOnlyWhereThereIsNoTerminal) {
     Screen screen;
     {
-        Console console(screen.writer(), false, milliseconds(0));
+        Console console(screen.writer(), std::nullopt);
         console.stage("reading");
+        console.beginSending();
+        console.progress(1, 2);
         console.fail("broken");
         console.trace("Open_WF");
     }
     EXPECT_EQ(screen.text(), "tavio: broken\ntavio: trace: Open_WF\n");
 }
 
+TEST(Console, ShowsTheProgressOfAJobThatTakesLong) {
+    Screen screen;
+    {
+        Console console(screen.writer(), displayAfter(milliseconds(5)));
+        console.beginSending();
+        console.progress(500, 1000);
+        screen.waitFor("sending  [##########----------]  500 B of 1.0 kB  50%  ");
+        console.progress(1000, 1000);
+        screen.waitFor(kWipe + "sending  [####################]  1.0 kB of 1.0 kB  100%  ");
+    }
+    EXPECT_TRUE(screen.text().ends_with(kWipe));
+}
+
+TEST(Console, WipesTheProgressBeforeAMessageAndAtTheNextStage) {
+    Screen screen;
+    Console console(screen.writer(), displayAfter(milliseconds(0)));
+    console.beginSending();
+    console.progress(500, 1000);
+    screen.waitFor("50%");
+    console.trace("Write_WF");
+    EXPECT_NE(screen.text().find("/s" + kWipe + "tavio: trace: Write_WF\n" + "sending  ["),
+              std::string::npos)
+        << screen.text();
+    console.stage("waiting");
+    screen.waitFor("/s" + kWipe + "waiting ...");
+    console.clear();
+    EXPECT_TRUE(screen.text().ends_with("waiting ..." + kWipe));
+    console.progress(700, 1000);
+    console.warn("odd");
+    EXPECT_TRUE(screen.text().ends_with("waiting ..." + kWipe + "tavio: warning: odd\n"));
+}
+
+TEST(Console, ShowsNoProgressOfAJobThatIsDoneSoon) {
+    Screen screen;
+    {
+        Console console(screen.writer(), displayAfter(hours(1)));
+        console.beginSending();
+        console.progress(500, 1000);
+        console.clear();
+    }
+    EXPECT_EQ(screen.text(), "");
+}
+
+TEST(Console, KeepsTheProgressWithinTheTerminal) {
+    Screen screen;
+    Display narrow = displayAfter(milliseconds(0));
+    narrow.columns = [] { return std::size_t{13}; };
+    Console console(screen.writer(), narrow);
+    console.beginSending();
+    console.progress(500, 1000);
+    screen.waitFor("sending  50%");
+    console.clear();
+    EXPECT_EQ(screen.text(), "sending  50%" + kWipe);
+}
+
+// Drawing waits for the terminal, the job does not.
+TEST(Console, LetsAJobGoOnWhileTheTerminalIsStopped) {
+    Screen screen;
+    std::promise<void> stopped;
+    std::promise<void> goesOn;
+    auto write = [&, isFirst = true](std::string_view text) mutable {
+        if (std::exchange(isFirst, false)) {
+            stopped.set_value();
+            goesOn.get_future().wait();
+        }
+        screen.writer()(text);
+    };
+    {
+        Console console(write, displayAfter(milliseconds(0)));
+        console.stage("reading");
+        stopped.get_future().wait();
+        console.beginSending();
+        console.progress(500, 1000);
+        console.stage("waiting");
+        EXPECT_EQ(screen.text(), "");
+        goesOn.set_value();
+        screen.waitFor("waiting ...");
+    }
+    EXPECT_EQ(screen.text(), "reading ..." + kWipe + "waiting ..." + kWipe);
+}
+
 TEST(Console, TakesMessagesFromManyThreads) {
     Screen screen;
     {
-        Console console(screen.writer(), true, milliseconds(0));
+        Console console(screen.writer(), displayAfter(milliseconds(0)));
         auto talk = [&console] {
             for (int round = 0; round < 200; ++round) {
                 console.stage("working");

@@ -4,43 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include "support/temporary_folder.h"
+#include "tavio/destination.h"
 #include "tavio/extension.h"
 #include "tavio/failure.h"
 #include "tavio/options.h"
-#include "tavio/preview_link.h"
-#include "tavio/target.h"
 #include "tavio/ticket_fit.h"
 
 namespace tavio::tool {
 namespace {
-
-TEST(Target, IsAPictureAFileOrAPrinter) {
-    auto kindOf = [](std::string_view text) { return parseTarget(text).value().kind; };
-    EXPECT_EQ(kindOf("ticket.png"), Target::Kind::kPreview);
-    EXPECT_EQ(kindOf("a/b.PNG"), Target::Kind::kPreview);
-    EXPECT_EQ(kindOf("file:job.bin"), Target::Kind::kFile);
-    EXPECT_EQ(kindOf("file:ticket.png"), Target::Kind::kFile);
-    EXPECT_EQ(kindOf("tcp://192.0.2.7:9100"), Target::Kind::kPrinter);
-    EXPECT_EQ(kindOf("bt://00:11:22:33:44:55/1"), Target::Kind::kPrinter);
-    EXPECT_EQ(kindOf("tty:/dev/ttyS0"), Target::Kind::kPrinter);
-    EXPECT_EQ(parseTarget("file:/dev/stdout")->name, "/dev/stdout");
-}
-
-TEST(Target, IsNothingElse) {
-    for (std::string_view text :
-         {"", "file:", "job.bin", "ticket.png ", "http://x", "file", "png"}) {
-        EXPECT_FALSE(parseTarget(text).has_value()) << text;
-    }
-}
-
-TEST(Target, IsAPictureByItsLastLetters) {
-    EXPECT_TRUE(isPictureName("a/ticket.png"));
-    EXPECT_TRUE(isPictureName("TICKET.PNG"));
-    for (std::string_view name : {"", "png", "ticket.jpg", "ticket.png ", "ticket.Png"}) {
-        EXPECT_FALSE(isPictureName(name)) << name;
-    }
-}
 
 TEST(Numbers, AreDecimalOf32Bits) {
     EXPECT_EQ(parseNumber("-2147483648"), INT32_MIN);
@@ -50,6 +21,41 @@ TEST(Numbers, AreDecimalOf32Bits) {
          {"", "-", "+", "+-1", "--1", "1 ", " 1", "0x1", "1.0", "2147483648"}) {
         EXPECT_FALSE(parseNumber(text).has_value()) << text;
     }
+}
+
+TEST(Seconds, AreMoreThanNoneAndUpToADay) {
+    using std::chrono::milliseconds;
+    EXPECT_EQ(parseSeconds("1"), milliseconds(1000));
+    EXPECT_EQ(parseSeconds("2.5"), milliseconds(2500));
+    EXPECT_EQ(parseSeconds(".25"), milliseconds(250));
+    EXPECT_EQ(parseSeconds("007"), milliseconds(7000));
+    EXPECT_EQ(parseSeconds("0.0001"), milliseconds(1)) << "rounded up";
+    EXPECT_EQ(parseSeconds("86400"), milliseconds(86'400'000));
+    for (std::string_view text :
+         {"", "0", "0.0", "-1", "+1", "86400.001", "1e3", "0x1", "1,5", "1.2.3", ".", "inf", "nan",
+          " 1", "1 ", "1s", "99999999999999999999"}) {
+        EXPECT_FALSE(parseSeconds(text).has_value()) << text;
+    }
+}
+
+TEST(Deadlines, AreTheLinksOwnUnlessTheCommandLineSaysOtherwise) {
+    using std::chrono::milliseconds;
+    const links::Deadlines usual;
+    Options options;
+    EXPECT_EQ(deadlinesOf(options).progress, usual.progress);
+    EXPECT_EQ(deadlinesOf(options).connect, usual.connect);
+    options.timeout = milliseconds(100);
+    for (milliseconds each :
+         {deadlinesOf(options).progress, deadlinesOf(options).connect, deadlinesOf(options).reply,
+          deadlinesOf(options).silence, deadlinesOf(options).goodbye}) {
+        EXPECT_EQ(each, milliseconds(100));
+    }
+    options.timeout = milliseconds(600'000);
+    EXPECT_EQ(deadlinesOf(options).progress, milliseconds(600'000));
+    EXPECT_EQ(deadlinesOf(options).connect, usual.connect);
+    EXPECT_EQ(deadlinesOf(options).reply, usual.reply);
+    EXPECT_EQ(deadlinesOf(options).silence, usual.silence);
+    EXPECT_EQ(deadlinesOf(options).goodbye, usual.goodbye);
 }
 
 TEST(Stocks, AreNamedByIndexOrName) {
@@ -81,14 +87,6 @@ TEST(DocumentKinds, AreTheSupportedSpellings) {
             EXPECT_THROW(documentKind("x", extension, use), Failure) << extension;
         }
     }
-}
-
-TEST(TicketNames, HaveTheirNumberBeforeTheExtension) {
-    EXPECT_EQ(ticketName("ticket.png", 1), "ticket.png");
-    EXPECT_EQ(ticketName("ticket.png", 2), "ticket-2.png");
-    EXPECT_EQ(ticketName("a.b/ticket.png", 10), "a.b/ticket-10.png");
-    EXPECT_EQ(ticketName("a.b/ticket", 2), "a.b/ticket-2");
-    EXPECT_EQ(ticketName("a/.png", 2), "a/.png-2");
 }
 
 Settings settingsOf(std::int32_t stock, std::int32_t resolution, bool portrait) {
@@ -135,46 +133,6 @@ TEST(TicketFit, MeasuresRowsAcrossTheTicketInPortrait) {
 TEST(TicketFit, SaysNothingOfAnEmptyPicture) {
     EXPECT_EQ(warningCount({0, 0}, 0, 0, false), 0U);
     EXPECT_EQ(warningCount({100, 0}, 0, 0, false), 0U);
-}
-
-std::span<const Byte> bytesOf(std::string_view text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
-
-TEST(PreviewLink, WritesNothingBeforeItIsCommitted) {
-    test::TemporaryFolder folder;
-    {
-        PreviewLink link(folder / "ticket.png", {});
-        ASSERT_TRUE(link.open(""));
-        EXPECT_TRUE(link.write(bytesOf("A<p>B<p>")));
-        link.close();
-        EXPECT_EQ(link.ticketCount(), 2U);
-    }
-    EXPECT_TRUE(folder.names().empty());
-}
-
-TEST(PreviewLink, DropsBytesWhileItIsNotOpen) {
-    test::TemporaryFolder folder;
-    PreviewLink link(folder / "ticket.png", {});
-    EXPECT_FALSE(link.write(bytesOf("<p>")));
-    ASSERT_TRUE(link.open(""));
-    link.close();
-    link.close();
-    EXPECT_FALSE(link.write(bytesOf("<p>")));
-    EXPECT_EQ(link.ticketCount(), 1U) << "the blank one of an empty stream";
-    EXPECT_TRUE(link.commit());
-    EXPECT_EQ(folder.names(), std::set<std::string>{"ticket.png"});
-}
-
-TEST(PreviewLink, TellsWhyALaterTicketCannotBeWritten) {
-    test::TemporaryFolder folder;
-    std::filesystem::create_directory(folder / "ticket-2.png");
-    PreviewLink link(folder / "ticket.png", {});
-    ASSERT_TRUE(link.open(""));
-    EXPECT_FALSE(link.write(bytesOf("<p><p>")));
-    link.close();
-    EXPECT_FALSE(link.commit());
-    EXPECT_EQ(link.failure(), (folder / "ticket-2.png") + " cannot be written: Is a directory");
 }
 
 }  // namespace

@@ -2,37 +2,53 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <map>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tavio::test {
 
 namespace {
 
-const char* const kProgram = TAVIO_BIN_DIR "/tavio";
+const std::string kPrograms = TAVIO_BIN_DIR "/";
 
-// Becomes the program; only calls that are safe after fork().
+// Becomes the program; only calls that are safe after fork(). Signals do what they do by default,
+// also where the tests run in the background.
 [[noreturn]] void become(const char* folder, char* const* arguments) {
-    if (::chdir(folder) == 0) ::execv(kProgram, arguments);
+    for (int number : {SIGINT, SIGTERM}) ::signal(number, SIG_DFL);
+    if (::chdir(folder) == 0) ::execv(arguments[0], arguments);
     ::_exit(127);
 }
 
-std::vector<char*> argumentList(std::vector<std::string>& arguments) {
-    std::vector<char*> list{const_cast<char*>(kProgram)};
-    for (std::string& argument : arguments) list.push_back(argument.data());
-    list.push_back(nullptr);
-    return list;
-}
+// A command line as execv() takes it.
+class Arguments {
+  public:
+    Arguments(const std::string& program, const std::vector<std::string>& arguments)
+        : texts_{kPrograms + program} {
+        texts_.insert(texts_.end(), arguments.begin(), arguments.end());
+        for (std::string& text : texts_) list_.push_back(text.data());
+        list_.push_back(nullptr);
+    }
+    char* const* list() const { return list_.data(); }
 
-int exitStatusOf(pid_t child) {
+  private:
+    std::vector<std::string> texts_;
+    std::vector<char*> list_;
+};
+
+Ran ended(pid_t child) {
     int status = 0;
     while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR) return -1;
+        if (errno != EINTR) return {};
     }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    Ran ran;
+    if (WIFEXITED(status)) ran.status = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) ran.signal = WTERMSIG(status);
+    return ran;
 }
 
 int openForWriting(const std::string& path) {
@@ -52,30 +68,45 @@ std::map<std::string, std::string> contentsOf(const TemporaryFolder& folder) {
 
 }  // namespace
 
-Ran ToolTest::tavio(const std::vector<std::string>& arguments) const {
-    TemporaryFolder output;
-    Ran ran = tavioInto(openForWriting(output / "out"), arguments);
-    ran.out = readFile(output / "out");
+Running::Running(const std::string& folder, const std::vector<std::string>& arguments, int output,
+                 const std::string& program) {
+    const Arguments line(program, arguments);
+    const int out = output < 0 ? openForWriting(kept_ / "out") : output;
+    const int err = openForWriting(kept_ / "err");
+    child_ = ::fork();
+    if (child_ == 0) {
+        ::dup2(out, STDOUT_FILENO);
+        ::dup2(err, STDERR_FILENO);
+        become(folder.c_str(), line.list());
+    }
+    ::close(out);
+    ::close(err);
+    EXPECT_GT(child_, 0);
+}
+
+Running::~Running() {
+    if (child_ <= 0) return;
+    ::kill(child_, SIGKILL);
+    ended(child_);
+}
+
+void Running::signal(int number) const {
+    EXPECT_EQ(::kill(child_, number), 0);
+}
+
+Ran Running::finish() {
+    Ran ran = ended(std::exchange(child_, -1));
+    if (kept_.names().count("out") != 0) ran.out = readFile(kept_ / "out");
+    ran.err = readFile(kept_ / "err");
     return ran;
 }
 
+Ran ToolTest::tavio(const std::vector<std::string>& arguments) const {
+    return Running(folder.path(), arguments).finish();
+}
+
 Ran ToolTest::tavioInto(int output, const std::vector<std::string>& arguments) const {
-    TemporaryFolder messages;
-    std::vector<std::string> copies = arguments;
-    std::vector<char*> list = argumentList(copies);
-    const std::string path = folder.path();
-    int err = openForWriting(messages / "err");
-    pid_t child = ::fork();
-    if (child == 0) {
-        ::dup2(output, STDOUT_FILENO);
-        ::dup2(err, STDERR_FILENO);
-        become(path.c_str(), list.data());
-    }
-    ::close(output);
-    ::close(err);
-    EXPECT_GT(child, 0);
-    int status = exitStatusOf(child);
-    return {status, "", readFile(messages / "err")};
+    return Running(folder.path(), arguments, output).finish();
 }
 
 std::string ToolTest::bytesOf(std::vector<std::string> arguments) const {
@@ -97,12 +128,12 @@ void ToolTest::expectRefusal(const std::vector<std::string>& arguments,
     EXPECT_EQ(contentsOf(folder), before);
 }
 
-std::string onTerminal(const std::string& folder, const std::vector<std::string>& arguments) {
-    std::vector<std::string> copies = arguments;
-    std::vector<char*> list = argumentList(copies);
+std::string onTerminal(const std::string& folder, const std::vector<std::string>& arguments,
+                       const TerminalUse& use) {
+    const Arguments line("tavio", arguments);
     int terminal = -1;
-    pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) become(folder.c_str(), list.data());
+    pid_t child = ::forkpty(&terminal, nullptr, nullptr, &use.size);
+    if (child == 0) become(folder.c_str(), line.list());
     EXPECT_GT(child, 0);
     std::string shown;
     std::array<char, 4096> buffer{};
@@ -111,9 +142,10 @@ std::string onTerminal(const std::string& folder, const std::vector<std::string>
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) break;  // EIO: the program has ended
         shown.append(buffer.data(), static_cast<std::size_t>(count));
+        if (use.onShown) use.onShown(shown, terminal);
     }
     ::close(terminal);
-    EXPECT_EQ(exitStatusOf(child), 0) << shown;
+    EXPECT_EQ(ended(child).status, 0) << shown;
     return shown;
 }
 

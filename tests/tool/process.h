@@ -1,8 +1,10 @@
 // Runs the real program in a folder of its own.
 #pragma once
 
-#include <initializer_list>
+#include <functional>
 #include <string>
+#include <sys/ioctl.h>
+#include <sys/types.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,8 +15,29 @@ namespace tavio::test {
 
 struct Ran {
     int status = -1;  // exit status; -1 when a signal ended the program
+    int signal = 0;   // the signal that ended it, 0 if none did
     std::string out;  // "" where it went elsewhere
     std::string err;
+};
+
+// A program while it runs.
+class Running {
+  public:
+    // output: a descriptor to be its standard output, closed here; -1 to keep what is written.
+    Running(const std::string& folder, const std::vector<std::string>& arguments, int output = -1,
+            const std::string& program = "tavio");
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running();
+
+    void signal(int number) const;
+
+    // Waits until it ends.
+    Ran finish();
+
+  private:
+    TemporaryFolder kept_;
+    pid_t child_ = -1;
 };
 
 // A test that runs the program with the current folder being `folder`.
@@ -37,7 +60,17 @@ class ToolTest : public testing::Test {
     TemporaryFolder folder;
 };
 
-// A program on a pseudo-terminal that is its standard error: what it wrote there, as it came.
-std::string onTerminal(const std::string& folder, const std::vector<std::string>& arguments);
+struct TerminalUse {
+    winsize size{};  // of zeros: a terminal that does not know its size
+
+    // Called each time that something has been shown, with all of it so far and the descriptor
+    // that types into the terminal.
+    std::function<void(const std::string& shown, int keyboard)> onShown;
+};
+
+// A program on a pseudo-terminal, which is its standard output and error: what it wrote there, as
+// it came. Expects success.
+std::string onTerminal(const std::string& folder, const std::vector<std::string>& arguments,
+                       const TerminalUse& use = {});
 
 }  // namespace tavio::test

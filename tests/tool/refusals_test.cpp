@@ -173,19 +173,6 @@ TEST_F(Refusals, TheDocumentAsThePlaceToPrintTo) {
                   "tavio: job.png is the job itself, so choose another place with --output");
 }
 
-TEST_F(Refusals, PrintersThatThisBuildHasNoLinkTo) {
-    writeFile(at("notes.txt"), "x");
-    for (const std::string target :
-         {"tcp://192.0.2.7", "bt://00:11:22:33:44:55", "tty:/dev/ttyS0"}) {
-        expectRefusal(
-            {"print", "notes.txt", "--to", target},
-            "tavio: " + target + " names a printer, and this build has no links to printers yet");
-        expectRefusal(
-            {"status", "--to", target},
-            "tavio: " + target + " names a printer, and this build has no links to printers yet");
-    }
-}
-
 TEST_F(Refusals, TheStatusOfWhatIsNoPrinter) {
     expectRefusal({"status"}, "tavio: there is no reply: ticket.png is not a printer");
     expectRefusal({"status", "--to", "file:job.bin"},

@@ -1,12 +1,17 @@
 // The program on a terminal.
 
+#include <algorithm>
+#include <chrono>
+#include <future>
 #include <pty.h>
+#include <sstream>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "tool/process.h"
 #include "tool/sample_files.h"
+#include "tool/socket_printer.h"
 
 namespace tavio::test {
 namespace {
@@ -43,6 +48,92 @@ TEST_F(Terminal, LeavesNoStageBehind) {
               "tavio: trace: Write_WF_Data 17 bytes\r\n"
               "tavio: trace: Write_WF 3 bytes\r\n"
               "tavio: trace: Close_WF\r\n");
+}
+
+// Something that happens once, waited for by another thread.
+class Event {
+  public:
+    void happen() {
+        if (!happened_) promise_.set_value();
+        happened_ = true;
+    }
+    bool hasHappened() const { return happened_; }
+    void wait() {
+        EXPECT_EQ(promise_.get_future().wait_for(std::chrono::seconds(120)),
+                  std::future_status::ready);
+    }
+
+  private:
+    std::promise<void> promise_;
+    bool happened_ = false;  // for the thread on which it happens
+};
+
+const std::string kOutcome = "sent, unconfirmed: 300000 bytes\r\n";
+
+// Widest line that was drawn and wiped again.
+std::size_t widest(std::string shown) {
+    std::replace(shown.begin(), shown.end(), '\r', '\n');
+    std::istringstream lines(shown);
+    std::size_t most = 0;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("\x1B[K")) line.erase(0, 3);
+        if (line.starts_with("sending")) most = std::max(most, line.size());
+    }
+    return most;
+}
+
+TEST_F(Terminal, ShowsTheProgressOfAJobWithinItsWidth) {
+    if (!terminalsAreToBeHad()) GTEST_SKIP() << "no pseudo-terminals here";
+    writeFile(at("job.bin"), std::string(300'000, 'x'));
+    for (const unsigned short columns : std::initializer_list<unsigned short>{0, 60, 30}) {
+        SCOPED_TRACE(columns);
+        Event barSeen;
+        SocketPrinter printer([&](Client& client) {
+            client.waitForBytes();
+            barSeen.wait();
+            client.read();
+        });
+        TerminalUse use;
+        use.size.ws_col = columns;
+        use.onShown = [&](const std::string& shown, int /*keyboard*/) {
+            if (shown.find(columns == 30 ? "sending  " : "sending  [") != std::string::npos) {
+                barSeen.happen();
+            }
+        };
+        std::string shown =
+            onTerminal(folder.path(), {"raw", "job.bin", "--to", printer.target()}, use);
+        EXPECT_EQ(printer.received().size(), 300'000U);
+        EXPECT_EQ(withoutStages(shown), kOutcome) << shown;
+        EXPECT_LT(widest(shown), columns == 0 ? 80U : columns) << shown;
+        EXPECT_NE(shown.find(columns == 30 ? " of 300 kB  " : " of 300 kB"), std::string::npos)
+            << shown;
+    }
+}
+
+// Ctrl-S stops what is written to the terminal, not what is sent to the printer.
+TEST_F(Terminal, StopsNoJobWhenItIsStopped) {
+    if (!terminalsAreToBeHad()) GTEST_SKIP() << "no pseudo-terminals here";
+    writeFile(at("job.bin"), std::string(300'000, 'x'));
+    Event stopped;
+    Event printed;
+    SocketPrinter printer([&](Client& client) {
+        client.waitForBytes();
+        stopped.wait();
+        client.read();
+        printed.happen();
+    });
+    TerminalUse use;
+    use.onShown = [&](const std::string& shown, int keyboard) {
+        if (stopped.hasHappened() || shown.find("sending  [") == std::string::npos) return;
+        EXPECT_EQ(::write(keyboard, "\x13", 1), 1);
+        stopped.happen();
+        printed.wait();
+        EXPECT_EQ(::write(keyboard, "\x11", 1), 1);
+    };
+    std::string shown =
+        onTerminal(folder.path(), {"raw", "job.bin", "--to", printer.target()}, use);
+    EXPECT_EQ(printer.received().size(), 300'000U);
+    EXPECT_EQ(withoutStages(shown), kOutcome) << shown;
 }
 
 }  // namespace

@@ -1,0 +1,116 @@
+#include "links/address_lookup.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <netdb.h>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace tavio::links {
+
+namespace {
+
+std::vector<SocketAddress> numericAddresses(const TcpAddress& address) {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    if (::getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &found) !=
+        0) {
+        return {};
+    }
+    SocketAddress result;
+    std::memcpy(&result.storage, found->ai_addr, found->ai_addrlen);
+    result.size = found->ai_addrlen;
+    ::freeaddrinfo(found);
+    return {result};
+}
+
+// Shared by the thread that looks up and the one that waits for it.
+class LookUp {
+  public:
+    LookUp() : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+    LookUp(const LookUp&) = delete;
+    LookUp& operator=(const LookUp&) = delete;
+    ~LookUp() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+    }
+
+    // Readable when the result is there.
+    int descriptor() const { return descriptor_; }
+
+    void run(SystemCalls& calls, const TcpAddress& address) noexcept {
+        try {
+            error_ = calls.lookUp(address.host, address.port, addresses_);
+            systemError_ = errno;
+        } catch (const std::exception&) {
+            error_ = EAI_MEMORY;
+        }
+        done_.store(true);
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(descriptor_, &one, sizeof one);
+    }
+
+    bool isDone() const { return done_.load(); }
+
+    // Of a look-up that is done: "" where it has found something.
+    std::string failure() const {
+        if (error_ == EAI_SYSTEM) return std::generic_category().message(systemError_);
+        if (error_ != 0) return ::gai_strerror(error_);
+        return addresses_.empty() ? std::string("it has no address") : std::string();
+    }
+    const std::vector<SocketAddress>& addresses() const { return addresses_; }
+
+  private:
+    int descriptor_;
+    std::atomic<bool> done_{false};
+    int error_ = 0;
+    int systemError_ = 0;
+    std::vector<SocketAddress> addresses_;
+};
+
+std::string cannotFind(const TcpAddress& address) {
+    return std::string("the printer at ").append(toText(address)).append(" cannot be found");
+}
+
+bool start(const std::shared_ptr<LookUp>& lookUp, SystemCalls& calls, const TcpAddress& address) {
+    if (lookUp->descriptor() < 0) return false;
+    try {
+        std::thread([lookUp, &calls, address] { lookUp->run(calls, address); }).detach();
+        return true;
+    } catch (const std::system_error& error) {
+        errno = error.code().value();
+        return false;
+    }
+}
+
+}  // namespace
+
+std::vector<SocketAddress> findAddresses(const TcpAddress& address, Waiter& waiter,
+                                         std::string& failure) {
+    if (auto found = numericAddresses(address); !found.empty()) return found;
+    const auto lookUp = std::make_shared<LookUp>();
+    if (!start(lookUp, waiter.calls(), address)) {
+        failure = cannotFind(address).append(": ").append(std::generic_category().message(errno));
+        return {};
+    }
+    short happened = 0;
+    const auto result = waiter.wait(lookUp->descriptor(), POLLIN, happened);
+    const int error = errno;
+    if (lookUp->isDone()) {
+        failure = lookUp->failure();
+        if (failure.empty()) return lookUp->addresses();
+        failure.insert(0, cannotFind(address).append(": "));
+    } else if (result == Waiter::Result::kFailed) {
+        failure = cannotFind(address).append(": ").append(std::generic_category().message(error));
+    } else {
+        failure = cannotFind(address).append(" in time");
+    }
+    return {};
+}
+
+}  // namespace tavio::links

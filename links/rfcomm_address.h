@@ -1,0 +1,27 @@
+// Addresses of Bluetooth printers.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavio::links {
+
+struct RfcommAddress {
+    std::array<std::uint8_t, 6> device{};  // as it is written, the first byte first
+    std::uint8_t channel = 1;              // 1 to 30
+
+    bool operator==(const RfcommAddress&) const = default;
+};
+
+// "AA:BB:CC:DD:EE:FF" or "AA:BB:CC:DD:EE:FF/CHANNEL", capital or small letters. None for anything
+// else, for a channel out of range, and for the addresses of all zeros and all ones, which are no
+// device's.
+std::optional<RfcommAddress> parseRfcommAddress(std::string_view text);
+
+// "AA:BB:CC:DD:EE:FF/1"
+std::string toText(const RfcommAddress& address);
+
+}  // namespace tavio::links

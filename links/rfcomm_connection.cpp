@@ -1,0 +1,216 @@
+#include "links/rfcomm_connection.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <poll.h>
+#include <sys/socket.h>
+#include <system_error>
+#include <utility>
+
+#include "links/aside.h"
+#include "links/rfcomm_socket.h"
+
+namespace tavio::links {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// Small, so that a printer that takes no more is felt soon.
+constexpr int kSendBuffer = 16 * 1024;
+
+// An earlier connection that is being ended takes the new one with it, or stands in its way.
+constexpr int kMostAttempts = 5;
+constexpr milliseconds kPause{200};
+
+// Calls that the kernel does not block take microseconds.
+constexpr milliseconds kLongestClose{300};
+constexpr milliseconds kLook{50};
+
+std::string noSocketSentence(int error) {
+    switch (error) {
+        case EAFNOSUPPORT:
+            return "this machine has no Bluetooth";
+        case EPROTONOSUPPORT:
+        case ESOCKTNOSUPPORT:
+            return "this machine's Bluetooth has no serial ports (RFCOMM)";
+        default:
+            return "no Bluetooth connection can be made: " + std::generic_category().message(error);
+    }
+}
+
+// What the kernel makes of the reasons that the radio and the printer give.
+std::string reasonText(int error) {
+    switch (error) {
+        case EHOSTUNREACH:
+        case ENETUNREACH:
+        case ENETDOWN:
+            return "this machine's Bluetooth is switched off or missing";
+        case EHOSTDOWN:
+        case ETIMEDOUT:
+            return "it does not answer; is it switched on and near?";
+        case ECONNREFUSED:
+            return "it refuses; is it in use, or its serial port on another channel?";
+        case EBUSY:
+            return "another connection to it is open, or still being ended";
+        case EDEADLK:
+            return "the kernel is still busy with an earlier connection that fell silent";
+        case EACCES:
+        case EPERM:
+        case EBADE:
+            return "it is not paired with this machine";
+        case ECONNRESET:
+        case ECONNABORTED:
+        case ENOTCONN:
+            return "it broke the connection off at once";
+        default:
+            return std::generic_category().message(error);
+    }
+}
+
+bool isPassing(int error) {
+    return error == EBUSY || error == ECONNRESET || error == ECONNABORTED || error == ENOTCONN;
+}
+
+// A connect() that may be left behind: whoever comes last, it or the one who gave it up, closes.
+struct Attempt {
+    std::mutex mutex;
+    bool hasReturned = false;
+    bool isGivenUp = false;
+    int error = 0;
+
+    void run(SystemCalls& calls, int descriptor, const RfcommSocketAddress& address) {
+        const int result =
+            calls.connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        const int why = result == 0 ? 0 : errno;
+        const std::lock_guard lock(mutex);
+        error = why;
+        hasReturned = true;
+        if (isGivenUp) calls.close(descriptor);
+    }
+
+    // False where it has returned after all.
+    bool giveUp() {
+        const std::lock_guard lock(mutex);
+        isGivenUp = !hasReturned;
+        return isGivenUp;
+    }
+};
+
+}  // namespace
+
+RfcommConnection::RfcommConnection(std::string printer, SystemCalls& calls)
+    : printer_(std::move(printer)), address_(parseRfcommAddress(printer_)), calls_(calls) {}
+
+std::string RfcommConnection::peer() const {
+    if (!address_) return "the Bluetooth printer";
+    return "the printer at " + toText(*address_);
+}
+
+int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, std::string& failure) {
+    emptyQueue_.reset();
+    if (!address_) {
+        failure = printer_.empty() ? std::string("no Bluetooth printer has been named")
+                                   : std::string("\"").append(printer_).append(
+                                         "\" is no Bluetooth address such as 00:11:22:33:44:55/1");
+        return -1;
+    }
+    for (int attempt = 1;; ++attempt) {
+        const int descriptor = calls_.socket(kBluetoothFamily, SOCK_STREAM, kRfcommProtocol);
+        if (descriptor < 0) {
+            failure = noSocketSentence(errno);
+            return -1;
+        }
+        const int error = connect(descriptor, waiter);
+        if (error == 0) return descriptor;
+        failure = error == ECANCELED ? std::string("cancelled") : reasonFor(error);
+        short happened = 0;
+        if (!isPassing(error) || attempt == kMostAttempts ||
+            waiter.wait(-1, 0, happened, kPause) != Waiter::Result::kTimeOut ||
+            calls_.now() >= waiter.deadline()) {
+            return -1;
+        }
+    }
+}
+
+int RfcommConnection::connect(int descriptor, Waiter& waiter) {
+    // Without it the kernel's own size holds, and everything works all the same.
+    calls_.setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
+    int error = beginConnecting(descriptor, waiter);
+    if (error == EDEADLK) return error;  // it closes the socket later
+    // An interrupted connect goes on by itself, like one that is in progress.
+    if (error == EINPROGRESS || error == EINTR) error = finishConnecting(descriptor, waiter);
+    if (error != 0) {
+        close(descriptor, true);
+        return error;
+    }
+    int count = 0;
+    if (calls_.unsentBytes(descriptor, &count) == 0) emptyQueue_ = count;
+    return 0;
+}
+
+// EDEADLK where the kernel blocks the call.
+int RfcommConnection::beginConnecting(int descriptor, Waiter& waiter) {
+    const auto attempt = std::make_shared<Attempt>();
+    Aside aside([attempt, descriptor, &calls = calls_, to = toSocketAddress(*address_)] {
+        attempt->run(calls, descriptor, to);
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    const auto limit = waiter.deadline() - calls_.now();
+    while (!aside.isDoneWithin(kLook)) {
+        short happened = 0;
+        const auto result = waiter.wait(-1, 0, happened, milliseconds{0});
+        const bool isInTime = std::chrono::steady_clock::now() - begin < limit;
+        if (result == Waiter::Result::kTimeOut && isInTime) continue;
+        if (attempt->giveUp()) return EDEADLK;
+        break;
+    }
+    return attempt->error;
+}
+
+int RfcommConnection::finishConnecting(int descriptor, Waiter& waiter) {
+    short happened = 0;
+    switch (waiter.wait(descriptor, POLLOUT, happened)) {
+        case Waiter::Result::kReady:
+            break;
+        case Waiter::Result::kTimeOut:
+            return ETIMEDOUT;
+        case Waiter::Result::kCancelled:
+            return ECANCELED;
+        case Waiter::Result::kFailed:
+            return errno;
+    }
+    int error = 0;
+    socklen_t size = sizeof error;
+    if (calls_.getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
+    if (error == 0 && (happened & (POLLERR | POLLHUP | POLLNVAL)) != 0) return ECONNABORTED;
+    return error;
+}
+
+std::string RfcommConnection::reasonFor(int error) const {
+    return peer().append(" cannot be reached: ").append(reasonText(error));
+}
+
+ssize_t RfcommConnection::send(int descriptor, std::span<const Byte> bytes) {
+    return calls_.send(descriptor, bytes.data(), bytes.size());
+}
+
+ssize_t RfcommConnection::receive(int descriptor, std::span<Byte> bytes) {
+    return calls_.recv(descriptor, bytes.data(), bytes.size());
+}
+
+std::optional<std::uint64_t> RfcommConnection::unsent(int descriptor) {
+    int count = 0;
+    if (!emptyQueue_ || calls_.unsentBytes(descriptor, &count) != 0) return std::nullopt;
+    return static_cast<std::uint64_t>(std::abs(std::int64_t{count} - *emptyQueue_));
+}
+
+void RfcommConnection::close(int descriptor, bool /*abort*/) {
+    Aside aside([descriptor, &calls = calls_] { calls.close(descriptor); });
+    aside.isDoneWithin(kLongestClose);
+}
+
+}  // namespace tavio::links

@@ -1,0 +1,38 @@
+// What Linux wants to know of an RFCOMM socket, in our own words: its C library leaves the Bluetooth
+// addresses to a library of their own, which is not needed for two numbers and ten bytes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <sys/socket.h>
+
+#include "links/rfcomm_address.h"
+
+namespace tavio::links {
+
+inline constexpr int kBluetoothFamily = 31;
+inline constexpr int kRfcommProtocol = 3;
+
+// The socket's address, as the kernel reads it.
+struct RfcommSocketAddress {
+    std::uint16_t family = kBluetoothFamily;
+    std::array<std::uint8_t, 6> device{};  // the last byte as it is written comes first
+    std::uint8_t channel = 0;
+    std::uint8_t padding = 0;  // the kernel's structure has it too, without a name
+};
+static_assert(sizeof(RfcommSocketAddress) == 10 && alignof(RfcommSocketAddress) == 2);
+static_assert(sizeof(RfcommSocketAddress) <= sizeof(sockaddr));
+static_assert(offsetof(RfcommSocketAddress, device) == 2);
+static_assert(offsetof(RfcommSocketAddress, channel) == 8);
+
+constexpr RfcommSocketAddress toSocketAddress(const RfcommAddress& address) {
+    RfcommSocketAddress result;
+    for (std::size_t i = 0; i < address.device.size(); ++i) {
+        result.device.at(i) = address.device.at(address.device.size() - 1 - i);
+    }
+    result.channel = address.channel;
+    return result;
+}
+
+}  // namespace tavio::links

@@ -1,0 +1,25 @@
+// Addresses of serial devices.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavio::links {
+
+struct SerialAddress {
+    std::string device;                 // path
+    std::optional<std::uint32_t> baud;  // bits per second; none: as the device has it
+
+    bool operator==(const SerialAddress&) const = default;
+};
+
+// "DEVICE" or "DEVICE?baud=RATE", the rate one of the usual ones from 1200 to 4000000. None for an
+// empty device, another rate, or anything else after the "?".
+std::optional<SerialAddress> parseSerialAddress(std::string_view text);
+
+// "/dev/ttyUSB0?baud=9600"
+std::string toText(const SerialAddress& address);
+
+}  // namespace tavio::links

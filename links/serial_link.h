@@ -1,0 +1,20 @@
+// A link to a printer on a serial device.
+#pragma once
+
+#include <string>
+
+#include "links/stream_link.h"
+#include "links/system_calls.h"
+
+namespace tavio::links {
+
+// Opens one device in raw mode: "/dev/rfcomm0" or "/dev/ttyUSB0?baud=115200" (serial_address.h);
+// what open() is given is ignored. Hardware flow control stays as the device has it.
+//
+// Nothing is acknowledged on this kind of link; drain() waits until the device's queue is empty.
+class SerialLink : public StreamLink {
+  public:
+    SerialLink(std::string device, const Deadlines& deadlines, SystemCalls& calls = systemCalls());
+};
+
+}  // namespace tavio::links

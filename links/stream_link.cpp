@@ -1,0 +1,426 @@
+#include "links/stream_link.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <exception>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "links/reply_text.h"
+#include "links/stream_sentences.h"
+
+namespace tavio::links {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+static_assert(std::atomic<bool>::is_always_lock_free, "cancel() is called in signal handlers");
+
+constexpr short kBrokenOff = POLLERR | POLLHUP | POLLNVAL;
+
+// While there is room in the queue again, or everything arrives, nothing wakes us up.
+constexpr milliseconds kShortestPause{1};
+constexpr milliseconds kLongestPause{20};
+
+// A deadline is not outlived by more than this part of it for want of looking.
+constexpr int kLooksInDeadline = 50;
+
+// A printer that never stops talking does not hold us up for longer than this at once, nor at the
+// end of a job.
+constexpr int kMostReceives = 16;
+constexpr int kMostGoodbyeLooks = 256;
+
+milliseconds withinRange(milliseconds deadline) {
+    return std::clamp(deadline, milliseconds{1}, milliseconds{std::chrono::hours{24}});
+}
+
+Deadlines withinRange(Deadlines deadlines) {
+    for (milliseconds* each : {&deadlines.connect, &deadlines.progress, &deadlines.reply,
+                               &deadlines.silence, &deadlines.goodbye}) {
+        *each = withinRange(*each);
+    }
+    return deadlines;
+}
+
+milliseconds longestLook(const Deadlines& deadlines) {
+    return std::max(deadlines.progress / kLooksInDeadline, kShortestPause);
+}
+
+bool wouldWait(int error) {
+    return error == EAGAIN || error == EWOULDBLOCK;
+}
+
+}  // namespace
+
+StreamLink::StreamLink(std::unique_ptr<Connection> connection, const Deadlines& deadlines,
+                       SystemCalls& calls)
+    : connection_(std::move(connection)),
+      deadlines_(withinRange(deadlines)),
+      calls_(calls),
+      wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+StreamLink::~StreamLink() {
+    StreamLink::close();
+    if (wakeUp_ >= 0) ::close(wakeUp_);
+}
+
+void StreamLink::cancel() noexcept {
+    const int error = errno;
+    cancelled_.store(true);
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(wakeUp_, &one, sizeof one);
+    errno = error;
+}
+
+std::string StreamLink::failure() const {
+    return report_.failure;
+}
+
+LinkReport StreamLink::report() const {
+    LinkReport report = report_;
+    if (!reply_.empty()) report.reply = replyText(reply_);
+    return report;
+}
+
+void StreamLink::observeProgress(ProgressObserver observer) {
+    observer_ = std::move(observer);
+}
+
+Waiter StreamLink::waiterFor(milliseconds deadline) const {
+    return {calls_, cancelled_, wakeUp_, calls_.now() + deadline};
+}
+
+// ---- Opening ------------------------------------------------------------------------------------
+
+void StreamLink::beginJob() {
+    report_ = {};
+    if (connection_->isAcknowledged()) report_.acknowledged = 0;
+    unread_.clear();
+    reply_.clear();
+    ended_ = false;
+    arrivedAtEnd_ = 0;
+    inJob_ = true;
+}
+
+bool StreamLink::open(const std::string& address) try {
+    close();
+    beginJob();
+    if (failIfCancelled()) return false;
+    if (wakeUp_ < 0) return fail("no connection can be made: too many files are open");
+    Waiter waiter = waiterFor(deadlines_.connect);
+    std::string why;
+    descriptor_ = connection_->open(address, waiter, why);
+    if (failIfCancelled()) return false;
+    return descriptor_ >= 0 || fail(why);
+} catch (const std::exception&) {
+    return failOutOfMemory();
+}
+
+// ---- Writing ------------------------------------------------------------------------------------
+
+bool StreamLink::write(std::span<const Byte> bytes) try {
+    if (!inJob_) return false;
+    report_.offered += bytes.size();
+    if (!report_.failure.empty() || failIfCancelled()) return false;
+    return bytes.empty() || sendAll(bytes);
+} catch (const std::exception&) {
+    return failOutOfMemory();
+}
+
+bool StreamLink::sendAll(std::span<const Byte> bytes) {
+    Waiter waiter = waiterFor(deadlines_.progress);
+    std::optional<std::uint64_t> least;
+    short happened = 0;
+    while (!bytes.empty()) {
+        if (failIfCancelled()) return false;
+        if (descriptor_ < 0) return fail(closedSentence(connection_->peer()));
+        if (const int error = receivePending(); error != 0) return lose(error);
+        const ssize_t sent = connection_->send(descriptor_, bytes);
+        if (sent > 0) {
+            noteAccepted(static_cast<std::size_t>(sent));
+            bytes = bytes.subspan(static_cast<std::size_t>(sent));
+            waiter.setDeadline(calls_.now() + deadlines_.progress);
+            least.reset();
+            happened = 0;
+        } else if (sent == 0 || wouldWait(errno)) {
+            if (!awaitRoom(waiter, least, happened)) return false;
+        } else if (errno != EINTR) {
+            return lose(errno);
+        }
+    }
+    return true;
+}
+
+void StreamLink::noteAccepted(std::size_t count) {
+    report_.accepted += count;
+    report_.answered = false;
+    tellProgress();
+}
+
+// After a send that took nothing. `happened` is what ended the wait before it, 0 when there was
+// none: room that turns out to be none must not be asked for again and again without a pause. The
+// system says that there is room only when there is a good deal of it; a slow printer that takes a
+// little now and then shows in what is unsent, `least` so far.
+bool StreamLink::awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& least, short& happened) {
+    const auto unsent = lookAtUnsent();
+    if (unsent && least && *unsent < *least) {
+        waiter.setDeadline(calls_.now() + deadlines_.progress);
+    }
+    least = unsent;
+    if ((happened & kBrokenOff) != 0) return fail(closedSentence(connection_->peer()));
+    const std::string tooLate = idleSentence(connection_->peer(), "took", deadlines_.progress);
+    if (calls_.now() >= waiter.deadline()) return fail(tooLate);
+    if ((happened & POLLOUT) != 0) {
+        const auto result = waiter.wait(-1, 0, happened, kShortestPause);
+        const bool isOver =
+            result == Waiter::Result::kCancelled || result == Waiter::Result::kFailed;
+        return !isOver || failBy(result, tooLate);
+    }
+    const short events = ended_ ? POLLOUT : POLLOUT | POLLIN;
+    const auto result = waiter.wait(descriptor_, events, happened, longestLook(deadlines_));
+    const bool goesOn = result == Waiter::Result::kReady || result == Waiter::Result::kTimeOut;
+    return goesOn || failBy(result, tooLate);
+}
+
+// ---- Draining -----------------------------------------------------------------------------------
+
+bool StreamLink::drain() try {
+    if (!report_.failure.empty() || failIfCancelled()) return false;
+    return descriptor_ < 0 || awaitArrival();
+} catch (const std::exception&) {
+    return failOutOfMemory();
+}
+
+bool StreamLink::awaitArrival() {
+    Waiter waiter = waiterFor(deadlines_.progress);
+    std::optional<std::uint64_t> least;
+    milliseconds pause = kShortestPause;
+    for (;;) {
+        if (failIfCancelled()) return false;
+        const auto unsent = lookAtUnsent();
+        if (unsent && least && *unsent < *least) tellProgress();
+        if (!unsent || *unsent == 0) return true;
+        if (!least || *unsent < *least) {
+            least = unsent;
+            waiter.setDeadline(calls_.now() + deadlines_.progress);
+            pause = kShortestPause;
+        }
+        if (!awaitProgress(waiter, pause)) return false;
+        if (descriptor_ < 0) return true;  // lost, with everything at the far end
+        pause = std::min({2 * pause, kLongestPause, longestLook(deadlines_)});
+    }
+}
+
+bool StreamLink::awaitProgress(Waiter& waiter, milliseconds pause) {
+    const std::string tooLate =
+        idleSentence(connection_->peer(), connection_->isAcknowledged() ? "acknowledged" : "took",
+                     deadlines_.progress);
+    if (calls_.now() >= waiter.deadline()) return fail(tooLate);
+    short happened = 0;
+    const short events = ended_ ? 0 : POLLIN;
+    const auto result = waiter.wait(descriptor_, events, happened, pause);
+    if (result == Waiter::Result::kTimeOut) return true;
+    if (result != Waiter::Result::kReady) return failBy(result, tooLate);
+    if (const int error = receivePending(); error != 0) return lose(error);
+    return (happened & kBrokenOff) == 0 || lose(0);
+}
+
+std::optional<std::uint64_t> StreamLink::lookAtUnsent() {
+    if (descriptor_ < 0) return std::nullopt;
+    const auto unsent = connection_->unsent(descriptor_);
+    if (unsent && connection_->isAcknowledged()) {
+        const std::uint64_t arrived = report_.accepted - std::min(*unsent, report_.accepted);
+        report_.acknowledged = std::max(arrived, report_.acknowledged.value_or(0));
+    }
+    return unsent;
+}
+
+bool StreamLink::hasEverything() const {
+    return report_.accepted == report_.offered && report_.acknowledged == report_.accepted;
+}
+
+// ---- Reading ------------------------------------------------------------------------------------
+
+Text StreamLink::read() try {
+    if (report_.failure.empty() && !failIfCancelled() && descriptor_ >= 0) collectReply();
+    lookAtUnsent();
+    return takeUnread();
+} catch (const std::exception&) {
+    failOutOfMemory();
+    return std::nullopt;
+}
+
+void StreamLink::collectReply() {
+    const SystemCalls::Time noReply = calls_.now() + deadlines_.reply;
+    std::optional<SystemCalls::Time> longEnough;
+    Waiter waiter = waiterFor(deadlines_.reply);
+    for (;;) {
+        if (const int error = receivePending(); error != 0) {
+            lose(error);
+            return;
+        }
+        if (ended_ || unread_.size() >= kMostReplyBytes) return;
+        const SystemCalls::Time now = calls_.now();
+        if (!unread_.empty()) {
+            if (!longEnough) longEnough = now + deadlines_.reply;
+            waiter.setDeadline(std::min(lastReceived_ + deadlines_.silence, *longEnough));
+        } else {
+            waiter.setDeadline(noReply);
+        }
+        if (now >= waiter.deadline()) return;
+        short happened = 0;
+        const auto result = waiter.wait(descriptor_, POLLIN, happened);
+        if (result == Waiter::Result::kTimeOut) return;
+        if (result != Waiter::Result::kReady) {
+            failBy(result, "");
+            return;
+        }
+        if ((happened & kBrokenOff) != 0 && (happened & POLLIN) == 0) {
+            lose(0);
+            return;
+        }
+    }
+}
+
+int StreamLink::receivePending() {
+    std::array<Byte, 4096> buffer{};
+    for (int count = 0; count < kMostReceives && !ended_; ++count) {
+        const ssize_t size = connection_->receive(descriptor_, buffer);
+        if (size < 0 && errno == EINTR) continue;
+        if (size < 0) return wouldWait(errno) ? 0 : errno;
+        if (size == 0) noteEnd();
+        const auto bytes = std::span(buffer).first(static_cast<std::size_t>(size));
+        if (bytes.empty()) break;
+        lastReceived_ = calls_.now();
+        appendUpTo(kMostReplyBytes, unread_, bytes);
+        appendUpTo(kMostReplyBytes, reply_, bytes);
+        report_.answered = report_.accepted == report_.offered;
+    }
+    return 0;
+}
+
+void StreamLink::noteEnd() {
+    ended_ = true;
+    lookAtUnsent();
+    arrivedAtEnd_ = report_.acknowledged.value_or(report_.accepted);
+}
+
+Text StreamLink::takeUnread() {
+    if (unread_.empty()) return std::nullopt;
+    Text text = replyText(unread_);
+    unread_.clear();
+    return text;
+}
+
+// ---- Closing ------------------------------------------------------------------------------------
+
+void StreamLink::close() try {
+    if (!inJob_) return;
+    if (drain() && descriptor_ >= 0) sayGoodbye();
+    closeDescriptor();
+    inJob_ = false;
+} catch (const std::exception&) {
+    failOutOfMemory();
+    inJob_ = false;
+}
+
+// All has arrived, as far as can be known: nothing that happens now makes the job fail, but for a
+// cancel.
+void StreamLink::sayGoodbye() {
+    const bool endsAlone = connection_->endSending(descriptor_);
+    int error = receivePending();
+    if (error == 0 && endsAlone) error = awaitEnd();
+    if (error != 0 && report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
+    // An end that came before the job had arrived is no answer to ours.
+    if (report_.remark.empty() && ended_ && arrivedAtEnd_ < report_.accepted) {
+        report_.remark = endedEarlySentence(connection_->peer());
+    }
+}
+
+// 0, or what ended the connection instead.
+int StreamLink::awaitEnd() {
+    Waiter waiter = waiterFor(deadlines_.goodbye);
+    for (int looks = 0; !ended_; ++looks) {
+        if (failIfCancelled()) return 0;
+        short happened = 0;
+        const auto result = waiter.wait(descriptor_, POLLIN, happened);
+        if (result == Waiter::Result::kCancelled) continue;
+        if (result == Waiter::Result::kFailed) return errno;
+        if (result == Waiter::Result::kTimeOut || looks == kMostGoodbyeLooks) {
+            report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
+            return 0;
+        }
+        if (const int error = receivePending(); error != 0) return error;
+        if ((happened & kBrokenOff) != 0 && (happened & POLLIN) == 0) return ECONNRESET;
+        if (!ended_ && calls_.now() >= waiter.deadline()) {
+            report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
+            return 0;
+        }
+    }
+    return 0;
+}
+
+void StreamLink::closeDescriptor() {
+    if (descriptor_ < 0) return;
+    const bool abort = !report_.failure.empty() && !hasEverything();
+    connection_->close(std::exchange(descriptor_, -1), abort);
+}
+
+// ---- Failing ------------------------------------------------------------------------------------
+
+bool StreamLink::fail(const std::string& why) {
+    if (!report_.failure.empty()) return false;
+    report_.failure = why.empty() ? std::string("the connection failed") : why;
+    report_.remark.clear();
+    if (descriptor_ < 0) return false;
+    // What the printer said before may tell more. With an error it has nothing more to say.
+    receivePending();
+    lookAtUnsent();
+    closeDescriptor();
+    return false;
+}
+
+bool StreamLink::failBy(Waiter::Result result, const std::string& onTimeOut) {
+    const int error = errno;
+    if (result == Waiter::Result::kCancelled) return fail("cancelled");
+    if (result == Waiter::Result::kTimeOut) return fail(onTimeOut);
+    return fail(lostSentence(connection_->peer(), error));
+}
+
+// The connection is gone. That is a failure only where something has not arrived. True where it is
+// none.
+bool StreamLink::lose(int error) {
+    lookAtUnsent();
+    const bool isOver = report_.offered == 0 ? !reply_.empty() : hasEverything();
+    if (!isOver) {
+        return fail(error == 0 ? closedSentence(connection_->peer())
+                               : lostSentence(connection_->peer(), error));
+    }
+    report_.remark = brokenOffSentence(connection_->peer());
+    closeDescriptor();
+    return true;
+}
+
+bool StreamLink::failOutOfMemory() noexcept {
+    if (report_.failure.empty()) report_.failure = "out of memory";
+    closeDescriptor();
+    return false;
+}
+
+bool StreamLink::failIfCancelled() {
+    return cancelled_.load() && !fail("cancelled");
+}
+
+// What an observer throws is its own affair.
+void StreamLink::tellProgress() noexcept {
+    try {
+        if (observer_) observer_({report_.offered, report_.accepted});
+    } catch (...) {  // NOLINT(bugprone-empty-catch)
+    }
+}
+
+}  // namespace tavio::links

@@ -1,0 +1,73 @@
+// The calls to the operating system that connections are made of; tests put their own in their
+// place.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <poll.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/types.h>
+#include <termios.h>
+#include <vector>
+
+namespace tavio::links {
+
+// Where connect() is to go.
+struct SocketAddress {
+    sockaddr_storage storage{};
+    socklen_t size = 0;
+};
+
+// Each operation behaves as the system's of that name: -1 with errno set where it fails. The ones
+// here go to the system.
+class SystemCalls {
+  public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    SystemCalls() = default;
+    SystemCalls(const SystemCalls&) = delete;
+    SystemCalls& operator=(const SystemCalls&) = delete;
+    virtual ~SystemCalls() = default;
+
+    // The clock that all deadlines go by.
+    virtual Time now();
+
+    // The descriptor is non-blocking and not inherited by programs that are started.
+    virtual int socket(int domain, int type, int protocol);
+    virtual int connect(int descriptor, const sockaddr* address, socklen_t size);
+    virtual int setsockopt(int descriptor, int level, int name, const void* value, socklen_t size);
+    virtual int getsockopt(int descriptor, int level, int name, void* value, socklen_t* size);
+    virtual ssize_t send(int descriptor, const void* bytes, std::size_t size);  // no SIGPIPE
+    virtual ssize_t recv(int descriptor, void* bytes, std::size_t size);
+    virtual int shutdown(int descriptor, int how);
+
+    // Bytes written that have not been acknowledged (TCP) or have not left (others): SIOCOUTQ,
+    // which is the same number as TIOCOUTQ.
+    virtual int unsentBytes(int descriptor, int* count);
+
+    // The addresses of a host for a stream, in the order in which they are to be tried: 0, or what
+    // getaddrinfo() returns where it fails (EAI_SYSTEM with errno). Takes as long as it likes: it is
+    // called on a thread of its own, which nobody waits for, so what is put in its place has to
+    // outlive the call.
+    virtual int lookUp(const std::string& host, std::uint16_t port,
+                       std::vector<SocketAddress>& addresses);
+
+    // Waits for real descriptors as well as for the caller's own.
+    virtual int poll(pollfd* descriptors, nfds_t count, int milliseconds);
+    virtual int close(int descriptor);
+
+    // Devices. open() is non-blocking, without becoming the controlling terminal, not inherited.
+    virtual int open(const char* path);
+    virtual ssize_t write(int descriptor, const void* bytes, std::size_t size);
+    virtual ssize_t read(int descriptor, void* bytes, std::size_t size);
+    virtual int tcgetattr(int descriptor, termios* attributes);
+    virtual int tcsetattr(int descriptor, int when, const termios* attributes);
+    virtual int tcflush(int descriptor, int queue);
+};
+
+// The system's own, shared by all links.
+SystemCalls& systemCalls();
+
+}  // namespace tavio::links

@@ -1,0 +1,43 @@
+// Connecting to a printer over TCP.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "links/stream_link.h"
+#include "links/tcp_address.h"
+
+namespace tavio::links {
+
+class TcpConnection : public Connection {
+  public:
+    explicit TcpConnection(SystemCalls& calls) : calls_(calls) {}
+
+    int open(const std::string& address, Waiter& waiter, std::string& failure) override;
+
+    // Passes on at most a few thousand bytes.
+    ssize_t send(int descriptor, std::span<const Byte> bytes) override;
+    ssize_t receive(int descriptor, std::span<Byte> bytes) override;
+
+    // Exact while the sending direction has not been ended: the end counts as one byte.
+    std::optional<std::uint64_t> unsent(int descriptor) override;
+    bool isAcknowledged() const override { return true; }
+    bool endSending(int descriptor) override;
+
+    // With `abort`, the connection is reset: what is still unsent never leaves.
+    void close(int descriptor, bool abort) override;
+    std::string peer() const override;
+
+  private:
+    // A descriptor, or -1 with errno.
+    int connectTo(const SocketAddress& address, Waiter& waiter);
+    int finishConnecting(int descriptor, Waiter& waiter);  // 0, or what went wrong
+    void setOptions(int descriptor);
+    std::string cannotBeReached(int error) const;
+
+    SystemCalls& calls_;
+    std::optional<TcpAddress> address_;
+};
+
+}  // namespace tavio::links

@@ -1,0 +1,10 @@
+#include "links/tcp_link.h"
+
+#include "links/tcp_connection.h"
+
+namespace tavio::links {
+
+TcpLink::TcpLink(const Deadlines& deadlines, SystemCalls& calls)
+    : StreamLink(std::make_unique<TcpConnection>(calls), deadlines, calls) {}
+
+}  // namespace tavio::links

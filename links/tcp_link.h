@@ -1,0 +1,20 @@
+// A link to a printer over TCP: WiFi, or any network.
+#pragma once
+
+#include "links/stream_link.h"
+#include "links/system_calls.h"
+
+namespace tavio::links {
+
+// open() takes "HOST", "HOST:PORT", "[IPV6]" or "[IPV6]:PORT" (tcp_address.h). A name with several
+// addresses is tried address by address, which share the time to connect.
+//
+// drain() knows by the acknowledgements of the far end's system. close() drains, ends its side,
+// reads until the printer ends the other, and closes; after a failure it resets the connection, so
+// that nothing that waits unsent goes out later.
+class TcpLink : public StreamLink {
+  public:
+    explicit TcpLink(const Deadlines& deadlines, SystemCalls& calls = systemCalls());
+};
+
+}  // namespace tavio::links

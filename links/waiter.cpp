@@ -1,0 +1,49 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "links/stream_link.h"
+
+namespace tavio::links {
+
+namespace {
+
+// Rounded up: a wait that ends just before its time would have to be begun again and again.
+int millisecondsUntil(SystemCalls::Time until, SystemCalls::Time now) {
+    constexpr std::chrono::milliseconds kMost = std::chrono::hours{24};
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - now);
+    return static_cast<int>(std::clamp(left, std::chrono::milliseconds{0}, kMost).count());
+}
+
+}  // namespace
+
+Waiter::Waiter(SystemCalls& calls, const std::atomic<bool>& cancelled, int wakeUp,
+               SystemCalls::Time deadline)
+    : calls_(calls), cancelled_(cancelled), wakeUp_(wakeUp), deadline_(deadline) {}
+
+Waiter::Result Waiter::wait(int descriptor, short events, short& happened,
+                            std::optional<std::chrono::milliseconds> atMost) {
+    happened = 0;
+    SystemCalls::Time now = calls_.now();
+    const SystemCalls::Time until = atMost ? std::min(deadline_, now + *atMost) : deadline_;
+    for (;;) {
+        if (cancelled_.load()) return Result::kCancelled;
+        std::array<pollfd, 2> watched{{{descriptor, events, 0}, {wakeUp_, POLLIN, 0}}};
+        const int count =
+            calls_.poll(watched.data(), watched.size(), millisecondsUntil(until, now));
+        const int error = errno;
+        if (cancelled_.load()) return Result::kCancelled;
+        if (count < 0 && error != EINTR && error != EAGAIN) {
+            errno = error;
+            return Result::kFailed;
+        }
+        if (count > 0 && watched.front().revents != 0) {
+            happened = watched.front().revents;
+            return Result::kReady;
+        }
+        now = calls_.now();
+        if (now >= until) return Result::kTimeOut;
+    }
+}
+
+}  // namespace tavio::links

@@ -1,0 +1,92 @@
+#include "tavio/progress_line.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <initializer_list>
+#include <string_view>
+
+namespace tavio::tool {
+
+namespace {
+
+constexpr std::string_view kOpening = "sending";
+
+// Samples closer together than this tell nothing more about a rate.
+constexpr std::chrono::milliseconds kBetweenSamples{100};
+
+std::string bar(double share, std::size_t cells) {
+    const auto filled =
+        std::min(cells, static_cast<std::size_t>(share * static_cast<double>(cells)));
+    std::string text = "[";
+    return text.append(filled, '#').append(cells - filled, '-').append("]");
+}
+
+std::string fixed(double value, int decimals) {
+    std::array<char, 32> text{};
+    auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
+                                      std::chars_format::fixed, decimals);
+    return error == std::errc() ? std::string(text.data(), end) : "?";
+}
+
+std::string joined(std::initializer_list<std::string> parts) {
+    std::string line(kOpening);
+    for (const std::string& part : parts) line.append("  ").append(part);
+    return line;
+}
+
+}  // namespace
+
+void ProgressLine::update(Time now, std::uint64_t done, std::uint64_t total) {
+    done_ = std::min(done, total);
+    total_ = total;
+    if (now - samples_.back().time >= kBetweenSamples) samples_.push_back({now, done_});
+    while (samples_.size() > 1 && now - samples_[1].time >= kRateWindow) samples_.pop_front();
+}
+
+double ProgressLine::bytesPerSecond(Time now) const {
+    // Nothing may have been updated for long: the last sample before the window counts.
+    auto base = samples_.begin();
+    while (base + 1 != samples_.end() && now - (base + 1)->time >= kRateWindow) ++base;
+    const std::chrono::duration<double> past = now - base->time;
+    if (past.count() <= 0 || done_ <= base->done) return 0;
+    return static_cast<double>(done_ - base->done) / past.count();
+}
+
+std::string ProgressLine::text(Time now, std::size_t columns) const {
+    constexpr std::size_t kMostCells = 20;
+    constexpr std::size_t kFewestCells = 5;
+    if (total_ == 0) return {};
+    const std::size_t most = columns > 0 ? columns - 1 : 0;  // the last column would wrap
+    const double share = static_cast<double>(done_) / static_cast<double>(total_);
+    const int percent = done_ == total_ ? 100 : std::min(99, static_cast<int>(share * 100));
+
+    std::string numbers = sizeText(static_cast<double>(done_));
+    numbers.append(" of ").append(sizeText(static_cast<double>(total_)));
+    const std::string percentage = std::to_string(percent) + "%";
+    const std::string rate = sizeText(bytesPerSecond(now)) + "/s";
+
+    const std::size_t withEmptyBar = joined({"[]", numbers, percentage, rate}).size();
+    if (most >= withEmptyBar + kFewestCells) {
+        const std::size_t cells = std::min(kMostCells, most - withEmptyBar);
+        return joined({bar(share, cells), numbers, percentage, rate});
+    }
+    for (const std::string& line : {joined({numbers, percentage, rate}),
+                                    joined({numbers, percentage}), joined({percentage})}) {
+        if (line.size() <= most) return line;
+    }
+    return {};
+}
+
+std::string sizeText(double bytes) {
+    constexpr std::array<const char*, 7> kUnits{"B", "kB", "MB", "GB", "TB", "PB", "EB"};
+    std::size_t unit = 0;
+    while (bytes >= 999.5 && unit + 1 < kUnits.size()) {
+        bytes /= 1000;
+        ++unit;
+    }
+    const int decimals = unit > 0 && bytes < 9.95 ? 1 : 0;
+    return fixed(bytes, decimals) + " " + kUnits.at(unit);
+}
+
+}  // namespace tavio::tool

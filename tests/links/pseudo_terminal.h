@@ -1,0 +1,93 @@
+// A serial line for tests: the link opens one end by its path, the test holds the printer's.
+#pragma once
+
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <string>
+#include <termios.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace tavio::links::test {
+
+class PseudoTerminal {
+  public:
+    PseudoTerminal() : printer_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)) {
+        if (printer_ < 0 || ::grantpt(printer_) != 0 || ::unlockpt(printer_) != 0) return;
+        std::string name(256, '\0');
+        if (::ptsname_r(printer_, name.data(), name.size()) != 0) return;
+        path_ = name.c_str();
+        // Keeps the settings and what is pending while no link has the device open.
+        device_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    }
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    ~PseudoTerminal() {
+        hangUp();
+        if (device_ >= 0) ::close(device_);
+    }
+
+    bool exists() const { return device_ >= 0; }
+    const std::string& path() const { return path_; }
+
+    termios settings() const {
+        termios settings{};
+        EXPECT_EQ(::tcgetattr(device_, &settings), 0);
+        return settings;
+    }
+    void set(const termios& settings) const {
+        EXPECT_EQ(::tcsetattr(device_, TCSANOW, &settings), 0);
+    }
+
+    // What the printer gets, waited for; "" when nothing comes.
+    std::string take(std::size_t atMost) const {
+        std::string bytes(atMost, '\0');
+        if (!waitFor(printer_, POLLIN)) return {};
+        const ssize_t count = ::read(printer_, bytes.data(), bytes.size());
+        bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+        return bytes;
+    }
+    std::string takeAll(std::size_t size) const {
+        std::string bytes;
+        while (bytes.size() < size) {
+            const std::string more = take(size - bytes.size());
+            if (more.empty()) break;
+            bytes += more;
+        }
+        return bytes;
+    }
+    bool hasNothing() const {
+        pollfd watched{printer_, POLLIN, 0};
+        return ::poll(&watched, 1, 0) == 0;
+    }
+
+    // As much of it as the line holds; how many bytes.
+    std::size_t say(std::string_view text) const {
+        if (!waitFor(printer_, POLLOUT)) return 0;
+        const ssize_t count = ::write(printer_, text.data(), text.size());
+        return count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+
+    // Until what was said has come to the device.
+    bool awaitInput() const { return waitFor(device_, POLLIN); }
+
+    void hangUp() {
+        if (printer_ >= 0) ::close(printer_);
+        printer_ = -1;
+    }
+
+  private:
+    // Far longer than any machine needs.
+    static bool waitFor(int descriptor, short events) {
+        pollfd watched{descriptor, events, 0};
+        return ::poll(&watched, 1, 60'000) == 1;
+    }
+
+    int printer_;
+    int device_ = -1;
+    std::string path_;
+};
+
+}  // namespace tavio::links::test
