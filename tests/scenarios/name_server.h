@@ -1,0 +1,42 @@
+// Who knows the addresses of names.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+#include "links/system_calls.h"
+
+namespace tavio::scenarios {
+
+enum class NameAnswer : std::uint8_t { kUnknown, kOneAddress, kTwoAddresses, kNone };
+
+// The one thing here with more than one thread: names are looked up on a thread of the link's.
+class NameServer {
+  public:
+    explicit NameServer(NameAnswer answer) : answer_(answer) {}
+    NameServer(const NameServer&) = delete;
+    NameServer& operator=(const NameServer&) = delete;
+
+    // Sends home whoever still waits for an answer.
+    ~NameServer();
+
+    // As links::SystemCalls. With kNone it takes until the destructor.
+    int lookUp(std::vector<links::SocketAddress>& addresses);
+
+    // Waits until somebody has asked.
+    void awaitQuestion();
+
+    bool answers() const { return answer_ != NameAnswer::kNone; }
+
+  private:
+    NameAnswer answer_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool asked_ = false;
+    bool closing_ = false;
+    unsigned inside_ = 0;
+};
+
+}  // namespace tavio::scenarios
