@@ -121,6 +121,16 @@ TEST_F(WebServers, SendsPictureBytesAndCommandsOfATicket) {
         std::string::npos);
 }
 
+TEST_F(WebServers, SendsLargeFilesWhole) {
+    std::string job;
+    while (job.size() < (std::size_t{8} << 20U)) job += "<P" + std::to_string(job.size()) + ">";
+    job += "<p>";
+    store.add(printed(job));
+    const auto bytes = client().Get("/tickets/1.bin");
+    ASSERT_TRUE(bytes);
+    EXPECT_TRUE(bytes->body == job);
+}
+
 TEST_F(WebServers, SaysWhatIsNotThere) {
     store.add(printed("<p>"));
     auto http = client();
