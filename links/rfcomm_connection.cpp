@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <poll.h>
 #include <sys/socket.h>
 #include <system_error>
@@ -29,6 +30,9 @@ constexpr milliseconds kPause{200};
 // Calls that the kernel does not block take microseconds.
 constexpr milliseconds kLongestClose{300};
 constexpr milliseconds kLook{50};
+
+// In the place of an error: the kernel blocks the call.
+constexpr int kBlocked = -1;
 
 std::string noSocketSentence(int error) {
     switch (error) {
@@ -56,7 +60,7 @@ std::string reasonText(int error) {
             return "it refuses; is it in use, or its serial port on another channel?";
         case EBUSY:
             return "another connection to it is open, or still being ended";
-        case EDEADLK:
+        case kBlocked:
             return "the kernel is still busy with an earlier connection that fell silent";
         case EACCES:
         case EPERM:
@@ -140,7 +144,7 @@ int RfcommConnection::connect(int descriptor, Waiter& waiter) {
     // Without it the kernel's own size holds, and everything works all the same.
     calls_.setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
     int error = beginConnecting(descriptor, waiter);
-    if (error == EDEADLK) return error;  // it closes the socket later
+    if (error == kBlocked) return error;  // it closes the socket when it returns
     // An interrupted connect goes on by itself, like one that is in progress.
     if (error == EINPROGRESS || error == EINTR) error = finishConnecting(descriptor, waiter);
     if (error != 0) {
@@ -152,7 +156,6 @@ int RfcommConnection::connect(int descriptor, Waiter& waiter) {
     return 0;
 }
 
-// EDEADLK where the kernel blocks the call.
 int RfcommConnection::beginConnecting(int descriptor, Waiter& waiter) {
     const auto attempt = std::make_shared<Attempt>();
     Aside aside([attempt, descriptor, &calls = calls_, to = toSocketAddress(*address_)] {
@@ -165,7 +168,7 @@ int RfcommConnection::beginConnecting(int descriptor, Waiter& waiter) {
         const auto result = waiter.wait(-1, 0, happened, milliseconds{0});
         const bool isInTime = std::chrono::steady_clock::now() - begin < limit;
         if (result == Waiter::Result::kTimeOut && isInTime) continue;
-        if (attempt->giveUp()) return EDEADLK;
+        if (attempt->giveUp()) return kBlocked;
         break;
     }
     return attempt->error;
@@ -209,8 +212,12 @@ std::optional<std::uint64_t> RfcommConnection::unsent(int descriptor) {
 }
 
 void RfcommConnection::close(int descriptor, bool /*abort*/) {
-    Aside aside([descriptor, &calls = calls_] { calls.close(descriptor); });
-    aside.isDoneWithin(kLongestClose);
+    try {
+        Aside aside([descriptor, &calls = calls_] { calls.close(descriptor); });
+        aside.isDoneWithin(kLongestClose);
+    } catch (const std::bad_alloc&) {
+        calls_.close(descriptor);
+    }
 }
 
 }  // namespace tavio::links

@@ -26,13 +26,8 @@ using virtual_printer::Ticket;
 constexpr std::size_t kEachAtTheEnds = 2'000;
 constexpr std::size_t kOverTheNetwork = 100;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t kRandomPlaces = 100;
-constexpr std::size_t kStep = 20;  // of the places at the ends, one of so many
-#else
-constexpr std::size_t kRandomPlaces = 2'000;
-constexpr std::size_t kStep = 1;
-#endif
+constexpr std::size_t kRandomPlaces = TAVIO_SANITIZED ? 100 : 2'000;
+constexpr std::size_t kStep = TAVIO_SANITIZED ? 20 : 1;  // of the places at the ends
 
 std::uint64_t seedOfPlaces() {
     static const std::uint64_t seed = [] {

@@ -8,7 +8,7 @@
 
 namespace tavio::scenarios {
 
-// Everything that is wrong with a trial, one sentence each:
+// Everything that is wrong with a plan that was carried out, one sentence each:
 //
 // - "nothing sent" of which a byte arrived; "partly sent" that counts bytes that did not arrive, or
 //   of a job that was acknowledged in full; "sent" or "answered" of a job that did not arrive in

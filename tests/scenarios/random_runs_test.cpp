@@ -13,11 +13,7 @@
 namespace tavio::scenarios {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::uint64_t kRuns = 1'000;
-#else
-constexpr std::uint64_t kRuns = 10'000;
-#endif
+constexpr std::uint64_t kRuns = TAVIO_SANITIZED ? 2'000 : 10'000;
 
 constexpr std::uint64_t kFixedSeed = 20'240'607;
 
@@ -26,7 +22,7 @@ std::uint64_t fromEnvironment(const char* name, std::uint64_t otherwise) {
     return value == nullptr ? otherwise : std::strtoull(value, nullptr, 10);
 }
 
-// What went wrong in the trial of a seed, with everything that is known of it; "" if nothing did.
+// What went wrong with the plan of a seed, with everything that is known of it; "" if nothing did.
 std::string accountOf(std::uint64_t seed) {
     const Plan plan = randomPlan(seed);
     Trial trial(plan);

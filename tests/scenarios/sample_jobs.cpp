@@ -31,7 +31,7 @@ Bytes graphics(int row, int column, std::size_t count, unsigned which) {
     append(stream, std::to_string(count));
     append(stream, ">");
     for (std::size_t i = 0; i < count; ++i) {
-        stream.push_back(static_cast<Byte>((which * 37 + i * i * 11 + i) % 255 + 1));
+        stream.push_back(static_cast<Byte>((std::size_t{which} * 37 + i * i * 11 + i) % 255 + 1));
     }
     return stream;
 }

@@ -80,7 +80,7 @@ struct Trial {
 // Carries a plan out, and lets everything arrive that is still under way.
 void carryOut(const Plan& plan, Trial& trial);
 
-// Everything that is known of a trial, for whom a test fails.
+// Everything that is known of how it went, for whom a test fails.
 std::string describe(const Plan& plan, const Trial& trial);
 
 const char* nameOf(CallKind kind);

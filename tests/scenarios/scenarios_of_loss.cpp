@@ -67,7 +67,7 @@ std::vector<NamedScenario> scenariosOfLoss() {
                             {12, aLookAfter(34'800), aLookAfter(34'800)}))},
         {"LinkLostForLessThanTheDeadlineLosesNothing",
          slowJob({lose(seconds(5)), restore(seconds(20))}),
-         sent(100'000, 10, {12, aLookAfter(33'000), {34'500, 34'800}})},
+         sent(100'000, 10, {12, {33'000, 34'000}, {34'500, 35'200}})},
         {"LinkBackAfterTheDeadlineBringsNothingMore",
          slowJob({lose(seconds(5)), restore(seconds(60))}),
          printed(4, 4,

@@ -48,6 +48,13 @@ Plan answeredDuringTheWrite() {
     return plan;
 }
 
+// The reply has been read when the job goes on.
+Plan answeredBeforeTheEnd() {
+    Plan plan = reading(withReply(ticketJob(1, 1'000), "ready", milliseconds(0)));
+    plan.calls.insert(plan.calls.end() - 1, write(bytesOf("<RC0,0>")));
+    return plan;
+}
+
 Plan endsSendingAfter(std::uint64_t bytes) {
     Plan plan = usualPlan(ticketJob(4, 10'000));
     plan.network.path.bytesPerSecond = 20'000;
@@ -83,6 +90,12 @@ std::vector<NamedScenario> scenariosOfReplies() {
         {"ReplyDuringTheWriteIsNoAnswer", answeredDuringTheWrite(),
          [&] {
              Expected expected = sent(longJobSize, 1, {12, aLookAfter(2'500), 4'140});
+             expected.reply = "ready";
+             return expected;
+         }()},
+        {"ReplyBeforeTheLastByteIsNoAnswer", answeredBeforeTheEnd(),
+         [] {
+             Expected expected = sent(1'007, 1, {4, 4, 208, 208, 212});
              expected.reply = "ready";
              return expected;
          }()},

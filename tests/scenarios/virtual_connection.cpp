@@ -53,8 +53,9 @@ void VirtualConnection::connectionAnswered(int error) {
     error_ = error;
 }
 
+// What one call of send() brought is kept until all of it is acknowledged.
 std::size_t VirtualConnection::freeHere() const {
-    const std::uint64_t kept = truth_.accepted - truth_.acknowledged;
+    const std::uint64_t kept = truth_.accepted - freed_;
     return kept >= sendBuffer_ ? 0 : sendBuffer_ - static_cast<std::size_t>(kept);
 }
 
@@ -67,6 +68,7 @@ ssize_t VirtualConnection::send(std::span<const Byte> bytes) {
     stream_.insert(stream_.end(), bytes.begin(),
                    bytes.begin() + static_cast<std::ptrdiff_t>(count));
     truth_.accepted += count;
+    sends_.push_back(truth_.accepted);
     truth_.lastProgress = events_.now();
     pump();
     return static_cast<ssize_t>(count);
@@ -173,6 +175,7 @@ void VirtualConnection::acknowledgementArrives(std::uint64_t upTo, std::uint64_t
         truth_.acknowledged = upTo;
         truth_.lastProgress = events_.now();
     }
+    for (; !sends_.empty() && sends_.front() <= upTo; sends_.pop_front()) freed_ = sends_.front();
     edge_ = std::max(edge_, edge);
     endAcknowledged_ = endAcknowledged_ || withEnd;
     pump();

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <span>
@@ -118,6 +119,8 @@ class VirtualConnection {
     bool abortOnClose_ = false;
     bool closed_ = false;
     Bytes stream_;
+    std::deque<std::uint64_t> sends_;  // the end of each that is not acknowledged in full
+    std::uint64_t freed_ = 0;          // bytes that this end's system keeps no more
     std::uint64_t sent_ = 0;
     std::uint64_t edge_;   // the far end has room up to here, as far as is known
     bool ending_ = false;  // the end is to follow the last byte

@@ -5,9 +5,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <functional>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -93,7 +95,7 @@ class SystemEnds : public Ends {
         const bool isClosed = there_ < 0;
         if (!isClosed && calls_.hasSent()) awaitEvents(there_, POLLIN);
         if (isClosed && calls_.hasSent()) awaitEvents(here_, 0);
-        if (hasActed_) awaitEvents(here_, POLLIN);
+        if (std::exchange(hasActed_, false)) awaitEvents(here_, POLLIN);
     }
 
   private:
