@@ -50,16 +50,10 @@ void refuseOverwriting(const InputFile& file, const std::string& path, const std
     }
 }
 
-// A job that cannot be read to its end must not end like one that is complete.
-void sendPieces(InputFile& file, links::Link& link) {
-    try {
-        for (auto bytes = file.next(); !bytes.empty(); bytes = file.next()) {
-            SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
-            if (!link.failure().empty()) return;
-        }
-    } catch (...) {
-        link.cancel();
-        throw;
+void sendPieces(InputFile& file, const links::Link& link) {
+    for (auto bytes = file.next(); !bytes.empty(); bytes = file.next()) {
+        SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+        if (!link.failure().empty()) return;
     }
 }
 

@@ -23,16 +23,6 @@ class Client {
     void read() { received_ += links::test::receiveAll(connection_); }
     void read(std::size_t size) { received_ += links::test::receiveExactly(connection_, size); }
 
-    // Reads nothing that is kept; false when the client does not end its side but resets the
-    // connection.
-    bool endsInOrder() const {
-        char byte = 0;
-        ssize_t count = 0;
-        do count = ::recv(connection_, &byte, 1, 0);
-        while (count > 0);
-        return count == 0;
-    }
-
     void send(const std::string& text) const {
         EXPECT_TRUE(links::test::sendAll(connection_, text));
     }
