@@ -30,6 +30,7 @@ Deadlines patient() {
 
 Deadlines hasty() {
     Deadlines deadlines = patient();
+    deadlines.connect = seconds(5);
     deadlines.progress = seconds(5);
     return deadlines;
 }
@@ -127,7 +128,8 @@ TEST_F(RfcommRadio, NoticesAPrinterThatHangsUp) {
     EXPECT_EQ(outcomeOf(link.report()), Outcome::kPartlySent);
 }
 
-// The radio falls silent: no error comes, and only the deadline tells.
+// The radio falls silent: no error comes, and only the deadline tells. The kernel, which waits for
+// more than a minute, blocks close() and connect() that long, but not the link.
 TEST_F(RfcommRadio, GivesUpOnAPrinterThatIsOutOfReach) {
     RfcommPrinter printer(address);
     RfcommLink link(toText(address), hasty());
@@ -136,10 +138,17 @@ TEST_F(RfcommRadio, GivesUpOnAPrinterThatIsOutOfReach) {
     ASSERT_TRUE(link.write(bytesOf("<P1>"))) << link.failure();
     EXPECT_EQ(printer.take(4), "<P1>");
     ASSERT_EQ(::kill(*test::emulator(), SIGSTOP), 0);
+    const auto begin = std::chrono::steady_clock::now();
     EXPECT_FALSE(link.write(bytesOf(std::string(1'000'000, 'x'))));
     EXPECT_NE(link.failure().find("took no byte for 5 s"), std::string::npos) << link.failure();
     link.close();
     EXPECT_EQ(outcomeOf(link.report()), Outcome::kPartlySent);
+
+    RfcommLink next(toText(address), hasty());
+    EXPECT_FALSE(next.open(""));
+    EXPECT_NE(next.failure().find("an earlier connection that fell silent"), std::string::npos)
+        << next.failure();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(40));
     EXPECT_EQ(::kill(*test::emulator(), SIGCONT), 0);
 }
 

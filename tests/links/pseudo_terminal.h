@@ -1,6 +1,7 @@
 // A serial line for tests: the link opens one end by its path, the test holds the printer's.
 #pragma once
 
+#include <array>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdlib.h>
@@ -16,9 +17,9 @@ class PseudoTerminal {
   public:
     PseudoTerminal() : printer_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)) {
         if (printer_ < 0 || ::grantpt(printer_) != 0 || ::unlockpt(printer_) != 0) return;
-        std::string name(256, '\0');
+        std::array<char, 256> name{};
         if (::ptsname_r(printer_, name.data(), name.size()) != 0) return;
-        path_ = name.c_str();
+        path_ = name.data();
         // Keeps the settings and what is pending while no link has the device open.
         device_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
     }

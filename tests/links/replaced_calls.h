@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <condition_variable>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -28,7 +30,12 @@ class ReplacedCalls : public SystemCalls {
         failures_[name] = {error, after, times};
     }
 
-    std::size_t openDescriptors() const { return descriptors_.size(); }
+    // Also after they were closed on other threads, which it waits for.
+    std::size_t openDescriptors() {
+        std::unique_lock lock(mutex_);
+        closed_.wait_for(lock, std::chrono::seconds(20), [&] { return descriptors_.empty(); });
+        return descriptors_.size();
+    }
 
     Time now() override { return time_; }
     void advance(std::chrono::milliseconds time) { time_ += time; }
@@ -40,8 +47,11 @@ class ReplacedCalls : public SystemCalls {
         return fails("open") ? -1 : opened(SystemCalls::open(path));
     }
     int close(int descriptor) override {
+        const int result = SystemCalls::close(descriptor);
+        const std::lock_guard lock(mutex_);
         EXPECT_EQ(descriptors_.erase(descriptor), 1U) << "closed twice, or never opened";
-        return SystemCalls::close(descriptor);
+        closed_.notify_all();
+        return result;
     }
 
     int connect(int descriptor, const sockaddr* address, socklen_t size) override {
@@ -124,12 +134,15 @@ class ReplacedCalls : public SystemCalls {
     };
 
     int opened(int descriptor) {
+        const std::lock_guard lock(mutex_);
         if (descriptor >= 0) descriptors_.insert(descriptor);
         return descriptor;
     }
 
     Time time_ = Time(std::chrono::hours(1));
     std::map<std::string, Failure> failures_;
+    std::mutex mutex_;
+    std::condition_variable closed_;
     std::set<int> descriptors_;
 };
 

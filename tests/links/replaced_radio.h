@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <fcntl.h>
 #include <string>
 #include <sys/socket.h>
@@ -21,6 +22,9 @@ class ReplacedRadio : public ReplacedCalls {
     // What connect() says at once (0: connected), and what SO_ERROR does later.
     int connectError = 0;
     int lateError = 0;
+
+    // Instead, what it says the first times.
+    std::deque<int> firstErrors;
 
     // The socket does not become writable, as while it is connecting.
     bool isStuck = false;
@@ -57,9 +61,13 @@ class ReplacedRadio : public ReplacedCalls {
     int connect(int descriptor, const sockaddr* to, socklen_t size) override {
         address.assign(reinterpret_cast<const char*>(to), size);
         if (isStuck) fill(descriptor);
-        if (connectError == 0) return 0;
-        errno = connectError;
-        return -1;
+        int error = connectError;
+        if (!firstErrors.empty()) {
+            error = firstErrors.front();
+            firstErrors.pop_front();
+        }
+        errno = error;
+        return error == 0 ? 0 : -1;
     }
     int setsockopt(int descriptor, int level, int name, const void* value,
                    socklen_t size) override {

@@ -1,5 +1,7 @@
 #include "links/rfcomm_link.h"
 
+#include <atomic>
+#include <future>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -16,6 +18,10 @@ const std::string kName = "the printer at 00:1A:7D:DA:71:F3/3";
 
 std::span<const Byte> bytesOf(const std::string& text) {
     return {reinterpret_cast<const Byte*>(text.data()), text.size()};
+}
+
+std::string cannotBeReached(const std::string& reason) {
+    return std::string(kName).append(" cannot be reached: ").append(reason);
 }
 
 std::string randomBytes(std::size_t size, std::mt19937& random) {
@@ -130,7 +136,7 @@ TEST(RfcommLink, TellsWhyThePrinterIsNotReached) {
         SCOPED_TRACE(error);
         ReplacedRadio radio;
         radio.connectError = error;
-        expectRefusal(radio, kName + " cannot be reached: " + reason);
+        expectRefusal(radio, cannotBeReached(reason));
     }
 }
 
@@ -141,7 +147,7 @@ TEST(RfcommLink, TellsWhyThePrinterIsNotReachedAfterAWhile) {
             ReplacedRadio radio;
             radio.connectError = first;
             radio.lateError = error;
-            expectRefusal(radio, kName + " cannot be reached: " + reason);
+            expectRefusal(radio, cannotBeReached(reason));
         }
     }
 }
@@ -203,6 +209,125 @@ TEST(RfcommLink, StopsConnectingWhenItIsCancelled) {
     EXPECT_FALSE(link.open(""));
     EXPECT_EQ(radio.now(), begin);
     EXPECT_NE(link.failure(), "");
+    EXPECT_EQ(radio.openDescriptors(), 0U);
+}
+
+TEST(RfcommLink, TriesAgainWhileAnEarlierConnectionIsBeingEnded) {
+    ReplacedRadio radio;
+    radio.firstErrors = {EBUSY, ECONNRESET, ECONNABORTED, ENOTCONN};
+    const auto begin = radio.now();
+    RfcommLink link(kPrinter, Deadlines{}, radio);
+    ASSERT_TRUE(link.open("")) << link.failure();
+    EXPECT_EQ(radio.made["socket"], 5);
+    EXPECT_GT(radio.now(), begin);
+    EXPECT_EQ(link.failure(), "");
+    ASSERT_TRUE(link.write(bytesOf("<p>"))) << link.failure();
+    EXPECT_EQ(radio.take(100), "<p>");
+    link.close();
+    EXPECT_EQ(radio.openDescriptors(), 0U);
+}
+
+TEST(RfcommLink, TriesAFewTimesOnlyAndOnlyWhereItMayHelp) {
+    for (const auto& [error, reason] : refusals()) {
+        SCOPED_TRACE(error);
+        const bool mayHelp = reason.find("connection") != std::string::npos;
+        ReplacedRadio radio;
+        radio.connectError = error;
+        RfcommLink link(kPrinter, Deadlines{}, radio);
+        EXPECT_FALSE(link.open(""));
+        EXPECT_EQ(radio.made["socket"], mayHelp ? 5 : 1);
+    }
+}
+
+TEST(RfcommLink, TriesNoLongerThanItMayConnect) {
+    ReplacedRadio radio;
+    radio.connectError = EBUSY;
+    Deadlines deadlines;
+    deadlines.connect = std::chrono::milliseconds(300);
+    const auto begin = radio.now();
+    RfcommLink link(kPrinter, deadlines, radio);
+    EXPECT_FALSE(link.open(""));
+    EXPECT_LE(radio.now() - begin, deadlines.connect);
+    EXPECT_EQ(radio.made["socket"], 2) << "at once and after 200 ms, but not at the deadline";
+    EXPECT_NE(link.failure().find("another connection to it is open"), std::string::npos)
+        << link.failure();
+}
+
+TEST(RfcommLink, StopsTryingWhenItIsCancelled) {
+    ReplacedRadio radio;
+    radio.connectError = EBUSY;
+    RfcommLink link(kPrinter, Deadlines{}, radio);
+    radio.onPoll = [&] { link.cancel(); };
+    EXPECT_FALSE(link.open(""));
+    EXPECT_EQ(link.failure(), "cancelled");
+    EXPECT_EQ(radio.made["socket"], 1);
+}
+
+// The kernel blocks connect() and close() while another connection is silent.
+class BlockingRadio : public ReplacedRadio {
+  public:
+    std::atomic<bool> blocksConnect{false};
+    std::atomic<bool> blocksClose{false};
+
+    void letGo() { gate_.set_value(); }
+    int connect(int descriptor, const sockaddr* to, socklen_t size) override {
+        if (blocksConnect) opened_.wait();
+        return ReplacedRadio::connect(descriptor, to, size);
+    }
+    int close(int descriptor) override {
+        if (blocksClose) opened_.wait();
+        return ReplacedRadio::close(descriptor);
+    }
+
+  private:
+    std::promise<void> gate_;
+    std::shared_future<void> opened_ = gate_.get_future().share();
+};
+
+TEST(RfcommLink, DoesNotWaitForACloseThatTheKernelBlocks) {
+    BlockingRadio radio;
+    {
+        RfcommLink link(kPrinter, Deadlines{}, radio);
+        ASSERT_TRUE(link.open("")) << link.failure();
+        ASSERT_TRUE(link.write(bytesOf("<p>"))) << link.failure();
+        EXPECT_EQ(radio.take(100), "<p>");
+        radio.blocksClose = true;
+        link.close();
+        EXPECT_EQ(outcomeOf(link.report()), Outcome::kSentUnconfirmed);
+    }
+    radio.letGo();
+    EXPECT_EQ(radio.openDescriptors(), 0U);
+}
+
+TEST(RfcommLink, GivesUpAConnectThatTheKernelBlocks) {
+    BlockingRadio radio;
+    radio.blocksConnect = true;
+    {
+        Deadlines deadlines;
+        deadlines.connect = std::chrono::milliseconds(100);
+        RfcommLink link(kPrinter, deadlines, radio);
+        EXPECT_FALSE(link.open(""));
+        EXPECT_EQ(link.failure(),
+                  kName +
+                      " cannot be reached: "
+                      "the kernel is still busy with an earlier connection that fell silent");
+    }
+    radio.letGo();
+    EXPECT_EQ(radio.openDescriptors(), 0U);
+}
+
+TEST(RfcommLink, GivesUpABlockedConnectWhenItIsCancelled) {
+    BlockingRadio radio;
+    radio.blocksConnect = true;
+    {
+        Deadlines deadlines;
+        deadlines.connect = std::chrono::hours(1);
+        RfcommLink link(kPrinter, deadlines, radio);
+        radio.onPoll = [&] { link.cancel(); };
+        EXPECT_FALSE(link.open(""));
+        EXPECT_EQ(link.failure(), "cancelled");
+    }
+    radio.letGo();
     EXPECT_EQ(radio.openDescriptors(), 0U);
 }
 

@@ -1,6 +1,8 @@
 // A network of the test's own that is as slow as a serial line.
 #pragma once
 
+#include <cstddef>
+
 namespace tavio::links::test {
 
 // Moves this process, which must have one thread only, into a network of its own whose only
@@ -9,6 +11,6 @@ namespace tavio::links::test {
 bool enterSlowNetwork();
 
 // The most bytes, headers included, that pass at full speed before it becomes slow.
-inline constexpr unsigned kBurst = 1540;
+inline constexpr std::size_t kBurst = 1540;
 
 }  // namespace tavio::links::test
