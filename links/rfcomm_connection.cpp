@@ -6,12 +6,12 @@
 #include <memory>
 #include <mutex>
 #include <new>
-#include <poll.h>
 #include <sys/socket.h>
 #include <system_error>
 #include <utility>
 
 #include "links/aside.h"
+#include "links/connecting.h"
 #include "links/rfcomm_socket.h"
 
 namespace tavio::links {
@@ -172,25 +172,6 @@ int RfcommConnection::beginConnecting(int descriptor, Waiter& waiter) {
         break;
     }
     return attempt->error;
-}
-
-int RfcommConnection::finishConnecting(int descriptor, Waiter& waiter) {
-    short happened = 0;
-    switch (waiter.wait(descriptor, POLLOUT, happened)) {
-        case Waiter::Result::kReady:
-            break;
-        case Waiter::Result::kTimeOut:
-            return ETIMEDOUT;
-        case Waiter::Result::kCancelled:
-            return ECANCELED;
-        case Waiter::Result::kFailed:
-            return errno;
-    }
-    int error = 0;
-    socklen_t size = sizeof error;
-    if (calls_.getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
-    if (error == 0 && (happened & (POLLERR | POLLHUP | POLLNVAL)) != 0) return ECONNABORTED;
-    return error;
 }
 
 std::string RfcommConnection::reasonFor(int error) const {

@@ -44,7 +44,6 @@ class RfcommConnection : public Connection {
     // Each: 0 or an error, after which the socket is closed.
     int connect(int descriptor, Waiter& waiter);
     int beginConnecting(int descriptor, Waiter& waiter);
-    int finishConnecting(int descriptor, Waiter& waiter);
 
     std::string reasonFor(int error) const;
 

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "links/address_lookup.h"
+#include "links/connecting.h"
 
 namespace tavio::links {
 
@@ -81,25 +82,6 @@ void TcpConnection::setOptions(int descriptor) {
     const int on = 1;
     calls_.setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
     calls_.setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-}
-
-int TcpConnection::finishConnecting(int descriptor, Waiter& waiter) {
-    short happened = 0;
-    switch (waiter.wait(descriptor, POLLOUT, happened)) {
-        case Waiter::Result::kReady:
-            break;
-        case Waiter::Result::kTimeOut:
-            return ETIMEDOUT;
-        case Waiter::Result::kCancelled:
-            return ECANCELED;
-        case Waiter::Result::kFailed:
-            return errno;
-    }
-    int error = 0;
-    socklen_t size = sizeof error;
-    if (calls_.getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
-    if (error == 0 && (happened & (POLLERR | POLLHUP | POLLNVAL)) != 0) return ECONNABORTED;
-    return error;
 }
 
 ssize_t TcpConnection::send(int descriptor, std::span<const Byte> bytes) {

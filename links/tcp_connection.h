@@ -32,7 +32,6 @@ class TcpConnection : public Connection {
   private:
     // A descriptor, or -1 with errno.
     int connectTo(const SocketAddress& address, Waiter& waiter);
-    int finishConnecting(int descriptor, Waiter& waiter);  // 0, or what went wrong
     void setOptions(int descriptor);
     std::string cannotBeReached(int error) const;
 

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
+#include "command-line/printable.h"
 #include "tavio/destination.h"
 #include "tavio/document.h"
 #include "tavio/failure.h"
@@ -68,7 +69,7 @@ void sendRaw(const Options& options, Console& console) {
 void showStatus(const Options& options, Console& console) {
     const std::string reply = readReply(options, console);
     console.clear();
-    std::cout << printable(reply) << '\n';
+    std::cout << command_line::printable(reply) << '\n';
     flushStandardOutput();
 }
 

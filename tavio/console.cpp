@@ -8,6 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "command-line/printable.h"
 #include "tavio/failure.h"
 
 namespace tavio::tool {
@@ -94,7 +95,7 @@ void Console::clear() {
 void Console::line(std::string_view opening, std::string_view text) {
     std::lock_guard lock(outputMutex_);
     wipe();
-    write_(std::string(opening) + printable(text) + "\n");
+    write_(std::string(opening) + command_line::printable(text) + "\n");
     show();
 }
 
@@ -128,19 +129,6 @@ void Console::show() {
 
 namespace {
 
-unsigned char codeAt(std::string_view text, std::size_t index) {
-    return index < text.size() ? static_cast<unsigned char>(text[index]) : '\0';
-}
-
-// The number of bytes of the control character at the index; 0 where there is none. In UTF-8 those
-// of U+0080 to U+009F, which also steer terminals, have two bytes.
-std::size_t controlSize(std::string_view text, std::size_t index) {
-    const unsigned char code = codeAt(text, index);
-    if (code < 0x20 || code == 0x7F) return 1;
-    const unsigned char second = codeAt(text, index + 1);
-    return code == 0xC2 && second >= 0x80 && second <= 0x9F ? 2 : 0;
-}
-
 bool readerOfStandardOutputIsGone() {
     pollfd output{STDOUT_FILENO, POLLOUT, 0};
     return ::poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
@@ -154,23 +142,6 @@ std::size_t columnsOfStandardError() {
 }
 
 }  // namespace
-
-std::string printable(std::string_view text) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string result;
-    std::size_t toShow = 0;  // bytes of a control character that are not shown yet
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        if (toShow == 0) toShow = controlSize(text, index);
-        if (toShow == 0) {
-            result += text[index];
-            continue;
-        }
-        const unsigned char code = codeAt(text, index);
-        result += {'\\', 'x', kDigits[code >> 4], kDigits[code & 15]};
-        --toShow;
-    }
-    return result;
-}
 
 std::optional<Display> terminalDisplay() {
     if (::isatty(STDERR_FILENO) != 1) return std::nullopt;

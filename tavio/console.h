@@ -93,11 +93,6 @@ class Console {
     std::thread drawing_;  // not running where nothing is shown
 };
 
-// The text with control characters, those of U+0080 to U+009F included, made visible ("\x1B",
-// "\xC2\x9B"), so that a file name or a document's text cannot steer the terminal that it is shown
-// on.
-std::string printable(std::string_view text);
-
 // What to show on standard error: none where it is no terminal.
 std::optional<Display> terminalDisplay();
 bool standardOutputIsTerminal();

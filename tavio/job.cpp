@@ -7,6 +7,7 @@
 #include <string>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
+#include "command-line/printable.h"
 #include "links/transport_operations.h"
 #include "tavio/failure.h"
 #include "tavio/interrupts.h"
@@ -130,7 +131,8 @@ void tellOutcome(const links::LinkReport& report, Console& console) {
     console.clear();
     if (!report.remark.empty()) console.warn(report.remark);
     std::cout << links::describe(report) << '\n';
-    if (report.reply) std::cout << "the printer says: " << printable(*report.reply) << '\n';
+    if (report.reply)
+        std::cout << "the printer says: " << command_line::printable(*report.reply) << '\n';
     flushStandardOutput();
 }
 

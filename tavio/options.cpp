@@ -1,7 +1,6 @@
 #include "tavio/options.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstddef>
 #include <system_error>
@@ -10,19 +9,18 @@
 #include <CLI/CLI.hpp>
 
 #include "TavioIpadSDK/platform/text.h"
-#include "TavioIpadSDK/settings/stock_table.h"
+#include "command-line/printable.h"
+#include "command-line/ticket_options.h"
 #include "tavio/console.h"
 
 namespace tavio::tool {
 
 namespace {
 
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) ==
-               std::tolower(static_cast<unsigned char>(b));
-    });
-}
+using command_line::asOrientation;
+using command_line::asResolution;
+using command_line::asStock;
+using command_line::printable;
 
 // Checks of option values; each rewrites the value into the form that is converted afterwards, and
 // answers with "" or with what is wrong.
@@ -32,25 +30,6 @@ std::string asNumber(std::string& text) {
     if (!number) return "\"" + text + "\" is not a whole number of 32 bits";
     text = std::to_string(*number);
     return {};
-}
-
-std::string asResolution(std::string& text) {
-    if (text == "200" || text == "300" || text == "600") return {};
-    return "\"" + text + "\" is none of the resolutions 200, 300 and 600";
-}
-
-std::string asStock(std::string& text) {
-    auto index = parseStock(text);
-    if (!index) {
-        return "\"" + text + "\" is no stock: give 0 to 8, concert, cinema, creditcard or receipt";
-    }
-    text = std::to_string(*index);
-    return {};
-}
-
-std::string asOrientation(std::string& text) {
-    if (text == "landscape" || text == "portrait") return {};
-    return "\"" + text + "\" is no orientation: give landscape or portrait";
 }
 
 std::string asTarget(std::string& text) {
@@ -328,15 +307,6 @@ std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
     if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
     if (!(seconds > 0 && seconds <= kMost)) return std::nullopt;
     return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
-}
-
-std::optional<std::int32_t> parseStock(std::string_view text) {
-    for (std::size_t index = 0; index < settings::kStocks.size(); ++index) {
-        std::string_view name = settings::kStocks[index].name;
-        bool named = !name.empty() && equalIgnoringCase(text, name);
-        if (named || text == std::to_string(index)) return static_cast<std::int32_t>(index);
-    }
-    return std::nullopt;
 }
 
 std::variant<Options, int> parseCommandLine(int argc, const char* const* argv) {

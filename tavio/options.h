@@ -66,7 +66,4 @@ std::optional<std::int32_t> parseNumber(std::string_view text);
 // text. Rounded up to a millisecond.
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
 
-// The index of the stock that the text names: "0" to "8", or a name in any case ("cinema").
-std::optional<std::int32_t> parseStock(std::string_view text);
-
 }  // namespace tavio::tool

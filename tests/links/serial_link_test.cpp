@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/pseudo_terminal.h"
 #include "links/replaced_calls.h"
+#include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
 
 namespace tavio::links {

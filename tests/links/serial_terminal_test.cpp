@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "links/pseudo_terminal.h"
 #include "links/reply_text.h"
 #include "links/serial_link.h"
+#include "support/pseudo_terminal.h"
 
 namespace tavio::links {
 namespace {

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/loopback_peer.h"
 #include "links/tcp_link.h"
+#include "support/loopback_peer.h"
 
 // TcpLink over the network of this machine. Deadlines that are to be reached are short, all others
 // so long that reaching them means that something hangs.

@@ -58,18 +58,6 @@ TEST(Deadlines, AreTheLinksOwnUnlessTheCommandLineSaysOtherwise) {
     EXPECT_EQ(deadlinesOf(options).goodbye, usual.goodbye);
 }
 
-TEST(Stocks, AreNamedByIndexOrName) {
-    EXPECT_EQ(parseStock("0"), 0);
-    EXPECT_EQ(parseStock("8"), 8);
-    EXPECT_EQ(parseStock("Concert"), 0);
-    EXPECT_EQ(parseStock("CINEMA"), 1);
-    EXPECT_EQ(parseStock("creditcard"), 2);
-    EXPECT_EQ(parseStock("receipt"), 3);
-    for (std::string_view text : {"", "9", "-1", "00", "cine"}) {
-        EXPECT_FALSE(parseStock(text).has_value()) << text;
-    }
-}
-
 TEST(DocumentKinds, AreTheSupportedSpellings) {
     for (std::string_view extension : {"TXT", "txt"}) {
         EXPECT_EQ(documentKind("x", extension, Use::kPrint), DocumentKind::kText);

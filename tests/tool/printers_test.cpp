@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/pseudo_terminal.h"
+#include "support/pseudo_terminal.h"
 #include "tool/process.h"
 #include "tool/sample_files.h"
 #include "tool/socket_printer.h"

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/loopback_peer.h"
+#include "support/loopback_peer.h"
 
 namespace tavio::test {
 

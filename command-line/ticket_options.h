@@ -1,0 +1,20 @@
+// The options that say what ticket is in the printer: --stock, --resolution, --orientation.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavio::command_line {
+
+// The index of the stock that the text names: "0" to "8", or a name in any case ("cinema").
+std::optional<std::int32_t> parseStock(std::string_view text);
+
+// Checks of option values, as the command line library takes them: each answers with "" or with
+// what is wrong. asStock() also rewrites the value into the index.
+std::string asStock(std::string& text);
+std::string asResolution(std::string& text);
+std::string asOrientation(std::string& text);
+
+}  // namespace tavio::command_line
