@@ -231,6 +231,18 @@ TEST(DeviceLink, AVerySlowOneBringsByteByByte) {
     EXPECT_EQ(test.elapsed(), std::chrono::seconds(6));
 }
 
+TEST(DeviceLink, AByteIsThereWhenItWasSaidToBe) {
+    TestDevice test(link(7));
+    test.connect();
+    for (int byte = 1; byte <= 100; ++byte) {
+        ASSERT_TRUE(test.untilEvent());
+        test.pass(*test.untilEvent());
+        ASSERT_EQ(test.offer("xyz"), 1U);
+    }
+    EXPECT_GE(test.elapsed() * 7, std::chrono::seconds(100));
+    EXPECT_LE(test.elapsed() * 7, std::chrono::seconds(100) + nanoseconds(7 * 100));
+}
+
 TEST(DeviceLink, BeginsAnewWithEachClient) {
     TestDevice test(link(1000));
     test.connect();

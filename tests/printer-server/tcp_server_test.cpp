@@ -101,6 +101,32 @@ TEST(TcpServer, AnswersWithoutAReaderDoNotHoldItUp) {
     EXPECT_EQ(client.error, 0);
 }
 
+TEST(TcpServer, AllAnswersArriveBeforeTheEnd) {
+    ServerBench bench(onAnyPort(withReply(std::string(4000, 'r'))));
+    TcpClient client(bench.port());
+    std::string job;
+    for (int i = 0; i < 500; ++i) job += "<p>";
+    client.send(job);
+    client.endSending();
+    bench.tickets(500);
+    EXPECT_EQ(client.readToEnd().size(), 2'000'000U);
+    EXPECT_EQ(client.error, 0);
+}
+
+TEST(TcpServer, AnswersThatAClientLeftBehindAreForNobodyElse) {
+    ServerBench bench(onAnyPort(withReply(std::string(4000, 'r'))));
+    TcpClient client(bench.port());
+    std::string job;
+    for (int i = 0; i < 1000; ++i) job += "<p>";
+    client.send(job);
+    bench.tickets(1000);
+    client.reset();
+    TcpClient next(bench.port());
+    next.send("<p>");
+    next.endSending();
+    EXPECT_EQ(next.readToEnd().size(), 4000U);
+}
+
 TEST(TcpServer, WhatAResetClientSentIsPrinted) {
     ServerBench bench;
     TcpClient client(bench.port());

@@ -191,10 +191,10 @@ void Device::Works::receive(std::span<const Byte> bytes, Time now) {
     buffer_.addLoss(bytes.size() - kept);
 }
 
-// Interprets bytes that have not been in the buffer, since nothing holds them up; what is left of
-// them is what something does hold up.
+// Interprets bytes without taking them through the buffer, which is empty while nothing holds them
+// up; what is left of them is what something does hold up.
 void Device::Works::workOn(std::span<const Byte>& bytes) {
-    while (!bytes.empty() && buffer_.empty() && !moving_ && !isOut()) {
+    while (!bytes.empty() && !moving_ && !isOut()) {
         bytes = bytes.subspan(job_.feed(bytes));
     }
 }
@@ -216,7 +216,7 @@ bool Device::Works::workStep() {
         }
         return true;
     }
-    if (!ended_ || !streaming_ || (isOut() && !job_.isBetweenTickets())) return false;
+    if (!ended_ || !streaming_) return false;
     streaming_ = false;
     job_.finish();
     return true;

@@ -48,7 +48,7 @@ void JobStream::lost(std::uint64_t count) {
 }
 
 void JobStream::finish() {
-    const bool nothingCame = tickets_ == 0 && isBetweenTickets();
+    const bool nothingCame = tickets_ == 0 && byteCount_ == 0 && problems_.empty();
     printer_.finish();
     takeProblems();
     std::optional<DeviceTicket> last = std::exchange(finished_, std::nullopt);

@@ -35,9 +35,6 @@ class JobStream {
     // came but no ticket, and, blank, if what came after the last ticket had problems.
     void finish();
 
-    // Nothing came since the last ticket, or at all: finish() brings no ticket.
-    bool isBetweenTickets() const { return byteCount_ == 0 && problems_.empty(); }
-
     std::size_t logoBytes() const { return printer_.logoMemoryUsed(); }
 
   private:

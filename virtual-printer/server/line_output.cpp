@@ -1,17 +1,13 @@
 #include "virtual-printer/server/line_output.h"
 
-#include <array>
 #include <cerrno>
 #include <poll.h>
 #include <unistd.h>
 
+#include "command-line/printable.h"
+
 namespace tavio::virtual_printer {
 namespace {
-
-bool isControl(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F;
-}
 
 // A pipe that is writable takes a line of our length as a whole; a file and a terminal wait.
 bool isWritable(int descriptor, std::chrono::milliseconds patience) {
@@ -22,7 +18,7 @@ bool isWritable(int descriptor, std::chrono::milliseconds patience) {
 }  // namespace
 
 void LineOutput::write(std::string_view line) {
-    std::string text = printable(line);
+    std::string text = command_line::printable(line);
     if (text.size() > kMostBytes) text.replace(kMostBytes - 3, std::string::npos, "...");
     text += '\n';
 
@@ -36,20 +32,6 @@ void LineOutput::write(std::string_view line) {
         if (count <= 0) return;  // the reader is gone
         rest.remove_prefix(static_cast<std::size_t>(count));
     }
-}
-
-std::string printable(std::string_view text) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string shown;
-    for (const char c : text) {
-        if (!isControl(c)) {
-            shown += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        shown.append("\\x").append(1, kDigits[byte / 16U]).append(1, kDigits[byte % 16U]);
-    }
-    return shown;
 }
 
 }  // namespace tavio::virtual_printer

@@ -30,8 +30,4 @@ class LineOutput {
     bool stuck_ = false;
 };
 
-// The text with control characters made visible ("\x1B"), so that no name or address steers the
-// terminal that it is shown on.
-std::string printable(std::string_view text);
-
 }  // namespace tavio::virtual_printer

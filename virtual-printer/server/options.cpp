@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -12,11 +11,17 @@
 
 #include <CLI/CLI.hpp>
 
-#include "virtual-printer/server/line_output.h"
+#include "command-line/printable.h"
+#include "command-line/ticket_options.h"
 #include "virtual-printer/server/link_rate.h"
 
 namespace tavio::virtual_printer {
 namespace {
+
+using command_line::asOrientation;
+using command_line::asResolution;
+using command_line::asStock;
+using command_line::printable;
 
 constexpr std::uint64_t kMostLogoMemory = std::uint64_t{1} << 30U;
 constexpr std::uint64_t kMostKept = 1'000'000;
@@ -24,13 +29,6 @@ constexpr std::uint64_t kMostKeptBytes = std::uint64_t{1} << 40U;
 constexpr std::uint64_t kMostSocketBuffer = std::uint64_t{16} << 20U;
 constexpr std::uint64_t kMostCount = std::numeric_limits<std::int64_t>::max();
 constexpr double kMillisecondsPerSecond = 1000;
-
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) ==
-               std::tolower(static_cast<unsigned char>(b));
-    });
-}
 
 template <typename Number>
 std::optional<Number> parse(std::string_view text) {
@@ -67,25 +65,6 @@ Check decimalNumber(double least, double most) {
         if (number && *number >= least && *number <= most) return {};
         return "\"" + text + "\" is not a number from " + shortest(least) + " to " + shortest(most);
     };
-}
-
-std::string asStock(std::string& text) {
-    const auto index = parseStock(text);
-    if (!index) {
-        return "\"" + text + "\" is no stock: give 0 to 8, concert, cinema, creditcard or receipt";
-    }
-    text = std::to_string(*index);
-    return {};
-}
-
-std::string asResolution(std::string& text) {
-    if (text == "200" || text == "300" || text == "600") return {};
-    return "\"" + text + "\" is none of the resolutions 200, 300 and 600";
-}
-
-std::string asOrientation(std::string& text) {
-    if (text == "landscape" || text == "portrait") return {};
-    return "\"" + text + "\" is no orientation: give landscape or portrait";
 }
 
 std::string asListenAddress(std::string& text) {
@@ -302,15 +281,6 @@ std::optional<unsigned> hexByte(std::string_view digits) {
 }
 
 }  // namespace
-
-std::optional<std::int32_t> parseStock(std::string_view text) {
-    for (std::size_t index = 0; index < kTicketStocks.size(); ++index) {
-        const std::string_view name = kTicketStocks.at(index).name;
-        const bool named = !name.empty() && equalIgnoringCase(text, name);
-        if (named || text == std::to_string(index)) return static_cast<std::int32_t>(index);
-    }
-    return std::nullopt;
-}
 
 std::optional<std::string> unescaped(std::string_view text) {
     constexpr std::string_view kLetters = "rnt\\";

@@ -29,9 +29,6 @@ struct Options {
 // so on standard output or standard error, and the result is the exit status: 0 or 2.
 std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
 
-// The stock that the text names: "0" to "8", or a name in any case ("cinema").
-std::optional<std::int32_t> parseStock(std::string_view text);
-
 // The text with its \r, \n, \t, \\ and \xHH (two digits) replaced by what they stand for. None where
 // a backslash is followed by anything else.
 std::optional<std::string> unescaped(std::string_view text);

@@ -48,7 +48,6 @@ bool PrintLoop::letIn(Time now) {
         if (!client_) continue;
         ended_ = false;
         hungUp_ = false;
-        reply_.clear();
         device_.connect(now);
         return true;
     }
@@ -99,6 +98,7 @@ void PrintLoop::answer(Time now) {
 
 void PrintLoop::leave(Time now) {
     client_.reset();
+    reply_.clear();
     device_.disconnect(now);
 }
 
