@@ -29,10 +29,8 @@ constexpr milliseconds kLongestPause{20};
 // A deadline is not outlived by more than this part of it for want of looking.
 constexpr int kLooksInDeadline = 50;
 
-// A printer that never stops talking does not hold us up for longer than this at once, nor at the
-// end of a job.
+// A printer that never stops talking does not hold us up for longer than this at once.
 constexpr int kMostReceives = 16;
-constexpr int kMostGoodbyeLooks = 256;
 
 milliseconds withinRange(milliseconds deadline) {
     return std::clamp(deadline, milliseconds{1}, milliseconds{std::chrono::hours{24}});
@@ -333,7 +331,8 @@ void StreamLink::close() try {
 void StreamLink::sayGoodbye() {
     const bool endsAlone = connection_->endSending(descriptor_);
     int error = receivePending();
-    if (error == 0 && endsAlone) error = awaitEnd();
+    // Who was sent nothing has nothing left to read.
+    if (error == 0 && endsAlone && report_.offered > 0) error = awaitEnd();
     if (error != 0 && report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
     // An end that came before the job had arrived is no answer to ours.
     if (report_.remark.empty() && ended_ && arrivedAtEnd_ < report_.accepted) {
@@ -344,13 +343,13 @@ void StreamLink::sayGoodbye() {
 // 0, or what ended the connection instead.
 int StreamLink::awaitEnd() {
     Waiter waiter = waiterFor(deadlines_.goodbye);
-    for (int looks = 0; !ended_; ++looks) {
+    while (!ended_) {
         if (failIfCancelled()) return 0;
         short happened = 0;
         const auto result = waiter.wait(descriptor_, POLLIN, happened);
         if (result == Waiter::Result::kCancelled) continue;
         if (result == Waiter::Result::kFailed) return errno;
-        if (result == Waiter::Result::kTimeOut || looks == kMostGoodbyeLooks) {
+        if (result == Waiter::Result::kTimeOut) {
             report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
             return 0;
         }
@@ -400,7 +399,7 @@ bool StreamLink::lose(int error) {
         return fail(error == 0 ? closedSentence(connection_->peer())
                                : lostSentence(connection_->peer(), error));
     }
-    report_.remark = brokenOffSentence(connection_->peer());
+    if (report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
     closeDescriptor();
     return true;
 }

@@ -10,8 +10,9 @@ namespace tavio::links {
 // addresses is tried address by address, which share the time to connect.
 //
 // drain() knows by the acknowledgements of the far end's system. close() drains, ends its side,
-// reads until the printer ends the other, and closes; after a failure it resets the connection, so
-// that nothing that waits unsent goes out later.
+// reads until the printer ends the other, and closes; it does not wait for a printer that was sent
+// nothing. After a failure it resets the connection, so that nothing that waits unsent goes out
+// later.
 class TcpLink : public StreamLink {
   public:
     explicit TcpLink(const Deadlines& deadlines, SystemCalls& calls = systemCalls());

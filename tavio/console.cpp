@@ -5,6 +5,7 @@
 #include <iostream>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -23,7 +24,12 @@ Console::Console(Writer write, std::optional<Display> display)
     : write_(std::move(write)),
       display_(std::move(display)),
       stagesDue_(Clock::now() + (display_ ? display_->patience : std::chrono::milliseconds{0})) {
-    if (display_) drawing_ = std::thread([this] { drawInTime(); });
+    if (!display_) return;
+    try {
+        drawing_ = std::thread([this] { drawInTime(); });
+    } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch)
+        // The work matters more than its display.
+    }
 }
 
 Console::~Console() {

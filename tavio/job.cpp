@@ -120,8 +120,7 @@ void send(const Options& options, const Destination& destination, Console& conso
     if (destination.isPrinter) link.showProgress(console, job.size);
     job.send();
     notices.refuseIfShown();
-    link.refuseIfFailed();
-    sendFinish(options.finish);
+    sendFinish(options.finish);  // after a failure too: the report counts it as not sent
     if (destination.isPrinter) console.stage("waiting for the printer");
     session.close();
     link.refuseIfFailed();

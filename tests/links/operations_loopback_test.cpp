@@ -82,6 +82,32 @@ TEST_F(ReadyMadeLinks, BeginANewReportWithEachOpening) {
     CloseSessionWiFi();
 }
 
+TEST_F(ReadyMadeLinks, ReportNothingOfAnEarlierJobWhereNoBluetoothPrinterIsChosen) {
+    Peer peer(port_, [&](int connection) { test::receiveAll(connection); });
+    ASSERT_TRUE(OpenSessionWiFi(port_.address()));
+    SendString("job");
+    CloseSessionWiFi();
+    EXPECT_FALSE(OpenSessionBT());
+    EXPECT_EQ(lastReport().offered, 0U);
+    EXPECT_EQ(lastReport().failure, "no Bluetooth printer has been chosen");
+}
+
+// Both may be open at once; the one opened last is the job.
+TEST_F(ReadyMadeLinks, StayWithTheJobOpenedLastWhenTheOtherTransportIsClosed) {
+    Peer peer(port_, [&](int connection) { test::receiveAll(connection); });
+    setBluetoothPrinter("no address");
+    EXPECT_FALSE(Open_BT());
+    ASSERT_TRUE(Open_WF(port_.address()));
+    Write_WF("job");
+    Close_BT();
+    EXPECT_EQ(lastReport().offered, 3U);
+    EXPECT_EQ(lastReport().failure, "");
+    cancelJob();
+    Write_WF("more");
+    EXPECT_EQ(lastReport().failure, "cancelled");
+    Close_WF();
+}
+
 TEST_F(ReadyMadeLinks, CloseTheConnectionThatIsOpenBeforeTheyOpenAnother) {
     std::string first;
     Peer peer(port_, [&](int connection) { first = test::receiveAll(connection); });

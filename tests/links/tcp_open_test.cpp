@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <future>
 #include <netdb.h>
+#include <netinet/tcp.h>
 #include <sys/resource.h>
 #include <system_error>
 
@@ -142,6 +143,15 @@ TEST(TcpLink, TakesDeadlinesOutOfRangeForTheNearestInRange) {
         EXPECT_FALSE(link.open(kPrinter));
         EXPECT_EQ(calls.elapsed(), taken);
     }
+}
+
+// So that a full printer is felt, and the end of a job does not wait for an acknowledgement.
+TEST(TcpLink, HasASmallSendBufferAndSendsWhatItHasAtOnce) {
+    VirtualTcp calls;
+    TcpLink link(Deadlines{}, calls);
+    ASSERT_TRUE(link.open(kPrinter));
+    EXPECT_EQ((calls.options[{SOL_SOCKET, SO_SNDBUF}]), 8 * 1024) << "the system doubles it";
+    EXPECT_EQ((calls.options[{IPPROTO_TCP, TCP_NODELAY}]), 1);
 }
 
 TEST(TcpLink, ConnectsAlsoWhereNoOptionCanBeSet) {

@@ -79,6 +79,8 @@ int VirtualTcp::setsockopt(int descriptor, int level, int name, const void* valu
         EXPECT_EQ(size, sizeof given);
         std::memcpy(&given, value, sizeof given);
         wasReset = given.l_onoff == 1 && given.l_linger == 0;
+    } else if (size == sizeof(int)) {
+        std::memcpy(&options[{level, name}], value, sizeof(int));
     }
     return 0;
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "links/system_calls.h"
@@ -61,9 +62,10 @@ class VirtualTcp : public SystemCalls {
     // ---- What has happened ----------------------------------------------------------------------
 
     std::map<std::string, int> made;
-    std::vector<int> waits;  // the time-outs given to poll()
-    bool wasReset = false;   // closed in the way that drops what is queued
-    bool hasEnded = false;   // our end of stream has gone out
+    std::map<std::pair<int, int>, int> options;  // set, by level and name
+    std::vector<int> waits;                      // the time-outs given to poll()
+    bool wasReset = false;                       // closed in the way that drops what is queued
+    bool hasEnded = false;                       // our end of stream has gone out
     std::size_t openDescriptors() const { return open_.size(); }
     Milliseconds elapsed() const;
     void advance(Milliseconds time) { time_ += time; }

@@ -135,8 +135,7 @@ void judgeFailure(const Plan& plan, const JobRecord& job, Objections& objections
 void judgeRemark(const Plan& plan, const JobRecord& job, Objections& objections) {
     const CallRecord& close = job.calls.back();
     const std::string& remark = job.report.remark;
-    const bool chatters = plan.network.server.chatter > Duration::zero();
-    if (says(remark, "did not end the connection") && !chatters &&
+    if (says(remark, "did not end the connection") &&
         close.end < close.begin + plan.deadlines.goodbye) {
         objections.emplace_back("the goodbye was given up before its deadline");
     }

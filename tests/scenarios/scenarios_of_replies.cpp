@@ -105,8 +105,8 @@ std::vector<NamedScenario> scenariosOfReplies() {
          withReply(ticketJob(20, 100), std::string(4'096, 'x'), milliseconds(0)),
          answered(std::string(links::kMostReplyBytes, 'x'), sent(2'000, 20, {4, 4, 12}))},
         {"StatusIsReadWithoutAJob", status(withReply({}, "ready", milliseconds(0))),
-         answered("ready", sent(0, 0, {4, 400, 405}))},
-        {"StatusOfASilentPrinterIsNone", status(usualPlan({})), nothingSent("", {4, 5'004, 5'008})},
+         answered("ready", sent(0, 0, {4, 400, 400}))},
+        {"StatusOfASilentPrinterIsNone", status(usualPlan({})), nothingSent("", {4, 5'004, 5'004})},
         {"StatusOfAPrinterThatIsGoneIsAFailure",
          [] {
              Plan plan = status(usualPlan({}));

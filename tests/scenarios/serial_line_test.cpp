@@ -154,7 +154,7 @@ TEST(SerialLine, OnASerialLineALogoEndedSoIsStoredAsFarAsItCame) {
 
 TEST(SerialLine, OnASerialLineARealJobAfterBlanksAnEscAndACutIsWhole) {
     const RealJob job = storedLogoJob();
-    // No graphics are longer than the ticket.
+    // None of its graphics are longer than the ticket.
     const auto longest = static_cast<std::size_t>(job.settings.size.columns);
     const Bytes cleanCut = bytesOf(std::string(longest, ' ').append("\x1b<p>"));
     const auto expected = printed({job.bytes}, job.settings).back();
