@@ -94,8 +94,8 @@ TEST(PrinterProgram, ASignalLoadsPaper) {
 }
 
 TEST(PrinterProgram, EndsByItselfAfterSoManyTickets) {
-    PrinterProcess process(
-        onFreePorts({"--no-page", "--tickets", "2", "--reply", "ok\\n", "--quiet"}));
+    PrinterProcess process(onFreePorts(
+        {"--no-page", "--tickets", "2", "--reply", "ok\\n", "--reply-delay", "0.2", "--quiet"}));
     const std::uint16_t port = process.printPort();
     EXPECT_EQ(print(port, "<p>"), "ok\n");
     EXPECT_EQ(print(port, "<p>"), "ok\n");

@@ -114,6 +114,11 @@ std::size_t TcpClient::sendUntilItBlocks(std::string_view text) {
     }
 }
 
+void TcpClient::holdLittle() {
+    const int little = 4096;
+    ::setsockopt(socket_, SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
+}
+
 void TcpClient::endSending() {
     ::shutdown(socket_, SHUT_WR);
 }

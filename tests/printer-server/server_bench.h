@@ -57,6 +57,9 @@ class TcpClient {
     // As much as goes without waiting for the server.
     std::size_t sendUntilItBlocks(std::string_view text);
 
+    // Makes the buffer between it and the network small.
+    void holdLittle();
+
     void endSending();
     void reset();
 

@@ -127,7 +127,7 @@ std::size_t SlowDevice::room() const {
     for (const auto& after : {settings_.faults.resetAfter, settings_.faults.closeAfter}) {
         if (after) most = std::min(most, *after - std::min(*after, received_));
     }
-    if (rate_ != 0) most = std::min<std::uint64_t>(most, linkOpen_ ? credit_ : 0);
+    if (rate_ != 0) most = std::min(most, static_cast<std::uint64_t>(linkOpen_ ? credit_ : 0));
     return most;
 }
 

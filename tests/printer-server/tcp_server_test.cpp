@@ -186,6 +186,21 @@ TEST(TcpServer, ADeafPrinterHasTheSenderFeelIt) {
     EXPECT_EQ(bench.ticketCount(), 0U);
 }
 
+TEST(TcpServer, HowSoonItIsFeltIsASetting) {
+    std::vector<std::size_t> sent;
+    for (const std::size_t buffer : {4'000U, 150'000U}) {
+        PrintServerSettings settings = onAnyPort(withFaults({.neverRead = true}));
+        settings.socketBuffer = buffer;
+        ServerBench bench(settings);
+        TcpClient client(bench.port());
+        ASSERT_TRUE(bench.isConnected());
+        client.holdLittle();
+        sent.push_back(client.sendUntilItBlocks(std::string(1000, 'x')));
+        client.reset();
+    }
+    EXPECT_LT(sent[0], sent[1]);
+}
+
 TEST(TcpServer, ResetsAfterExactlySoManyBytes) {
     ServerBench bench(onAnyPort(withFaults({.resetAfter = 1000})));
     for (std::size_t n = 1; n <= 2; ++n) {
@@ -199,13 +214,14 @@ TEST(TcpServer, ResetsAfterExactlySoManyBytes) {
 
 TEST(TcpServer, ClosesAfterExactlySoManyBytes) {
     ServerBench bench(onAnyPort(withFaults({.closeAfter = 1000})));
-    for (const std::size_t size : {1000U, 1500U}) {
+    for (const std::size_t size : {1000U, 1500U, 9000U}) {
         TcpClient client(bench.port());
         client.send(std::string(size, 'x'));
         EXPECT_EQ(client.readToEnd(), "");
         EXPECT_EQ(client.error, 0);
     }
-    EXPECT_EQ(bench.streams(2), (Lines{std::string(1000, 'x'), std::string(1000, 'x')}));
+    const std::string kept(1000, 'x');
+    EXPECT_EQ(bench.streams(3), (Lines{kept, kept, kept}));
 }
 
 TEST(TcpServer, OutOfPaperItWaitsForMore) {
@@ -325,7 +341,7 @@ TEST(TcpServer, FinishesWithTheClientThatIsThere) {
     client.send("x<p>");
     client.endSending();
     ASSERT_TRUE(bench.hasReceived(4));
-    bench.server.finish(std::chrono::minutes(1));
+    bench.server.finish(std::chrono::hours(24));
     EXPECT_EQ(client.readToEnd(), "ok");
     EXPECT_EQ(client.error, 0);
     EXPECT_EQ(TcpClient(bench.port()).error, ECONNREFUSED);

@@ -204,6 +204,25 @@ TEST(TtyServer, ServesTheNetworkBesideIt) {
     EXPECT_EQ(bench.streams(2), (Lines{"one<p>", "two<p>"}));
 }
 
+// There is no way to turn somebody away there.
+TEST(TtyServer, WithOneClientTheTerminalWaitsAllTheSame) {
+    PrintServerSettings settings = onTerminal();
+    settings.listen = ListenAddress{"127.0.0.1", 0};
+    settings.oneClient = true;
+    ServerBench bench(settings);
+    TcpClient network(bench.port());
+    network.send("one");
+    ASSERT_TRUE(bench.hasReceived(3));
+    const TtyClient serial(deviceOf(bench));
+    serial.send("two<p>");
+    TcpClient other(bench.port());
+    other.readToEnd();
+    EXPECT_EQ(other.error, ECONNRESET);
+    network.send("<p>");
+    network.endSending();
+    EXPECT_EQ(bench.streams(2), (Lines{"one<p>", "two<p>"}));
+}
+
 TEST(TtyServer, MakesALinkAndRemovesIt) {
     const TemporaryFolder folder;
     const std::string link = folder / "printer";

@@ -12,6 +12,9 @@
 namespace tavio::virtual_printer {
 namespace {
 
+// Takes a few milliseconds.
+constexpr std::size_t kMostAtOnce = std::size_t{64} << 10U;
+
 constexpr std::string_view kGap = "  ";  // between the columns of a listing
 
 // Takes a listing as it is written and keeps what a page needs.
@@ -99,11 +102,15 @@ void PageWriter::takeLine(std::string_view line) {
 }  // namespace
 
 CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems,
-                        std::uint64_t first) {
+                        std::uint64_t first, const std::function<bool()>& goOn) {
     PageWriter writer(problems, first);
     std::ostream out(&writer);
     DecodeListing listing(out);
-    listing.feed(bytes);
+    while (!bytes.empty() && (!goOn || goOn())) {
+        const std::size_t count = std::min(bytes.size(), kMostAtOnce);
+        listing.feed(bytes.first(count));
+        bytes = bytes.subspan(count);
+    }
     listing.finish();
     return writer.take();
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -29,8 +30,9 @@ struct CommandPage {
 inline constexpr std::size_t kMostCommandLines = 2000;  // of a page
 
 // Decodes all of the bytes and keeps the lines from number `first` on, kMostCommandLines at most;
-// the memory that it takes does not grow with the bytes.
+// the memory that it takes does not grow with the bytes. Asks `goOn` now and then, and stops where that
+// says no.
 CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems,
-                        std::uint64_t first);
+                        std::uint64_t first, const std::function<bool()>& goOn = {});
 
 }  // namespace tavio::virtual_printer

@@ -3,17 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <memory>
-#include <netdb.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <system_error>
 
 #include "virtual-printer/server/http_head.h"
+#include "virtual-printer/server/listening_socket.h"
 
 namespace tavio::virtual_printer {
 namespace {
@@ -22,72 +19,20 @@ constexpr std::string_view kHeadTooLong =
     "HTTP/1.1 431 Request Header Fields Too Large\r\n"
     "Connection: close\r\nContent-Length: 0\r\n\r\n";
 
+// Connections that the system lets wait to be accepted.
+constexpr int kBacklog = 128;
+
 // Before accept() is tried again where the process has no descriptor left.
 constexpr int kRetryMilliseconds = 50;
-
-std::runtime_error cannotListen(const std::string& address, std::uint16_t port,
-                                const std::string& reason) {
-    return std::runtime_error("cannot listen on " + address + ", port " + std::to_string(port) +
-                              ": " + reason);
-}
-
-struct FreeAddresses {
-    void operator()(addrinfo* list) const { ::freeaddrinfo(list); }
-};
-using Addresses = std::unique_ptr<addrinfo, FreeAddresses>;
-
-Addresses resolve(const std::string& address, std::uint16_t port) {
-    addrinfo hints{};
-    hints.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* list = nullptr;
-    const int error = ::getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &list);
-    if (error != 0) throw cannotListen(address, port, ::gai_strerror(error));
-    return Addresses(list);
-}
-
-// A listening socket; none, and the reason in errno, where that fails.
-SocketHandle listenOn(const addrinfo& address) {
-    constexpr int kBacklog = 128;
-    SocketHandle socket(::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (!socket) return {};
-    const int yes = 1;
-    ::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    if (::bind(socket.get(), address.ai_addr, address.ai_addrlen) != 0 ||
-        ::listen(socket.get(), kBacklog) != 0) {
-        const int error = errno;
-        socket.close();
-        errno = error;
-    }
-    return socket;
-}
-
-std::uint16_t portOf(int socket) {
-    sockaddr_storage bound{};
-    socklen_t size = sizeof bound;
-    ::getsockname(socket, reinterpret_cast<sockaddr*>(&bound), &size);
-    return ntohs(bound.ss_family == AF_INET6
-                     ? reinterpret_cast<const sockaddr_in6&>(bound).sin6_port
-                     : reinterpret_cast<const sockaddr_in&>(bound).sin_port);
-}
 
 }  // namespace
 
 HttpListener::HttpListener(const std::string& address, std::uint16_t port)
     : wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (!wake_) throw std::runtime_error("there are no more descriptors for the web page");
-    bindTo(address, port);
-    port_ = portOf(listening_.get());
-}
-
-void HttpListener::bindTo(const std::string& address, std::uint16_t port) {
-    int error = 0;
-    const Addresses list = resolve(address, port);
-    for (const addrinfo* each = list.get(); each != nullptr && !listening_; each = each->ai_next) {
-        listening_ = listenOn(*each);
-        if (!listening_) error = errno;
-    }
-    if (!listening_) throw cannotListen(address, port, std::generic_category().message(error));
+    ListenAddress place{address, port};
+    listening_ = listenOn(place, kBacklog);
+    port_ = place.port;
 }
 
 void HttpListener::run(const OnRequest& onRequest) {

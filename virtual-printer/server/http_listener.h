@@ -44,7 +44,6 @@ class HttpListener {
         Clock::time_point until;
     };
 
-    void bindTo(const std::string& address, std::uint16_t port);
     void accept();
     bool receive(Waiting& connection, const OnRequest& onRequest);
     int millisecondsToNextDeadline() const;

@@ -107,11 +107,11 @@ class CommandLine {
     void addFaults();
 
     CLI::Option* add(const char* name, const char* what, const char* type, Check check,
-                     std::function<void(const std::string&)> take);
+                     const std::function<void(const std::string&)>& take);
     void addWhole(const char* name, const char* what, std::uint64_t least, std::uint64_t most,
-                  std::function<void(std::uint64_t)> take);
+                  const std::function<void(std::uint64_t)>& take);
     void addDecimal(const char* name, const char* what, double least, double most,
-                    std::function<void(double)> take);
+                    const std::function<void(double)>& take);
 
     Options& options_;
     const char* group_ = "";  // of what is added
@@ -139,7 +139,7 @@ CommandLine::CommandLine(Options& options) : options_(options) {
 }
 
 CLI::Option* CommandLine::add(const char* name, const char* what, const char* type, Check check,
-                              std::function<void(const std::string&)> take) {
+                              const std::function<void(const std::string&)>& take) {
     return app_.add_option_function<std::string>(name, take, what)
         ->transform(valueCheck(std::move(check)))
         ->type_name(type)
@@ -147,13 +147,13 @@ CLI::Option* CommandLine::add(const char* name, const char* what, const char* ty
 }
 
 void CommandLine::addWhole(const char* name, const char* what, std::uint64_t least,
-                           std::uint64_t most, std::function<void(std::uint64_t)> take) {
+                           std::uint64_t most, const std::function<void(std::uint64_t)>& take) {
     add(name, what, "N", wholeNumber(least, most),
         [take](const std::string& text) { take(parse<std::uint64_t>(text).value_or(0)); });
 }
 
 void CommandLine::addDecimal(const char* name, const char* what, double least, double most,
-                             std::function<void(double)> take) {
+                             const std::function<void(double)>& take) {
     add(name, what, "X", decimalNumber(least, most),
         [take](const std::string& text) { take(parse<double>(text).value_or(0)); });
 }
@@ -211,8 +211,9 @@ void CommandLine::addKeeping() {
         "FOLDER", asFolder, [&store](const std::string& text) { store.folder = text; });
     addWhole("--keep", "tickets that are kept; 200 if not given", 1, kMostKept,
              [&store](std::uint64_t count) { store.tickets = count; });
-    addWhole("--keep-bytes", "bytes of tickets that are kept in memory; 268435456 if not given", 1,
-             kMostKeptBytes, [&store](std::uint64_t count) { store.bytes = count; });
+    addWhole("--keep-bytes",
+             "bytes of tickets that are kept, in memory and in the folder; 268435456 if not given",
+             1, kMostKeptBytes, [&store](std::uint64_t count) { store.bytes = count; });
     addWhole("--tickets", "end by itself after so many tickets", 1, kMostCount,
              [this](std::uint64_t count) { options_.tickets = count; });
     app_.add_flag("--quiet", options_.quiet, "say where it listens, and nothing of the tickets")

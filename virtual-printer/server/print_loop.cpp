@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::size_t kMostAtOnce = std::size_t{64} << 10U;
 
+// Turned away in one turn, so that the client that is served gets its own.
+constexpr int kMostAtATime = 64;
+
 }  // namespace
 
 PrintLoop::PrintLoop(Device& device, std::vector<Door*> doors, bool oneClient)
@@ -58,7 +61,9 @@ bool PrintLoop::turnAway() {
     bool any = false;
     for (Door* door : doors_) {
         if (door->descriptor() < 0) continue;  // whoever is there may be the client itself
-        while (const auto other = door->accept()) {
+        for (int count = 0; count < kMostAtATime; ++count) {
+            const auto other = door->accept();
+            if (!other) break;
             other->reset();
             any = true;
         }

@@ -60,6 +60,8 @@ class PrintServer::Works {
     std::string printAddress_;
     std::string serialAddress_;
     SocketHandle wake_;
+    std::atomic<bool> stopped_{false};
+    Device::OnTicket onTicket_;
     Device device_;  // of the thread
 
     mutable std::mutex mutex_;  // guards what follows
@@ -74,7 +76,11 @@ class PrintServer::Works {
 PrintServer::Works::Works(const PrintServerSettings& settings, Device::OnTicket onTicket)
     : oneClient_(settings.oneClient),
       wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      device_(settings.device, std::move(onTicket)) {
+      onTicket_(std::move(onTicket)),
+      device_(settings.device, [this](DeviceTicket ticket) {
+          // Thousands may lie in what was received at once: nobody waits for their pictures.
+          if (onTicket_ && !stopped_) onTicket_(std::move(ticket));
+      }) {
     if (!wake_) throw std::runtime_error("there are no descriptors left for the printer");
     if (settings.listen) {
         tcp_ = std::make_unique<TcpDoor>(*settings.listen, settings.socketBuffer);
@@ -109,6 +115,7 @@ void PrintServer::Works::loadPaper() {
 }
 
 void PrintServer::Works::end(Time atMost) {
+    if (atMost == Time::min()) stopped_ = true;
     {
         const std::lock_guard lock(mutex_);
         end_ = std::min(end_.value_or(Time::max()), atMost);

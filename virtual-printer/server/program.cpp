@@ -47,7 +47,7 @@ class Program {
     void run();
 
   private:
-    void keep(DeviceTicket ticket);
+    void keep(const DeviceTicket& ticket);
     PrinterPanel panel();
     void announce();
     int nextSignal() const;
@@ -68,7 +68,7 @@ Program::Program(const Options& options)
       signals_(signalDescriptor()),
       allOut_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       store_(options.store),
-      server_(options.server, [this](DeviceTicket ticket) { keep(std::move(ticket)); }) {
+      server_(options.server, [this](const DeviceTicket& ticket) { keep(ticket); }) {
     if (!signals_ || !allOut_) throw std::runtime_error("there are no descriptors left");
     if (!options_.page) return;
     page_ = std::make_unique<WebServer>(WebSettings{options_.page->host, options_.page->port},
@@ -76,7 +76,7 @@ Program::Program(const Options& options)
 }
 
 // On the printer's thread.
-void Program::keep(DeviceTicket ticket) {
+void Program::keep(const DeviceTicket& ticket) {
     const std::string failure = store_.add(ticket);
     if (!failure.empty()) err_.write("tavio-printer: " + failure);
     if (!options_.quiet) out_.write(ticketLine(store_.newest(), ticket));

@@ -78,8 +78,9 @@ std::string summaryJson(const StoredTicket& ticket, std::uint64_t oldest) {
     return summary(ticket).number("oldest", oldest).str();
 }
 
-std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine) {
-    const CommandPage page = commandPage(ticket.bytes, ticket.problems, firstLine);
+std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine,
+                       const std::function<bool()>& goOn) {
+    const CommandPage page = commandPage(ticket.bytes, ticket.problems, firstLine, goOn);
     return summary(ticket)
         .number("firstLine", firstLine)
         .number("lineCount", page.count)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "virtual-printer/server/device.h"
@@ -15,7 +16,9 @@ namespace tavio::virtual_printer {
 std::string summaryJson(const StoredTicket& ticket, std::uint64_t oldest);
 
 // A ticket with its problems and a page of its commands, those from number `firstLine` on.
-std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine);
+// Where `goOn` says no meanwhile, the rest is left out.
+std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine,
+                       const std::function<bool()>& goOn = {});
 
 std::string stateJson(const DeviceState& state);
 

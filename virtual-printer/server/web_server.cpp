@@ -124,7 +124,14 @@ class WebServer::Works {
                 [this](const Request& request, Response& response) { answer(request, response); }) {
     }
 
-    void stop() { http_.stop(); }
+    ~Works() { stop(); }
+    Works(const Works&) = delete;
+    Works& operator=(const Works&) = delete;
+
+    void stop() {
+        stopped_ = true;
+        http_.stop();
+    }
     std::string url() const { return urlOf(settings_.address, http_.port()); }
 
   private:
@@ -140,6 +147,7 @@ class WebServer::Works {
     TicketStore& store_;
     EventSource source_;
     std::atomic<std::size_t> pages_{0};  // streams that are open
+    std::atomic<bool> stopped_{false};   // nobody waits for answers any more
     HttpServer http_;                    // the last: its threads use all above
 };
 
@@ -188,7 +196,8 @@ void WebServer::Works::getTicket(const Request& request, Response& response) {
     if (extension == ".bin") return sendJob(*ticket, response);
     if (extension != ".json") return refuse(response, 404, "There is no such file of a ticket.");
     const auto line = number(request.get_param_value("line"));
-    response.set_content(detailJson(*ticket, line.value_or(0)), kJson);
+    response.set_content(detailJson(*ticket, line.value_or(0), [this] { return !stopped_; }),
+                         kJson);
 }
 
 void WebServer::Works::getEvents(const Request& request, Response& response) {

@@ -1,0 +1,19 @@
+// Sockets that listen.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "virtual-printer/server/listen_address.h"
+#include "virtual-printer/server/socket_handle.h"
+
+namespace tavio::virtual_printer {
+
+// A non-blocking socket that listens on the first of the host's addresses that can be had, which no
+// other program shares. `address` gets the port that was found where any was asked for.
+// `receiveBuffer`: bytes that the system is asked to hold for each connection; none: as it likes.
+// Throws std::runtime_error, with one sentence, where the address cannot be listened on.
+SocketHandle listenOn(ListenAddress& address, int backlog,
+                      std::optional<std::size_t> receiveBuffer = std::nullopt);
+
+}  // namespace tavio::virtual_printer
