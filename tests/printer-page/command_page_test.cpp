@@ -1,8 +1,10 @@
 #include "virtual-printer/server/command_page.h"
 
+#include <algorithm>
 #include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -30,6 +32,28 @@ TEST(CommandPage, HasOffsetCommandAndMeaningOfEachLine) {
     EXPECT_EQ(page.lines[2].command, "<G2>");
     EXPECT_EQ(page.lines[2].meaning, "graphics: 2 columns, 9 dots");
     EXPECT_EQ(page.lines[3].meaning, "cut");
+}
+
+TEST(CommandPage, IsTheSameHoweverLongTheStreamIs) {
+    std::string stream = "<G3>a>b";
+    while (stream.size() < 300'000) stream += "<RC10,20>Row A" + std::string(600, 'x');
+    std::ostringstream whole;
+    DecodeListing listing(whole);
+    listing.feed({reinterpret_cast<const Byte*>(stream.data()), stream.size()});
+    listing.finish();
+    const std::string lines = whole.str();
+    EXPECT_EQ(pageOf(stream).count,
+              static_cast<std::uint64_t>(std::count(lines.begin(), lines.end(), '\n')));
+}
+
+TEST(CommandPage, StopsWhereNobodyWaitsForItAnyMore) {
+    const std::vector<Byte> text(500'000, Byte{'x'});
+    const std::uint64_t all = commandPage(text, {}, 0).count;
+    int asked = 0;
+    const CommandPage page = commandPage(text, {}, 0, [&asked] { return ++asked <= 2; });
+    EXPECT_GT(page.count, 0U);
+    EXPECT_LT(page.count, all);
+    EXPECT_EQ(commandPage(text, {}, 0, [] { return false; }).count, 0U);
 }
 
 TEST(CommandPage, BlanksSideBySideStayWhereTheyBelong) {

@@ -1,7 +1,11 @@
 // Clients over real sockets.
+#include <atomic>
 #include <cerrno>
+#include <future>
 #include <random>
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -333,6 +337,28 @@ TEST(TcpServer, StopsWithASilentClientAndOthersWaiting) {
     TcpClient late(bench.port());
     EXPECT_EQ(late.error, ECONNREFUSED);
     bench.server.stop();
+}
+
+TEST(TcpServer, StopsAmidThousandsOfTickets) {
+    constexpr int kTickets = 3000;  // in one portion of the connection
+    std::atomic<int> count{0};
+    std::promise<void> first;
+    std::promise<void> stopping;
+    const std::shared_future<void> go = stopping.get_future().share();
+    PrintServer server(onAnyPort(), [&](const DeviceTicket&) {
+        if (++count == 1) first.set_value();
+        go.wait();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));  // as long as a picture takes
+    });
+    const std::string address = server.printAddress();
+    TcpClient client(static_cast<std::uint16_t>(std::stoi(address.substr(address.rfind(':') + 1))));
+    std::string job;
+    for (int ticket = 0; ticket < kTickets; ++ticket) job += "<p>";
+    client.send(job);
+    first.get_future().wait();
+    stopping.set_value();
+    server.stop();
+    EXPECT_LT(count, kTickets);
 }
 
 TEST(TcpServer, FinishesWithTheClientThatIsThere) {
