@@ -19,9 +19,9 @@ struct WebSettings {
 
 // What the page shows and does besides tickets. Called on threads of the web server.
 struct PrinterPanel {
-    PrinterSettings settings;           // the ticket that is in the printer
-    std::string stock;                  // its name for people, e.g. "concert, 5.5 x 2 in"
-    std::string printAddress;           // where to print to, e.g. "tcp://127.0.0.1:9100"
+    PrinterSettings settings;  // the ticket that is in the printer
+    std::string stock;         // its name for people, e.g. "concert, 5.5 x 2 in"
+    std::string printAddress;  // where to print to, e.g. "tcp://127.0.0.1:9100"
     std::function<DeviceState()> state;
     std::function<void()> loadPaper;
 };
