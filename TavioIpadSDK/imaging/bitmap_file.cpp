@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 
+#include "TavioIpadSDK/imaging/pack_entries.h"
 #include "TavioIpadSDK/platform/arithmetic.h"
 
 namespace tavio::imaging {
@@ -24,15 +26,6 @@ constexpr std::array<Byte, 62> fixedFields() {
 }
 
 }  // namespace
-
-void packEntries(std::span<const Byte> entries, std::span<Byte> packed) {
-    for (std::size_t i = 0; i < entries.size() / 8; ++i) {
-        const auto group = entries.subspan(8 * i, 8);
-        unsigned bits = group[0];
-        for (std::size_t j = 0; j < 7; ++j) bits = (bits << 1) | group[j];
-        packed[i] = static_cast<Byte>(bits);
-    }
-}
 
 void createRawMonochromeData() {
     packEntries(std::span(mDataArray).first(static_cast<std::size_t>(mDataArrayLength)),

@@ -2,13 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 #include "TavioIpadSDK/imaging/state.h"
 
 namespace tavio::imaging {
-
-// ---- Over module state --------------------------------------------------------------------------
 
 // Packs mDataArray into mRawBitmapData and sets nRead.
 void createRawMonochromeData();
@@ -27,15 +24,5 @@ void populate_bmpheader();
 // Writes a value as four bytes, lowest first, to BMPHeader[index : index + 4]; does nothing when
 // these are not all inside.
 void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index);
-
-// ---- Pure ---------------------------------------------------------------------------------------
-
-// packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
-// WHITE. The first entry fills the two top bits and the eighth is dropped: printed pictures depend
-// on exactly this.
-//
-//   bit    7 6 5 4 3 2 1 0
-//   entry  0 0 1 2 3 4 5 6          1,0,1,0,1,0,1,0 gives D5; 0,0,0,0,0,0,0,1 gives 00
-void packEntries(std::span<const Byte> entries, std::span<Byte> packed);
 
 }  // namespace tavio::imaging

@@ -9,5 +9,6 @@ target_sources(tavio_sdk PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/decode_png.cpp
   ${CMAKE_CURRENT_LIST_DIR}/exif_orientation.cpp
   ${CMAKE_CURRENT_LIST_DIR}/picture.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/picture_rows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/stretch.cpp
 )

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/imaging/monochrome.h"
+#include "TavioIpadSDK/imaging/pack_entries.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 #include "support/literal_imaging.h"

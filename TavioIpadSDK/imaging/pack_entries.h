@@ -1,0 +1,18 @@
+// The kernel that packs black and white entries into bits.
+#pragma once
+
+#include <span>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::imaging {
+
+// packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
+// WHITE. The first entry fills the two top bits and the eighth is dropped: printed pictures depend
+// on exactly this.
+//
+//   bit    7 6 5 4 3 2 1 0
+//   entry  0 0 1 2 3 4 5 6          1,0,1,0,1,0,1,0 gives D5; 0,0,0,0,0,0,0,1 gives 00
+void packEntries(std::span<const Byte> entries, std::span<Byte> packed);
+
+}  // namespace tavio::imaging
