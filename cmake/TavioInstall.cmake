@@ -60,13 +60,15 @@ install(TARGETS tavio_sdk tavio_virtual_printer tavio_links EXPORT TavioTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   INCLUDES DESTINATION "${headers}")
 
-# A shared library lies where the tool finds it, wherever the tree has been put.
-file(RELATIVE_PATH libraries
-     "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-install(TARGETS tavio tavio-printer RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/"
-        DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" FILES_MATCHING PATTERN "*.1")
+if(TAVIO_BUILD_PROGRAMS)
+  # A shared library lies where the tool finds it, wherever the tree has been put.
+  file(RELATIVE_PATH libraries
+       "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+  install(TARGETS tavio tavio-printer RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/"
+          DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" FILES_MATCHING PATTERN "*.1")
+endif()
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 set(package "${CMAKE_INSTALL_LIBDIR}/cmake/Tavio")

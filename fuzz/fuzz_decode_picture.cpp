@@ -1,16 +1,55 @@
-// Picture files: never a crash, and what is decoded is whole.
+// Picture files: never a crash, what is decoded is whole, and read by rows it is the same.
 
+#include <algorithm>
 #include <cstdlib>
+#include <memory>
 
 #include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/open_picture.h"
+
+namespace {
+
+using namespace tavio;
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+void requireRows(platform::PictureRows& rows, const platform::DecodedPicture& decoded) {
+    const platform::Picture expected =
+        decoded.picture ? platform::upright(*decoded.picture) : platform::Picture();
+    std::size_t came = 0;
+    try {
+        for (auto part = rows.next(3); !part.empty(); part = rows.next(3)) {
+            came += part.size();
+            if (!decoded.picture) continue;
+            require(came <= expected.pixels.size());
+            require(
+                std::equal(part.begin(), part.end(), expected.pixels.data() + came - part.size()));
+        }
+        require(decoded.picture && came == expected.pixels.size());
+    } catch (const platform::DamagedPicture& damage) {
+        require(damage.what() == decoded.why);
+    }
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto decoded = tavio::platform::decodePicture({data, size});
-    if (!decoded.picture) return decoded.why.empty() ? (std::abort(), 0) : 0;
-    const tavio::platform::Picture& picture = *decoded.picture;
-    const auto pixels =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    if (pixels == 0 || pixels != picture.pixels.size()) std::abort();
-    if (picture.orientation < 1 || picture.orientation > 8) std::abort();
+    const auto decoded = platform::decodePicture({data, size});
+    require(decoded.picture.has_value() == decoded.why.empty());
+    if (decoded.picture) {
+        const platform::Picture& picture = *decoded.picture;
+        const auto pixels =
+            static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+        require(pixels != 0 && pixels == picture.pixels.size());
+        require(picture.orientation >= 1 && picture.orientation <= 8);
+    }
+    const auto opened = platform::openPicture(std::make_shared<const Bytes>(data, data + size));
+    if (opened.rows) {
+        requireRows(*opened.rows, decoded);
+    } else {
+        require(opened.why == decoded.why);
+    }
     return 0;
 }

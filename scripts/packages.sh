@@ -9,29 +9,67 @@ build_packages=(
 test_packages=(libgtest-dev iproute2)
 check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)
 browser_packages=(chromium) # and Node.js with npm, see need_node
+# To build for tablets and to run what was built; name:architecture is another processor's package.
+cross_packages=(g++-aarch64-linux-gnu qemu-user libpng-dev:arm64 libjpeg62-turbo-dev:arm64 libhwy-dev:arm64)
 
-is_installed() {
-  [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+bench_packages=(libbenchmark-dev python3 python3-pil) # and python3-pil is a peer
+# Tools for the same kind of work, to compare with.
+peer_packages=(ghostscript graphicsmagick libvips-tools mupdf-tools netpbm poppler-utils)
+
+is_installed() { # package[:architecture]
+  local architecture
+  architecture=$(dpkg --print-architecture)
+  case "$1" in *:*) architecture=${1#*:} ;; esac
+  dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "${1%:*}" 2>/dev/null |
+    grep -qxE "(all|$architecture) installed"
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# Those of the given packages that are not installed.
+missing_of() {
+  local package
+  for package in "$@"; do
+    is_installed "$package" || printf '%s\n' "$package"
+  done
+}
+
+may_install() { # missing packages: or says why they cannot be installed
+  [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null || {
+    echo "These packages are missing, and installing them needs root or sudo: $*" >&2
+    return 1
+  }
 }
 
 # Installs those of the given packages that are missing, and says so.
 need_packages() {
-  local missing=() package as_root=()
-  for package in "$@"; do
-    is_installed "$package" || missing+=("$package")
-  done
+  local missing
+  mapfile -t missing < <(missing_of "$@")
   [ ${#missing[@]} -eq 0 ] && return 0
-  if [ "$(id -u)" -ne 0 ]; then
-    command -v sudo >/dev/null || {
-      echo "These packages are missing, and installing them needs root or sudo: ${missing[*]}" >&2
-      return 1
-    }
-    as_root=(sudo)
-  fi
+  may_install "${missing[@]}" || return 1
   echo "Installing with apt-get: ${missing[*]}"
-  "${as_root[@]}" apt-get update -qq
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  as_root apt-get update -qq &&
+    as_root env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# The packages for AArch64. Where the package sources have none, the machine is left as it was: with
+# an architecture that cannot be had, every later `apt-get update` would fail.
+need_cross_packages() {
+  local missing added=no
+  mapfile -t missing < <(missing_of "${cross_packages[@]}")
+  [ ${#missing[@]} -eq 0 ] && return 0
+  may_install "${missing[@]}" || return 1
+  if ! dpkg --print-foreign-architectures | grep -qx arm64; then
+    echo "Adding the architecture arm64 to the package sources"
+    as_root dpkg --add-architecture arm64 && added=yes
+  fi
+  need_packages "${missing[@]}" && return 0
+  echo "The tests for AArch64 need these packages, and apt-get cannot install them here: ${missing[*]}" >&2
+  [ $added = no ] || as_root dpkg --remove-architecture arm64 || true
+  return 1
 }
 
 # Node.js and its package manager, from wherever the machine has them, else from Debian.

@@ -29,11 +29,14 @@ void sendDocument(const Options& options, Console& console) {
             console.warn(warning);
         }
     }
+    Job job;
     // The result is not looked at: for a picture it is false also when all went well.
-    runJob(options, destination, console, {[&] {
-               if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
-               if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
-           }});
+    job.send = [&] {
+        if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
+        if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
+    };
+    job.damage = document.damage;
+    runJob(options, destination, console, job);
 }
 
 void sendText(const Options& options, Console& console) {

@@ -1,9 +1,10 @@
 #include "tavio/document.h"
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
-#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/open_picture.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/platform/text.h"
@@ -16,21 +17,39 @@ namespace {
 
 Document prepareText(const std::string& path, InputFile& file) {
     if (!platform::decodeUtf8(file.rest())) throw Failure(path + " is not UTF-8 text");
-    return {URL::fromPath(path), std::nullopt};
+    Document document;
+    document.url = URL::fromPath(path);
+    return document;
+}
+
+std::string refusalOf(const std::string& path, const std::string& why) {
+    return path + " is no picture to print: " + why;
+}
+
+// Decodes the picture to its last row and keeps nothing of it.
+std::string damageOf(const std::string& path, const std::shared_ptr<const Bytes>& bytes) {
+    constexpr std::int32_t kRows = 16;
+    auto opened = platform::openPicture(bytes);
+    if (!opened.rows) return refusalOf(path, opened.why);
+    try {
+        while (!opened.rows->next(kRows).empty()) continue;
+    } catch (const platform::DamagedPicture& damage) {
+        return refusalOf(path, damage.what());
+    }
+    return "";
 }
 
 Document preparePicture(const std::string& path, const std::string& extension, InputFile& file,
                         Console& console) {
-    Bytes bytes = file.rest();
+    auto bytes = std::make_shared<const Bytes>(file.rest());
     console.stage("looking at the picture");
-    auto decoded = platform::decodePicture(bytes);
-    if (!decoded.picture) throw Failure(path + " is no picture to print: " + decoded.why);
-    auto size = intake::photoTargetSize(platform::uprightWidth(*decoded.picture),
-                                        platform::uprightHeight(*decoded.picture));
+    auto opened = platform::openPicture(bytes);
+    if (!opened.rows) throw Failure(refusalOf(path, opened.why));
+    auto size = intake::photoTargetSize(opened.rows->width(), opened.rows->height());
     auto photos = std::make_shared<platform::InMemoryPhotoLibrary>();
-    URL url = photos->add("document." + extension, std::move(bytes));
+    URL url = photos->share("document." + extension, bytes);
     platform::setPhotoLibrary(std::move(photos));
-    return {std::move(url), size};
+    return {std::move(url), size, [path, bytes] { return damageOf(path, bytes); }};
 }
 
 Document preparePage(const std::string& path, Console& console) {
@@ -42,7 +61,10 @@ Document preparePage(const std::string& path, Console& console) {
     }
     auto size = intake::pageTargetSize(drawn->page->width, drawn->page->height);
     platform::setPdfPageSource([drawn](const URL&) { return std::exchange(*drawn, {}); });
-    return {std::move(url), size};
+    Document document;
+    document.url = std::move(url);
+    document.size = size;
+    return document;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tavio/input_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,6 +15,9 @@ namespace tavio::tool {
 namespace {
 
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
+
+// More memory than this is taken only for bytes that have come.
+constexpr std::uint64_t kMostForeseen = std::uint64_t{1} << 30;
 
 std::string nameOf(const std::string& path) {
     return path.empty() ? "\"\"" : path;
@@ -65,6 +69,7 @@ std::span<const Byte> InputFile::next() {
 
 Bytes InputFile::rest() {
     Bytes all;
+    all.reserve(static_cast<std::size_t>(std::min(size(), kMostForeseen)));
     for (auto piece = next(); !piece.empty(); piece = next()) {
         all.insert(all.end(), piece.begin(), piece.end());
     }

@@ -28,8 +28,10 @@ class NoticeRecorder {
     NoticeRecorder& operator=(const NoticeRecorder&) = delete;
     ~NoticeRecorder() { platform::setNoticeHandler({}); }
 
-    void refuseIfShown() const {
-        if (first_) throw Failure("nothing was printed: " + first_->title + ": " + first_->message);
+    void refuseIfShown(const Job& job) const {
+        if (!first_) return;
+        if (std::string damage = job.damage(); !damage.empty()) throw Failure(damage);
+        throw Failure("nothing was printed: " + first_->title + ": " + first_->message);
     }
 
   private:
@@ -119,7 +121,7 @@ void send(const Options& options, const Destination& destination, Console& conso
     console.stage("printing");
     if (destination.isPrinter) link.showProgress(console, job.size);
     job.send();
-    notices.refuseIfShown();
+    notices.refuseIfShown(job);
     sendFinish(options.finish);  // after a failure too: the report counts it as not sent
     if (destination.isPrinter) console.stage("waiting for the printer");
     session.close();

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "TavioIpadSDK/platform/text.h"
 #include "tavio/console.h"
@@ -17,6 +18,10 @@ struct Job {
 
     // How many bytes that will be, where it is known beforehand; for the progress only.
     std::uint64_t size = 0;
+
+    // Asked when the library has shown a notice: what is wrong with the document, which the notice
+    // does not tell; "" where that is not known.
+    std::function<std::string()> damage = [] { return std::string(); };
 };
 
 // Makes the library's settings those of the command line.

@@ -1,13 +1,21 @@
 #include "TavioIpadSDK/encoder/band_scanner.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
+
+#include "TavioIpadSDK/encoder/mark_positions.h"
 
 namespace tavio::encoder {
 namespace {
 
 bool isDigit(Byte c) {
     return c >= '0' && c <= '9';
+}
+
+// Whether a text that begins like this may have another value than 0.
+bool mayBeginNumber(Byte c) {
+    return isDigit(c) || c == '-' || c == '+' || c == ' ' || c == '\t';
 }
 
 }  // namespace
@@ -28,73 +36,119 @@ std::int32_t integerValue(std::span<const Byte> text) {
         std::clamp<std::int64_t>(isNegative ? -value : value, Limits::min(), Limits::max()));
 }
 
-bool BandScanner::isPosition(std::size_t index) const {
-    return at(index) == '<' && at(index + 1) == 'R' && at(index + 2) == 'C';
+// A ">" ends a number wherever it stands, so the text from the second byte on has one value,
+// whichever ">" ends it.
+BandScanner::BandScanner(BandStream& stream) : stream_(stream) {
+    const auto end = findClose(1).value_or(stream.size());
+    fromSecondByte_ = valueOf(1, end).value_or(0);
 }
 
-std::optional<std::size_t> BandScanner::find(char wanted, std::size_t from) const {
-    if (from > stream_.size()) return std::nullopt;
-    const auto found = std::find(stream_.begin() + static_cast<std::ptrdiff_t>(from), stream_.end(),
-                                 static_cast<Byte>(wanted));
-    if (found == stream_.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - stream_.begin());
+bool BandScanner::hasAt(std::size_t index, std::string_view text) {
+    const auto bytes = stream_.read(index, text.size());
+    return std::equal(bytes.begin(), bytes.end(), text.begin(), text.end());
+}
+
+// The index of the first ">" from there on.
+std::optional<std::size_t> BandScanner::findClose(std::size_t from) {
+    const auto close = stream_.find('>', from);
+    bytesRead_ += close.value_or(stream_.size()) - std::min(from, stream_.size());
+    return close;
+}
+
+std::optional<std::size_t> BandScanner::lastComma(std::size_t from, std::size_t close) {
+    const auto text = stream_.read(from, close - from);
+    for (std::size_t i = text.size(); i-- > 0; ++bytesRead_)
+        if (text[i] == ',') return from + i;
+    return std::nullopt;
 }
 
 // The value of the text from `first` up to `end`, none when that text is empty.
-std::optional<std::int32_t> BandScanner::valueOf(std::size_t first, std::size_t end) const {
+std::optional<std::int32_t> BandScanner::valueOf(std::size_t first, std::size_t end) {
     if (first >= end) return std::nullopt;
-    return integerValue(stream_.subspan(first, end - first));
+    return integerValue(stream_.read(first, end - first));
 }
 
-BandScanner::Command BandScanner::commandEndingAt(std::size_t close, std::size_t from) const {
+BandScanner::Command BandScanner::commandEndingAt(std::size_t close, std::size_t from) {
     Command command{};
     command.close = close;
-    for (std::size_t i = from; i < close; ++i)
-        if (stream_[i] == ',') command.comma = i;
+    command.comma = lastComma(from, close);
     if (command.comma) command.column = valueOf(*command.comma + 1, close);
-    command.hasGraphics = at(close + 1) == '<' && at(close + 2) == 'G';
-    if (command.hasGraphics) command.dataClose = find('>', close + 3);
+    command.hasGraphics = hasAt(close + 1, "<G");
+    if (command.hasGraphics) command.dataClose = findClose(close + 3);
     if (command.dataClose) command.count = valueOf(close + 3, *command.dataClose);
     return command;
 }
 
 // Makes command_ the one whose ">" comes next at or behind `from`; false when there is none.
 bool BandScanner::readCommand(std::size_t from) {
-    if (command_ && command_->close >= from) return true;
-    const auto close = find('>', from);
+    const auto close = findClose(from);
     if (close) command_ = commandEndingAt(*close, from);
     return close.has_value();
 }
 
-void BandScanner::readTexts(std::size_t from) {
-    const bool hasComma = command_->comma && *command_->comma >= from;
-    const auto row = hasComma ? valueOf(from, *command_->comma) : std::nullopt;
-    // Without a comma the column's text begins at the stream's second byte.
-    const auto column = hasComma ? command_->column : valueOf(1, command_->close);
-    texts_.strx = row.value_or(texts_.strx);
-    texts_.stry = column.value_or(texts_.stry);
-}
-
-std::optional<FoundBand> BandScanner::readBand(std::size_t startCommand) {
+FoundBand BandScanner::bandAt(std::size_t startCommand) {
     // Without graphics the data is taken to begin where it would behind an empty "<G".
-    if (!command_->hasGraphics) return FoundBand{startCommand, command_->close + 4, texts_};
-    if (!command_->dataClose) return std::nullopt;
+    if (!command_->hasGraphics) return {startCommand, command_->close + 4, texts_};
     texts_.strg = command_->count.value_or(texts_.strg);
     startData_ = *command_->dataClose + 1;
-    return FoundBand{startCommand, startData_, texts_};
+    return {startCommand, startData_, texts_};
 }
 
-std::optional<FoundBand> BandScanner::next() {
-    while (k_ < stream_.size()) {
-        const std::size_t startCommand = k_++;
-        if (!isPosition(startCommand)) continue;
-        const std::size_t from = startCommand + 3;
-        if (!readCommand(from)) break;  // no ">" is left for any "<RC" behind either
-        readTexts(from);
-        if (auto band = readBand(startCommand)) return band;
+// Only the last command with a row's text, and the last of all, leave texts behind.
+void BandScanner::pass(Passed* passed) {
+    std::optional<std::size_t> last;
+    if (command_->comma) last = passBefore(*command_->comma - kCommandSize, passed);
+    if (last) readTexts(*last + kCommandSize);
+    last = passBefore(command_->close, passed);
+    if (last) readTexts(*last + kCommandSize);
+}
+
+// Passes over the commands that begin before `limit` and returns the last of them.
+std::optional<std::size_t> BandScanner::passBefore(std::size_t limit, Passed* passed) {
+    std::optional<std::size_t> last;
+    while (hasPosition() && wordStart() < limit) {
+        const std::size_t bits = limit - wordStart();
+        const std::uint64_t within = bits >= 64 ? left_ : left_ & ((std::uint64_t{1} << bits) - 1);
+        if (within == 0) break;
+        last = wordStart() + 63 - static_cast<std::size_t>(std::countl_zero(within));
+        const std::uint64_t behind = left_ & ~within;
+        while (passed != nullptr && left_ != behind) {
+            ++passed->count;
+            passed->indices += nextPosition();
+        }
+        left_ = behind;
     }
-    k_ = stream_.size();
-    return std::nullopt;
+    return last;
+}
+
+std::size_t BandScanner::passRepeating() {
+    std::size_t repeating = 0;
+    // Rows are read in front of the comma, and only while there is one.
+    const std::size_t end = command_->comma.value_or(command_->close);
+    for (; hasPosition(); left_ &= left_ - 1, ++repeating) {
+        const auto bit = static_cast<std::size_t>(std::countr_zero(left_));
+        const std::size_t from = wordStart() + bit + kCommandSize;
+        if (from >= end) break;
+        if (!command_->comma) continue;
+        const bool isZero = !mayBeginNumber(stream_.read(from, 1)[0]);
+        if ((isZero ? 0 : *valueOf(from, end)) != texts_.strx) break;
+    }
+    return repeating;
+}
+
+void BandScanner::passAll() {
+    left_ = 0;
+    word_ = kMarkedWords;
+    marked_ = stream_.size();
+}
+
+bool BandScanner::markMore() {
+    if (marked_ >= stream_.size()) return false;
+    constexpr std::size_t kBytes = 64 * kMarkedWords;
+    markPositions(stream_.read(marked_, kBytes + kCommandSize - 1), marks_);
+    marked_ += kBytes;
+    word_ = 0;
+    return true;
 }
 
 }  // namespace tavio::encoder

@@ -1,11 +1,15 @@
 // Finding the bands in a command stream by their positioning commands.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string_view>
 
+#include "TavioIpadSDK/encoder/band_stream.h"
 #include "TavioIpadSDK/platform/bytes.h"
 
 namespace tavio::encoder {
@@ -23,17 +27,55 @@ struct FoundBand {
     BandTexts texts;           // as of this band
 };
 
-// Steps through the stream, in time linear in its length however many "<RC" it holds.
+// Steps through the stream, in time linear in its length however many "<RC" it holds: each byte is
+// looked at once for where commands begin and at most four times for what they say, because all
+// "<RC" in front of the same ">" share what it ends.
 class BandScanner {
   public:
-    explicit BandScanner(std::span<const Byte> stream) : stream_(stream) {}
+    explicit BandScanner(BandStream& stream);
 
     // The next band, none behind the last. A "<RC", or the "<G" behind it, whose ">" does not come
-    // before the stream's end is passed over; what has been read of it stays in the texts.
-    std::optional<FoundBand> next();
+    // before the stream's end is passed over; what has been read of it stays in the texts. The
+    // stream must still have the bytes from the band before on.
+    std::optional<FoundBand> next() {
+        while (hasPosition()) {
+            const std::size_t startCommand = nextPosition();
+            const std::size_t from = startCommand + kCommandSize;
+            const bool isKnown = command_ && command_->close >= from;
+            if (!isKnown && !readCommand(from)) break;  // none is left for those behind either
+            readTexts(from);
+            if (!command_->hasGraphics || command_->dataClose) return bandAt(startCommand);
+        }
+        passAll();
+        return std::nullopt;
+    }
 
     // Index of the first graphics byte behind the last "<G" that was read, 0 before any.
     std::size_t startData() const { return startData_; }
+
+    // Commands that were passed over together.
+    struct Passed {
+        std::size_t count = 0;
+        std::size_t indices = 0;  // the sum of their startCommands
+    };
+
+    // Passes over all further bands that share the last one's columns, being commands in front of
+    // the same ">". 64 bytes of the stream are one step, however many commands they hold.
+    void passSharing() { pass(nullptr); }
+
+    // The same, and adds them up: one step for each command.
+    Passed countSharing() {
+        Passed passed;
+        pass(&passed);
+        return passed;
+    }
+
+    // Passes over further bands that share the last one's columns for as long as they say exactly
+    // what it says, and returns how many those are: one short step for each.
+    std::size_t passRepeating();
+
+    // Bytes looked at so far to learn what commands say.
+    std::size_t bytesRead() const { return bytesRead_; }
 
   private:
     // What the ">" at `close` ends and what follows it: the same for every "<RC" in front of it, so
@@ -47,20 +89,60 @@ class BandScanner {
         std::optional<std::int32_t> count;     // the value of the text before it
     };
 
-    Byte at(std::size_t index) const { return index < stream_.size() ? stream_[index] : Byte{0}; }
-    bool isPosition(std::size_t index) const;
-    std::optional<std::size_t> find(char wanted, std::size_t from) const;
-    std::optional<std::int32_t> valueOf(std::size_t first, std::size_t end) const;
-    Command commandEndingAt(std::size_t close, std::size_t from) const;
-    bool readCommand(std::size_t from);
-    void readTexts(std::size_t from);
-    std::optional<FoundBand> readBand(std::size_t startCommand);
+    static constexpr std::size_t kCommandSize = 3;  // "<RC"
 
-    std::span<const Byte> stream_;
-    std::size_t k_ = 0;               // where the scan goes on
-    std::optional<Command> command_;  // the last one read
+    bool hasAt(std::size_t index, std::string_view text);
+    std::optional<std::size_t> findClose(std::size_t from);
+    std::optional<std::size_t> lastComma(std::size_t from, std::size_t close);
+    std::optional<std::int32_t> valueOf(std::size_t first, std::size_t end);
+    Command commandEndingAt(std::size_t close, std::size_t from);
+    bool readCommand(std::size_t from);
+    FoundBand bandAt(std::size_t startCommand);
+    void pass(Passed* passed);
+    std::optional<std::size_t> passBefore(std::size_t limit, Passed* passed);
+    void passAll();
+    bool markMore();
+
+    // Whether there is one more "<RC"; left_ then holds its mark.
+    bool hasPosition() {
+        while (left_ == 0) {
+            if (++word_ >= kMarkedWords && !markMore()) return false;
+            left_ = marks_[word_];
+        }
+        return true;
+    }
+
+    // The index of the byte whose mark is lowest in left_.
+    std::size_t wordStart() const { return marked_ - 64 * (kMarkedWords - word_); }
+
+    std::size_t nextPosition() {
+        const auto bit = static_cast<std::size_t>(std::countr_zero(left_));
+        left_ &= left_ - 1;
+        return wordStart() + bit;
+    }
+
+    void readTexts(std::size_t from) {
+        const bool hasComma = command_->comma && *command_->comma >= from;
+        if (!hasComma) {  // then the column's text begins at the stream's second byte
+            texts_.stry = fromSecondByte_;
+            return;
+        }
+        texts_.strx = valueOf(from, *command_->comma).value_or(texts_.strx);
+        texts_.stry = command_->column.value_or(texts_.stry);
+    }
+
+    static constexpr std::size_t kMarkedWords = 64;
+
+    BandStream& stream_;
+    std::array<std::uint64_t, kMarkedWords> marks_;  // where "<RC" begins, a bit for each byte
+    std::size_t marked_ = 0;                         // the bytes that are or were in marks_
+    std::size_t word_ = kMarkedWords;                // the word of marks_ being gone through
+    std::uint64_t left_ = 0;                         // what is left of it
+    std::optional<Command> command_;                 // the last one read
+    std::int32_t fromSecondByte_ = 0;                // the value of the text there
     BandTexts texts_;
     std::size_t startData_ = 0;
+    std::size_t bytesRead_ = 0;
 };
 
 // The integer at the front of a text: blanks skipped, one optional sign, then digits up to the

@@ -8,11 +8,15 @@
 // columns as a padded row has pixels; the bottom rows that do not fill a band are dropped.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
 #include "TavioIpadSDK/encoder/bitmap_reader.h"
+#include "TavioIpadSDK/encoder/stream_buffer.h"
 #include "TavioIpadSDK/platform/bytes.h"
 
 namespace tavio::encoder {
@@ -26,19 +30,81 @@ struct Placement {
     std::int32_t portraitDots = 0;  // printable width in portrait
 };
 
-struct BandStream {
-    Bytes bytes;               // empty when the picture has no whole band: the opening goes too
-    std::string lastPosition;  // the position made for the band after the last; "" without a band
-    std::int32_t rx = 0;       // row and column of that position, the job's place without a band
-    std::int32_t ry = 0;
+struct Position {
+    std::int32_t row = 0;
+    std::int32_t column = 0;
 };
 
-// Builds the stream behind `opening` (the bytes it begins with, may be empty).
-//
-// pixels: RowSize * height bytes, the bottom row first, each row's leftmost pixel in its first
-// byte's top bit; a 0 bit prints. Throws StreamTooLong beyond 2^31 - 1 bytes and std::bad_alloc.
-BandStream buildBandStream(std::span<const Byte> pixels, const RowGeometry& row, UInt32 height,
-                           std::span<const Byte> opening, const Placement& placement);
+// The stream, made band by band as it is read: most of it is never in memory at once, and what has
+// just been made is still in the processor's cache when it is read. A reader that looks far ahead
+// makes it hold more, up to all of it.
+class BandStream {
+  public:
+    // pixels: RowSize * height bytes, the bottom row first, each row's leftmost pixel in its first
+    // byte's top bit; a 0 bit prints. They are read whenever the stream is. opening: the bytes the
+    // stream begins with, may be empty. Throws StreamTooLong beyond 2^31 - 1 bytes and
+    // std::bad_alloc.
+    BandStream(std::span<const Byte> pixels, const RowGeometry& row, UInt32 height,
+               std::span<const Byte> opening, const Placement& placement);
+
+    // A stream of these bytes.
+    explicit BandStream(std::span<const Byte> bytes);
+
+    // Bytes in all; 0 when the picture has no whole band: the opening goes too.
+    std::size_t size() const { return size_; }
+
+    // The position made for the band after the last: the job's place without a band.
+    Position behind() const { return behind_; }
+
+    // Its command; "" without a band.
+    std::string lastPosition() const;
+
+    // The `count` bytes from index `first` on, fewer at the stream's end, none behind it. They stay
+    // where they are until the next call of any kind. first: not among what was forgotten. Throws
+    // std::bad_alloc.
+    std::span<const Byte> read(std::size_t first, std::size_t count) {
+        if (first >= size_) return {};
+        const std::size_t end = first + std::min(count, size_ - first);
+        if (end > made_) makeUpTo(end);
+        return {held_.data() + (first - base_), end - first};
+    }
+
+    // The index of the first such byte from index `from` on.
+    std::optional<std::size_t> find(Byte wanted, std::size_t from);
+
+    // The bytes in front of index `first` will not be read again.
+    void forget(std::size_t first) { kept_ = std::max(kept_, std::min(first, made_)); }
+
+    // Memory taken by what of it is held.
+    std::size_t bytesHeld() const { return held_.size(); }
+
+    // All bytes can be read again, from the first on.
+    void rewind();
+
+  private:
+    void makeUpTo(std::size_t end);
+    void makeBand();
+    Byte* roomFor(std::size_t count);
+    void put(std::span<const Byte> bytes);
+
+    // What it is made from.
+    std::span<const Byte> pixels_;
+    RowGeometry row_{};
+    UInt32 height_ = 0;
+    UInt32 bands_ = 0;
+    Placement placement_;
+    Bytes opening_;
+    std::string graphicsCommand_;
+    std::size_t size_ = 0;
+    Position behind_;
+
+    // What of it is in memory: held_ begins with the byte of index base_.
+    StreamBytes held_;
+    std::size_t base_ = 0;
+    std::size_t kept_ = 0;  // index of the first byte that may still be read
+    std::size_t made_ = 0;  // index behind the last byte made
+    UInt32 madeBands_ = 0;
+};
 
 // Turns 8 pixel rows into the columns of one band.
 //

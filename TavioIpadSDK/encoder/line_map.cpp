@@ -3,32 +3,43 @@
 #include <algorithm>
 
 namespace tavio::encoder {
+namespace {
 
-RunIndex::RunIndex(std::span<const Byte> stream)
-    : size_(static_cast<std::int64_t>(stream.size())),
-      firstIsData_(!stream.empty() && stream[0] != 0) {
-    for (std::size_t i = 0; i < stream.size(); ++i) {
-        const bool changes = i == 0 || (stream[i] != 0) != (stream[i - 1] != 0);
-        if (changes) starts_.push_back(static_cast<std::int32_t>(i));
-    }
-    // The zeros behind the end lengthen a last zero run, or are a run of their own.
-    const bool endsInZeros = !starts_.empty() && !isData(starts_.size() - 1);
-    if (!endsInZeros) starts_.push_back(static_cast<std::int32_t>(size_));
+// How often neighbours differ in being blank.
+std::size_t changesIn(std::span<const Byte> bytes) {
+    std::size_t changes = 0;
+    for (std::size_t i = 1; i < bytes.size(); ++i)
+        changes += static_cast<std::size_t>((bytes[i] != 0) != (bytes[i - 1] != 0));
+    return changes;
 }
 
-std::size_t RunIndex::mapRuns(std::int64_t start, std::int32_t count,
-                              std::vector<LineParser>& map) {
-    while (cursor_ + 1 < starts_.size() && starts_[cursor_ + 1] <= start) ++cursor_;
+// Lists the runs; the map has room for all of them.
+void listRuns(std::span<const Byte> bytes, std::int64_t start, std::vector<LineParser>& map) {
     std::size_t used = 0;
-    const std::int64_t end = start + std::max(count, 0);
-    for (std::size_t run = cursor_; start < end; ++run) {
-        const bool isLast = run + 1 == starts_.size();
-        const std::int64_t runEnd = isLast ? end : std::min<std::int64_t>(starts_[run + 1], end);
-        if (used == map.size()) map.resize(std::max<std::size_t>(2 * used, LINEMAPMAX));
-        map[used++] = {static_cast<std::int32_t>(start), static_cast<std::int32_t>(runEnd - start),
-                       isData(run) ? DATA : ZEROS};
-        start = runEnd;
+    for (std::size_t first = 0, i = 1; first < bytes.size(); ++i) {
+        const bool isData = bytes[first] != 0;
+        if (i < bytes.size() && (bytes[i] != 0) == isData) continue;
+        map[used++] = {static_cast<std::int32_t>(start + static_cast<std::int64_t>(first)),
+                       static_cast<std::int32_t>(i - first), isData ? DATA : ZEROS};
+        first = i;
     }
+}
+
+}  // namespace
+
+std::size_t mapRuns(std::span<const Byte> columns, std::int64_t start, std::int32_t count,
+                    std::vector<LineParser>& map) {
+    const std::int64_t end = start + std::max(count, 0);
+    const auto behind = start + static_cast<std::int64_t>(columns.size());  // only zeros from here
+    const bool isOneMore = end > behind && (columns.empty() || columns.back() != 0);
+    const std::size_t inside = columns.empty() ? 0 : changesIn(columns) + 1;
+
+    const std::size_t used = inside + std::size_t{isOneMore};
+    if (used > map.size()) map.resize(std::max(used, LINEMAPMAX));
+    std::fill(map.begin(), map.end(), LineParser{});
+    listRuns(columns, start, map);
+    if (isOneMore) map[inside] = {static_cast<std::int32_t>(behind), 0, ZEROS};
+    if (end > behind) map[used - 1].count += static_cast<std::int32_t>(end - behind);
     return used;
 }
 

@@ -10,26 +10,13 @@
 
 namespace tavio::encoder {
 
-// Where a whole stream changes between zero and non-zero bytes. Found once, so that the runs of any
-// stretch of the stream are listed in the time it takes to write them down: graphics may hold bytes
-// that look like commands, and then the same columns are mapped many times over.
-class RunIndex {
-  public:
-    explicit RunIndex(std::span<const Byte> stream);
-
-    // Overwrites map[0 : result] with the runs of the `count` bytes from index `start` on; zero and
-    // non-zero runs take turns. Bytes behind the stream's end count as zeros. Grows the map where
-    // it is too small; entries that are not needed are left as they are. A `count` of 0 or less
-    // gives no run. start: 0 or more, never less than in the call before.
-    std::size_t mapRuns(std::int64_t start, std::int32_t count, std::vector<LineParser>& map);
-
-  private:
-    bool isData(std::size_t run) const { return (run % 2 == 0) == firstIsData_; }
-
-    std::int64_t size_;                 // bytes in the stream
-    bool firstIsData_;                  // run 0 is a data run; the others take turns
-    std::vector<std::int32_t> starts_;  // starts_[r] is the index of run r's first byte; ascending
-    std::size_t cursor_ = 0;            // the run that held the last `start`
-};
+// Overwrites map[0 : result] with the runs of the `count` bytes from index `start` of a stream on;
+// zero and non-zero runs take turns. Grows the map where it is too small, and empties the entries
+// that are not needed. A `count` of 0 or less gives no run. start: 0 or more.
+//
+// columns: those of these bytes that the stream has. Where it ends early, zeros follow; they are
+// counted, not walked.
+std::size_t mapRuns(std::span<const Byte> columns, std::int64_t start, std::int32_t count,
+                    std::vector<LineParser>& map);
 
 }  // namespace tavio::encoder

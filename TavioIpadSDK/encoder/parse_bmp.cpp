@@ -19,7 +19,7 @@
 namespace tavio::encoder {
 namespace {
 
-constexpr char kEscape = 27;
+constexpr Byte kEscape = 27;
 
 void refuse(const char* message) {
     platform::showNotice({"Alert", message, "OK"});
@@ -57,8 +57,7 @@ BandStream bandsOf(std::span<const Byte> file, const std::string& opening,
                    const Placement& placement) {
     const RowGeometry row = rowGeometry(bminfo);
     const auto pixels = file.last(std::size_t{row.RowSize} * bminfo.biHeight);
-    return buildBandStream(pixels, row, bminfo.biHeight, platform::lowBytesOfUtf16(opening),
-                           placement);
+    return {pixels, row, bminfo.biHeight, platform::lowBytesOfUtf16(opening), placement};
 }
 
 Placement placementAt(std::int32_t row, std::int32_t column) {
@@ -69,8 +68,8 @@ void print(std::span<const Byte> file) {
     const Placement placement = placementAt(originalx, originaly);
     const std::string opening = PrinterPath + PrinterOrientation + "<RE0><DI>";
     const std::string position = positionCommand(originalx, originaly);
-    const BandStream bands = bandsOf(file, opening + position, placement);
-    const Bytes stream =
+    BandStream bands = bandsOf(file, opening + position, placement);
+    const StreamBytes stream =
         writeStretches(bands, platform::lowBytesOfUtf16(opening), placement, linemap);
     SendData(stream.data(), static_cast<std::int32_t>(stream.size()));
 }
@@ -79,16 +78,14 @@ void print(std::span<const Byte> file) {
 // out to be too long never leaves the printer waiting for the rest of it.
 void storeLogo(std::span<const Byte> file) {
     const Placement placement = placementAt(0, 0);
-    const BandStream bands = bandsOf(file, "", placement);
-    StreamBuffer stream;
+    BandStream bands = bandsOf(file, "", placement);
     // The position behind the last band goes first: it is what the first pass leaves behind.
-    stream.append(
-        writeStretches(bands, platform::lowBytesOfUtf16(bands.lastPosition), placement, linemap));
-    stream.append(std::string_view(&kEscape, 1));
-    const Bytes bytes = stream.take();
+    const StreamBytes bytes =
+        writeStretches(bands, platform::lowBytesOfUtf16(bands.lastPosition()), placement, linemap,
+                       std::span<const Byte>(&kEscape, 1));
 
     originalx = originaly = 0;
-    SendString("<RE0><DI><RC0,0><" + LogoNumber + ">" + kEscape);
+    SendString("<RE0><DI><RC0,0><" + LogoNumber + ">" + static_cast<char>(kEscape));
     SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
 }
 

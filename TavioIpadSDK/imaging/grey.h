@@ -9,13 +9,13 @@ namespace tavio::imaging {
 // 0.299 first + 0.587 second + 0.114 third, in double, added left to right, each operation rounded
 // on its own (so this project compiles without fused multiply-add), then truncated. Arguments and
 // result 0 to 255. Three equal values may lose one: (128, 128, 128) gives 127.
-inline Byte greyValue(Byte first, Byte second, Byte third) {
+constexpr Byte greyValue(Byte first, Byte second, Byte third) {
     return static_cast<Byte>(0.299 * first + 0.587 * second + 0.114 * third);
 }
 
 // greyValue(...) < DITHERTHRESHOLD, without floating point but where it is needed: only a sum of
 // exactly 128 can come out on either side once it is rounded.
-inline bool isBlack(Byte first, Byte second, Byte third) {
+constexpr bool isBlack(Byte first, Byte second, Byte third) {
     const int thousandths = 299 * first + 587 * second + 114 * third;
     constexpr int kThreshold = DITHERTHRESHOLD * 1000;
     if (thousandths != kThreshold) return thousandths < kThreshold;

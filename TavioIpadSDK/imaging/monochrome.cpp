@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "TavioIpadSDK/imaging/dither.h"
+#include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/grey.h"
+#include "TavioIpadSDK/imaging/threshold_rows.h"
+#include "TavioIpadSDK/platform/large_pages.h"
 
 namespace tavio::imaging {
 namespace {
@@ -18,26 +20,32 @@ void sizeWorkingArrays(std::int32_t width, std::int32_t height) {
     mHeight = height;
     mDataWidth = static_cast<std::int32_t>(paddedWidth(width));
     mDataArrayLength = mDataWidth * mHeight;
+    mDataArray.reserve(asSize(mDataArrayLength));
+    const std::span<const Byte> unused(mDataArray.data() + mDataArray.size(),
+                                       mDataArray.capacity() - mDataArray.size());
+    platform::preferLargePages(std::as_bytes(unused));
     mDataArray.resize(asSize(mDataArrayLength));
     mRawBitmapData.resize(asSize(mDataArrayLength / 8));
 }
 
-// Writes one row of entries, entry i from pixel i by `blackAt`, and fills it up with WHITE.
-template <typename Pixel, typename BlackAt>
-void writeRow(std::span<const Pixel> pixels, std::span<Byte> entries, BlackAt blackAt) {
-    for (std::size_t i = 0; i < pixels.size(); ++i)
-        entries[i] = static_cast<Byte>(blackAt(pixels[i]) ? BLACK : WHITE);
-    std::fill(entries.begin() + static_cast<std::ptrdiff_t>(pixels.size()), entries.end(),
-              static_cast<Byte>(WHITE));
+// Converts the rows a strip at a time, the picture's top row first, which is mDataArray's last.
+// Makes no more than one strip of rows in memory necessary.
+template <typename Convert>
+void convertRows(platform::PictureRows& image, std::int32_t strip, Convert convert) {
+    std::span<Byte> rest(mDataArray);
+    while (!rest.empty()) {
+        const std::span<const UInt32> pixels = image.next(strip);
+        if (pixels.empty()) throw platform::DamagedPicture("the picture has too few rows");
+        const std::size_t size = pixels.size() / asSize(mWidth) * asSize(mDataWidth);
+        convert(pixels, rest.last(size));
+        rest = rest.first(rest.size() - size);
+    }
 }
 
-bool recordIsBlack(ArgbColor record) {
-    return isBlack(record.Red, record.Green, record.Blue);
-}
-
-bool wordIsBlack(UInt32 word) {
-    return isBlack(static_cast<Byte>(word), static_cast<Byte>(word >> 8),
-                   static_cast<Byte>(word >> 16));
+// The threshold conversion leaves the top row out; it is white whatever was printed before.
+void whitenTopRow() {
+    const std::size_t line = mHeight > 0 ? asSize(mDataWidth) : 0;
+    std::ranges::fill(std::span(mDataArray).last(line), static_cast<Byte>(WHITE));
 }
 
 }  // namespace
@@ -48,29 +56,44 @@ void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t widt
     k = 0;
     for (std::int32_t row = height - 1; row >= 0; --row) {
         const auto pixels = originalData.subspan(asSize(row) * asSize(width), asSize(width));
-        writeRow(pixels, entries.subspan(k, asSize(mDataWidth)), recordIsBlack);
+        const auto line = entries.subspan(k, asSize(mDataWidth));
+        std::ranges::fill(line, static_cast<Byte>(WHITE));
+        std::ranges::transform(pixels, line.begin(), [](ArgbColor record) {
+            return static_cast<Byte>(isBlack(record.Red, record.Green, record.Blue) ? BLACK : WHITE);
+        });
         k += static_cast<UInt32>(mDataWidth);
     }
 }
 
 void CreateTransformedImage(const platform::Picture& image) {
-    originalPixels.resize(image.pixels.size());
-    TransformToRGBA(image.pixels, originalPixels, image.width, image.height);
-    diffuse(originalPixels, image.width, image.height);
     sizeWorkingArrays(image.width, image.height);
-    MakeItMonochrome(originalPixels, image.width, image.height);
+    diffusePicture(image.pixels, mWidth, mHeight, mDataArray);
+    k = static_cast<UInt32>(mDataArrayLength);
+}
+
+void CreateTransformedImage(platform::PictureRows& image) {
+    sizeWorkingArrays(image.width(), image.height());
+    ErrorDiffusion diffusion(mWidth);
+    convertRows(image, ErrorDiffusion::bestStrip(),
+                [&](std::span<const UInt32> pixels, std::span<Byte> entries) {
+                    diffusion.convert(pixels, entries);
+                });
+    k = static_cast<UInt32>(mDataArrayLength);
 }
 
 void ConvertToMonochrome(const platform::Picture& image) {
     sizeWorkingArrays(image.width, image.height);
-    const std::span<const UInt32> words(image.pixels);
-    std::span<Byte> entries(mDataArray);
-    for (std::int32_t row = mHeight - 1; row > 0; --row) {
-        const auto pixels = words.subspan(asSize(row) * asSize(mWidth), asSize(mWidth));
-        writeRow(pixels, entries.first(asSize(mDataWidth)), wordIsBlack);
-        entries = entries.subspan(asSize(mDataWidth));
-    }
-    std::fill(entries.begin(), entries.end(), static_cast<Byte>(WHITE));  // the top row
+    thresholdRows(image.pixels, mWidth, mDataArray);
+    whitenTopRow();
+}
+
+void ConvertToMonochrome(platform::PictureRows& image) {
+    constexpr std::int32_t kStrip = 32;
+    sizeWorkingArrays(image.width(), image.height());
+    convertRows(image, kStrip, [](std::span<const UInt32> pixels, std::span<Byte> entries) {
+        thresholdRows(pixels, mWidth, entries);
+    });
+    whitenTopRow();
 }
 
 }  // namespace tavio::imaging

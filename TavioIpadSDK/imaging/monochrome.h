@@ -13,6 +13,10 @@
 // mRawBitmapData sized but not filled. `image` is the fitted picture: upright, at most 2^31 - 1
 // entries once its rows are padded. A fully transparent pixel is all zero, and so black. They throw
 // std::bad_alloc when there is no memory for the working arrays.
+//
+// The fitted picture is given either as a whole, and then large ones are converted on both cores, or
+// row by row. What the rows throw is passed on, rows that end too soon count as DamagedPicture; the
+// working arrays are then sized for the picture, but hold no picture.
 #pragma once
 
 #include <cstdint>
@@ -20,11 +24,14 @@
 
 #include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/platform/picture_rows.h"
 
 namespace tavio::imaging {
 
 void CreateTransformedImage(const platform::Picture& image);  // dithered
-void ConvertToMonochrome(const platform::Picture& image);     // threshold
+void CreateTransformedImage(platform::PictureRows& image);
+void ConvertToMonochrome(const platform::Picture& image);  // threshold
+void ConvertToMonochrome(platform::PictureRows& image);
 
 // Fills mDataArray from records that are black or white already, all rows, bottom row first.
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,

@@ -1,24 +1,25 @@
 // Packing as a plain one, shifted. Eight entries, the first in the top bit, are one byte; the byte
 // that the printer wants is that byte shifted right by one as a signed number, which doubles its
-// top bit and drops its lowest one:
+// top bit and drops its lowest one. The processor gathers one bit from each byte of a vector, that
+// of the first lowest, so the entries of each group only have to stand in the wanted order before:
 //
 //   entries     a b c d e f g h
-//   bits        a b c d e f g h
-//   shifted     a a b c d e f g
+//   reordered   g f e d c b a a      bytes; h is gone, a is there twice
+//   gathered    a a b c d e f g      bits, the top one first
 //
-// A vector of entries becomes bits by reversing each group of eight and comparing with 0: the
-// processor then gathers one bit from each lane, that of the first lane lowest.
+// This takes less time than memory needs to bring the entries, so they are asked for well ahead.
 #include "TavioIpadSDK/imaging/pack_entries.h"
 
 #include <cstddef>
-#include <cstdint>
 
+#include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/platform/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/pack_entries.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
@@ -28,21 +29,30 @@ namespace tavio::imaging::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// How far ahead entries are asked for.
+constexpr std::size_t kAhead = 16384;
+
+// One vector of entries.
+HWY_INLINE void packVector(const Byte* entries, Byte* packed) {
+    const hn::ScalableTag<Byte> d;
+    alignas(16) static constexpr Byte kWanted[16] = {6,  5,  4,  3,  2,  1, 0, 0,
+                                                     14, 13, 12, 11, 10, 9, 8, 8};
+    const auto wanted = hn::LoadDup128(d, kWanted);
+    const auto bits = hn::TableLookupBytes(hn::LoadU(d, entries), wanted);
+    hn::StoreMaskBits(d, hn::Eq(bits, hn::Set(d, WHITE)), packed);
+}
+
 // Packs the groups that fill whole vectors and returns how many those are.
 std::size_t packVectors(const Byte* entries, std::size_t groups, Byte* packed) {
-    const hn::ScalableTag<Byte> d;
-    const std::size_t lanes = hn::Lanes(d);
-    alignas(16) static constexpr Byte kReversed[16] = {7,  6,  5,  4,  3,  2,  1, 0,
-                                                       15, 14, 13, 12, 11, 10, 9, 8};
-    const auto reversed = hn::LoadDup128(d, kReversed);
-    const auto zero = hn::Zero(d);
+    constexpr std::size_t kStep = HWY_MAX_BYTES / 8;  // groups of one vector
+    constexpr std::size_t kLine = 64 / 8;             // and of one line of the cache
     std::size_t done = 0;
-    for (; (done + lanes / 8) <= groups; done += lanes / 8) {
-        const auto group = hn::TableLookupBytes(hn::LoadU(d, entries + 8 * done), reversed);
-        hn::StoreMaskBits(d, hn::Ne(group, zero), packed + done);
+    for (; done + kLine + kAhead / 8 <= groups; done += kLine) {
+        hwy::Prefetch(entries + 8 * done + kAhead);
+        for (std::size_t i = 0; i < kLine; i += kStep)
+            packVector(entries + 8 * (done + i), packed + done + i);
     }
-    for (std::size_t i = 0; i < done; ++i)
-        packed[i] = static_cast<Byte>(static_cast<std::int8_t>(packed[i]) >> 1);
+    for (; done + kStep <= groups; done += kStep) packVector(entries + 8 * done, packed + done);
     return done;
 }
 

@@ -8,21 +8,18 @@
 
 #include "TavioIpadSDK/encoder/parse_bmp.h"
 #include "TavioIpadSDK/imaging/bitmap_file.h"
+#include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/platform/stretch.h"
+#include "TavioIpadSDK/platform/rows_ahead.h"
+#include "TavioIpadSDK/platform/stretched_rows.h"
 #include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio::imaging {
 namespace {
 
-// Leaves the fitted picture on the drawing surface, which stays open for the next print.
-void fit(const platform::Picture& image, std::int32_t width, std::int32_t height) {
-    const bool isEmpty = image.pixels.empty() || !isPrintableSize(width, height);
-    openSurface.width = isEmpty ? 0 : width;
-    openSurface.height = isEmpty ? 0 : height;
-    platform::stretch(image, openSurface.width, openSurface.height, openSurface.pixels);
-}
+using platform::Picture;
+using platform::PictureRows;
 
 // Header and rows, one after the other.
 std::shared_ptr<const Bytes> bitmapFileImage() {
@@ -34,16 +31,60 @@ std::shared_ptr<const Bytes> bitmapFileImage() {
     return std::make_shared<const Bytes>(std::move(file));
 }
 
-void makeBitmapFile(const platform::Picture& image, std::int32_t width, std::int32_t height) {
-    fit(image, width, height);
+// The fitted picture, a Picture or PictureRows.
+template <typename FittedPicture>
+void convert(FittedPicture& fitted) {
     if (ImageDithered) {
-        CreateTransformedImage(openSurface);
+        CreateTransformedImage(fitted);
     } else {
-        ConvertToMonochrome(openSurface);
+        ConvertToMonochrome(fitted);
     }
+}
+
+// What nothing can be printed of; one direction may be 0 and the other not.
+void convertEmpty(std::int32_t width, std::int32_t height) {
+    const Picture empty{width, height, {}, 1};
+    convert(empty);
+}
+
+void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<PictureRows> image) {
+    if (!image || image->width() == 0 || !isPrintableSize(width, height)) return convertEmpty(0, 0);
+    if (width == 0 || height == 0) return convertEmpty(width, height);
+    const auto fitted = platform::rowsAhead(
+        platform::stretchedRows(std::move(image), width, height), ErrorDiffusion::bestStrip());
+    convert(*fitted);
+}
+
+bool isWhole(const Picture& picture) {
+    return picture.width >= 0 && picture.height >= 0 &&
+           picture.pixels.size() == static_cast<std::uint64_t>(picture.width) *
+                                        static_cast<std::uint64_t>(picture.height);
+}
+
+// A picture that is as large as its dots already is converted where it lies.
+void fitAndConvert(std::int32_t width, std::int32_t height, const std::optional<Picture>& image) {
+    if (!image || !isWhole(*image)) return convertEmpty(0, 0);
+    const bool fits = image->width == width && image->height == height && image->orientation == 1;
+    if (fits && !image->pixels.empty() && isPrintableSize(width, height)) return convert(*image);
+    fitAndConvert(width, height, platform::rowsOf(*image));
+}
+
+void makeBitmapFile() {
     createRawMonochromeData();
     populate_bmpheader();
     myImageData = bitmapFileImage();
+}
+
+template <typename Image>
+void print(std::int32_t width, std::int32_t height, Image&& image) {
+    try {
+        fitAndConvert(std::max(width, 0), std::max(height, 0), std::forward<Image>(image));
+        makeBitmapFile();
+    } catch (const std::exception&) {  // damaged, or no memory: refused as if it were not there
+        convertEmpty(0, 0);
+        makeBitmapFile();
+    }
+    encoder::ParseBMP(*myImageData);
 }
 
 }  // namespace
@@ -55,14 +96,13 @@ bool isPrintableSize(std::int32_t width, std::int32_t height) {
 }
 
 void PrintBMP(std::int32_t width, std::int32_t height,
-              const std::optional<platform::Picture>& image) noexcept {
-    const platform::Picture nothing;
-    try {
-        makeBitmapFile(image ? *image : nothing, std::max(width, 0), std::max(height, 0));
-    } catch (const std::exception&) {  // no memory: refused like a picture that is not there
-        makeBitmapFile(nothing, 0, 0);
-    }
-    encoder::ParseBMP(*myImageData);
+              const std::optional<Picture>& image) noexcept {
+    print(width, height, image);
+}
+
+void PrintBMP(std::int32_t width, std::int32_t height,
+              std::unique_ptr<PictureRows> image) noexcept {
+    print(width, height, std::move(image));
 }
 
 }  // namespace tavio::imaging

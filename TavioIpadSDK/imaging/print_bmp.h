@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/platform/picture_rows.h"
 
 namespace tavio::imaging {
 
@@ -17,10 +19,15 @@ bool isPrintableSize(std::int32_t width, std::int32_t height);
 // keeps that in myImageData and hands it to the encoder, which sends it. LogoNumber, originalx and
 // originaly say whether it is printed, and where, or stored as a logo.
 //
-// A negative size counts as 0. An absent or empty picture, a size that is not printable, or a lack
-// of memory never prints black: it becomes an empty picture, which the encoder refuses with its
-// notice. Never throws.
+// A picture is given as a whole, or as rows, of which only a strip is in memory at any time. Nothing
+// is sent before the last row has been converted: rows that turn out to be damaged print nothing.
+//
+// A negative size counts as 0. An absent, empty or damaged picture, a size that is not printable, or
+// a lack of memory never prints black: it becomes an empty picture, which the encoder refuses with
+// its notice. Never throws.
 void PrintBMP(std::int32_t width, std::int32_t height,
               const std::optional<platform::Picture>& image) noexcept;
+void PrintBMP(std::int32_t width, std::int32_t height,
+              std::unique_ptr<platform::PictureRows> image) noexcept;
 
 }  // namespace tavio::imaging

@@ -13,8 +13,7 @@ constinit std::int32_t nRead = 0;
 constinit std::array<Byte, 62> BMPHeader{};
 constinit std::shared_ptr<const Bytes> myImageData;
 
-constinit platform::Picture openSurface;
-constinit std::vector<ArgbColor> originalPixels;
+constinit std::vector<UInt32> openSurface;
 
 constinit Byte* Pixels = nullptr;
 constinit Byte* Planes = nullptr;

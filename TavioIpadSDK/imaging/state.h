@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
 
 namespace tavio::imaging {
 
@@ -64,11 +63,10 @@ extern std::shared_ptr<const Bytes> myImageData;
 
 // ---- Kept from print to print -------------------------------------------------------------------
 
-// The drawing surface that PrintBMP opens and never closes, and the dither's working pixels, which
-// it never gives back: each is kept and used again, so a thousand prints take no more memory than
-// two. Written and read by PrintBMP and CreateTransformedImage during a print.
-extern platform::Picture openSurface;
-extern std::vector<ArgbColor> originalPixels;
+// The drawing surface that PrintBMP opens and never closes: the fitted rows are drawn on it, a strip
+// at a time, so afterwards it shows the strip that was drawn last. Used again by the next print, so
+// a thousand prints take no more memory than two. Written by PrintBMP during a print.
+extern std::vector<UInt32> openSurface;
 
 // ---- Declared for the application; never assigned or read here ----------------------------------
 

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
-#include <optional>
 #include <semaphore>
 #include <span>
 #include <string>
@@ -17,7 +16,7 @@
 #include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/target_size.h"
 #include "TavioIpadSDK/platform/background_queue.h"
-#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/open_picture.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 
 namespace tavio::intake {
@@ -25,7 +24,7 @@ namespace {
 
 using platform::AssetRepresentation;
 using platform::PhotoLibrary;
-using platform::Picture;
+using platform::PictureRows;
 
 // Shared by the waiting caller, the lookup and its two handlers.
 struct Lookup {
@@ -58,27 +57,37 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
     return std::make_shared<const Bytes>(block, block + bytesRead);
 }
 
-void printPicture(const std::optional<Picture>& image) {
-    const std::int32_t width = image ? platform::uprightWidth(*image) : 0;
-    const std::int32_t height = image ? platform::uprightHeight(*image) : 0;
-    const DotSize size = photoTargetSize(width, height);
-    imaging::PrintBMP(size.width, size.height, image);
+// Puts the picture file into myImageData: the very one that the library has in memory, else a copy.
+// Returns false when no block could be had for it.
+bool loadFile(const AssetRepresentation* representation) {
+    if (representation != nullptr) {
+        if (auto file = representation->fileInMemory()) {
+            imaging::myImageData = std::move(file);
+            return true;
+        }
+    }
+    const std::uint64_t size = representation != nullptr ? representation->size() : 0;
+    const Block block = allocate(size);
+    if (!block) return false;
+    imaging::myImageData = readFile(representation, block.get(), size);
+    return true;
+}
+
+void printPicture(std::unique_ptr<PictureRows> image) {
+    const DotSize size = photoTargetSize(image ? image->width() : 0, image ? image->height() : 0);
+    imaging::PrintBMP(size.width, size.height, std::move(image));
 }
 
 // Returns false when no block could be had for the picture file; nothing is printed then.
 bool loadAndPrint(const AssetRepresentation* representation) {
-    std::optional<Picture> image;
+    std::unique_ptr<PictureRows> image;
     try {
-        const std::uint64_t size = representation != nullptr ? representation->size() : 0;
-        Block block = allocate(size);
-        if (!block) return false;
-        imaging::myImageData = readFile(representation, block.get(), size);
-        block.reset();
-        image = platform::decodePicture(*imaging::myImageData).picture;
+        if (!loadFile(representation)) return false;
+        image = platform::openPicture(imaging::myImageData).rows;
     } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
         image.reset();
     }
-    printPicture(image);
+    printPicture(std::move(image));
     return true;
 }
 

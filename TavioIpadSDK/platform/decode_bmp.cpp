@@ -4,12 +4,15 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "TavioIpadSDK/platform/decode_bmp_header.h"
 #include "TavioIpadSDK/platform/decode_bmp_rle.h"
 #include "TavioIpadSDK/platform/decode_jpeg.h"
 #include "TavioIpadSDK/platform/decode_png.h"
+#include "TavioIpadSDK/platform/picture_rows.h"
 
 namespace tavio::platform {
 namespace {
@@ -85,36 +88,76 @@ std::uint64_t rowBytes(const BmpHeader& header) {
     return (bits + kRowAlignmentBits - 1) / kRowAlignmentBits * (kRowAlignmentBits / 8);
 }
 
-std::string readPlainRows(const BmpHeader& header, std::vector<UInt32>& pixels) {
-    const auto line = static_cast<std::size_t>(rowBytes(header));
-    const std::array<Component, 4> components = {
-        Component(header.masks[0]), Component(header.masks[1]), Component(header.masks[2]),
-        Component(header.masks[3])};
-    const auto height = static_cast<std::size_t>(header.height);
-    for (std::size_t stored = 0; stored < height; ++stored) {
-        const Byte* from = header.data.data() + stored * line;
-        const std::size_t row = header.topDown ? stored : height - 1 - stored;
-        UInt32* to = pixels.data() + row * static_cast<std::size_t>(header.width);
-        if (header.bits <= 8) {
-            if (!readIndexedRow(header, from, to))
-                return "the BMP file has a pixel outside of its palette";
-        } else if (header.bits == 24) {
-            readTrueColourRow(header, from, to);
+// Read from the file in memory in any order, and so from the top.
+class PlainBmp : public StoredPicture {
+  public:
+    explicit PlainBmp(BmpHeader header)
+        : StoredPicture(header.width, header.height, 1),
+          header_(std::move(header)),
+          components_{Component(header_.masks[0]), Component(header_.masks[1]),
+                      Component(header_.masks[2]), Component(header_.masks[3])} {}
+
+    void read(std::span<UInt32> rows) override {
+        for (; !rows.empty(); rows = rows.subspan(static_cast<std::size_t>(width())))
+            readRow(rows.data());
+    }
+
+  private:
+    void readRow(UInt32* row) {
+        const std::int32_t stored = header_.topDown ? row_ : height() - 1 - row_;
+        const auto line = static_cast<std::size_t>(rowBytes(header_));
+        const Byte* from = header_.data.data() + static_cast<std::size_t>(stored) * line;
+        ++row_;
+        if (header_.bits <= 8) {
+            if (!readIndexedRow(header_, from, row))
+                throw DamagedPicture("the BMP file has a pixel outside of its palette");
+        } else if (header_.bits == 24) {
+            readTrueColourRow(header_, from, row);
         } else {
-            readMaskedRow(header, components, from, to);
+            readMaskedRow(header_, components_, from, row);
         }
     }
-    return {};
-}
 
-DecodedPicture decodeEmbedded(const BmpHeader& header) {
-    DecodedPicture decoded =
-        header.coding == BmpCoding::kPng ? decodePng(header.data) : decodeJpeg(header.data);
-    if (!decoded.picture) return decoded;
-    if (decoded.picture->width != header.width || decoded.picture->height != header.height)
-        return {std::nullopt, "the BMP file holds a picture of another size"};
-    decoded.picture->orientation = 1;
-    return decoded;
+    BmpHeader header_;
+    std::array<Component, 4> components_;
+    std::int32_t row_ = 0;  // the next one, from the top
+};
+
+class RunLengthBmp : public StoredPicture {
+  public:
+    explicit RunLengthBmp(BmpHeader header)
+        : StoredPicture(header.width, header.height, 1), header_(std::move(header)) {}
+
+    bool comesWhole() const override { return true; }
+
+    void read(std::span<UInt32> rows) override {
+        if (std::string why = readBmpRuns(header_, rows); !why.empty()) throw DamagedPicture(why);
+    }
+
+  private:
+    BmpHeader header_;
+};
+
+// A picture whose file lies in a BMP file. What that says about turning does not count.
+class EmbeddedPicture : public StoredPicture {
+  public:
+    explicit EmbeddedPicture(std::unique_ptr<StoredPicture> inner)
+        : StoredPicture(inner->width(), inner->height(), 1), inner_(std::move(inner)) {}
+
+    bool comesWhole() const override { return inner_->comesWhole(); }
+    void read(std::span<UInt32> rows) override { inner_->read(rows); }
+
+  private:
+    std::unique_ptr<StoredPicture> inner_;
+};
+
+OpenedFile openEmbedded(const BmpHeader& header) {
+    OpenedFile opened =
+        header.coding == BmpCoding::kPng ? openPng(header.data) : openJpeg(header.data);
+    if (!opened.picture) return opened;
+    if (opened.picture->width() != header.width || opened.picture->height() != header.height)
+        return {nullptr, "the BMP file holds a picture of another size"};
+    return {std::make_unique<EmbeddedPicture>(std::move(opened.picture)), {}};
 }
 
 }  // namespace
@@ -123,22 +166,22 @@ bool looksLikeBmp(std::span<const Byte> file) {
     return file.size() >= 2 && file[0] == 'B' && file[1] == 'M';
 }
 
-DecodedPicture decodeBmp(std::span<const Byte> file) {
-    const auto [header, refused] = readBmpHeader(file);
-    if (!refused.empty()) return {std::nullopt, refused};
-    if (header.coding == BmpCoding::kPng || header.coding == BmpCoding::kJpeg)
-        return decodeEmbedded(header);
-
-    const auto height = static_cast<std::uint64_t>(header.height);
-    const bool isPlain = header.coding == BmpCoding::kPlain;
-    if (isPlain && rowBytes(header) * height > header.data.size())
-        return {std::nullopt, "the BMP file is cut short"};
-    const std::uint64_t count = height * static_cast<std::uint64_t>(header.width);
-    Picture picture{header.width, header.height, std::vector<UInt32>(count), 1};
-    std::string why =
-        isPlain ? readPlainRows(header, picture.pixels) : readBmpRuns(header, picture.pixels);
-    if (!why.empty()) return {std::nullopt, std::move(why)};
-    return {std::move(picture), {}};
+OpenedFile openBmp(std::span<const Byte> file) {
+    auto [header, refused] = readBmpHeader(file);
+    if (!refused.empty()) return {nullptr, refused};
+    switch (header.coding) {
+        case BmpCoding::kPng:
+        case BmpCoding::kJpeg:
+            return openEmbedded(header);
+        case BmpCoding::kRunLength4:
+        case BmpCoding::kRunLength8:
+            return {std::make_unique<RunLengthBmp>(std::move(header)), {}};
+        case BmpCoding::kPlain:
+            break;
+    }
+    if (rowBytes(header) * static_cast<std::uint64_t>(header.height) > header.data.size())
+        return {nullptr, "the BMP file is cut short"};
+    return {std::make_unique<PlainBmp>(std::move(header)), {}};
 }
 
 }  // namespace tavio::platform

@@ -13,7 +13,7 @@ constexpr Byte kDelta = 2;
 
 class RunReader {
   public:
-    RunReader(const BmpHeader& header, std::vector<UInt32>& pixels)
+    RunReader(const BmpHeader& header, std::span<UInt32> pixels)
         : header_(header), rest_(header.data), pixels_(pixels) {}
 
     std::string read() {
@@ -105,7 +105,7 @@ class RunReader {
 
     const BmpHeader& header_;
     std::span<const Byte> rest_;
-    std::vector<UInt32>& pixels_;
+    std::span<UInt32> pixels_;
     std::int32_t column_ = 0;
     std::int32_t row_ = 0;  // from the bottom
     bool ended_ = false;
@@ -114,7 +114,7 @@ class RunReader {
 
 }  // namespace
 
-std::string readBmpRuns(const BmpHeader& header, std::vector<UInt32>& pixels) {
+std::string readBmpRuns(const BmpHeader& header, std::span<UInt32> pixels) {
     return RunReader(header, pixels).read();
 }
 

@@ -1,8 +1,8 @@
 // Run-length coded pixels of a BMP file.
 #pragma once
 
+#include <span>
 #include <string>
-#include <vector>
 
 #include "TavioIpadSDK/platform/bytes.h"
 #include "TavioIpadSDK/platform/decode_bmp_header.h"
@@ -13,6 +13,6 @@ namespace tavio::platform {
 // Returns an empty text, or why the data is refused: it writes outside of the picture, uses an
 // index outside of the palette, or ends before its end mark. The end mark may be missing only where
 // the header states the size of the data.
-std::string readBmpRuns(const BmpHeader& header, std::vector<UInt32>& pixels);
+std::string readBmpRuns(const BmpHeader& header, std::span<UInt32> pixels);
 
 }  // namespace tavio::platform

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 // Needs std::size_t and FILE declared before it.
@@ -15,6 +17,7 @@
 #include <jpeglib.h>
 
 #include "TavioIpadSDK/platform/exif_orientation.h"
+#include "TavioIpadSDK/platform/picture_rows.h"
 
 namespace tavio::platform {
 namespace {
@@ -55,18 +58,20 @@ class JpegReader {
         return true;
     }
 
-    // The pixels as words of a picture; all of them opaque.
-    bool readPixels(UInt32* pixels) {
+    // The next rows as words of a picture, all of them opaque; behind the last one the end of the
+    // file.
+    bool readRows(UInt32* rows, std::size_t count) {
         if (setjmp(jump_) != 0) return false;
-        decoder_.out_color_space = hasInks() ? JCS_CMYK : JCS_EXT_RGBA;
-        jpeg_start_decompress(&decoder_);
-        while (decoder_.output_scanline < decoder_.output_height) {
-            UInt32* row = pixels + std::size_t{decoder_.output_scanline} * decoder_.output_width;
+        if (!started_) start();
+        const auto end = static_cast<JDIMENSION>(decoder_.output_scanline + count);
+        const JDIMENSION first = decoder_.output_scanline;
+        while (decoder_.output_scanline < end) {
+            UInt32* row = rows + std::size_t{decoder_.output_scanline - first} * width();
             JSAMPROW samples = reinterpret_cast<JSAMPROW>(row);
             if (jpeg_read_scanlines(&decoder_, &samples, 1) == 0) return false;
-            toWords(row);
+            if (hasInks() || !kSamplesAreWords) toWords(row);
         }
-        jpeg_finish_decompress(&decoder_);
+        if (end == decoder_.output_height) jpeg_finish_decompress(&decoder_);
         return true;
     }
 
@@ -85,7 +90,16 @@ class JpegReader {
     std::string why() const { return why_; }
 
   private:
+    // Red, green, blue and an alpha of 255, one byte after the other.
+    static constexpr bool kSamplesAreWords = std::endian::native == std::endian::little;
+
     bool hasInks() const { return decoder_.num_components == 4; }
+
+    void start() {
+        decoder_.out_color_space = hasInks() ? JCS_CMYK : JCS_EXT_RGBA;
+        jpeg_start_decompress(&decoder_);
+        started_ = true;
+    }
 
     // Files with Adobe's marker hold how little ink there is.
     void toWords(UInt32* row) const {
@@ -159,7 +173,24 @@ class JpegReader {
     jpeg_error_mgr errors_{};
     jpeg_progress_mgr progress_{};
     std::jmp_buf jump_{};
+    bool started_ = false;
     const char* why_ = "the JPEG file is damaged";
+};
+
+class JpegPicture : public StoredPicture {
+  public:
+    explicit JpegPicture(std::unique_ptr<JpegReader> reader)
+        : StoredPicture(static_cast<std::int32_t>(reader->width()),
+                        static_cast<std::int32_t>(reader->height()), reader->orientation()),
+          reader_(std::move(reader)) {}
+
+    void read(std::span<UInt32> rows) override {
+        if (!reader_->readRows(rows.data(), rows.size() / reader_->width()))
+            throw DamagedPicture(reader_->why());
+    }
+
+  private:
+    std::unique_ptr<JpegReader> reader_;
 };
 
 }  // namespace
@@ -168,18 +199,12 @@ bool looksLikeJpeg(std::span<const Byte> file) {
     return file.size() >= 3 && file[0] == 0xFF && file[1] == 0xD8 && file[2] == 0xFF;
 }
 
-DecodedPicture decodeJpeg(std::span<const Byte> file) {
-    JpegReader reader;
-    if (!reader.readHeader(file)) return {std::nullopt, reader.why()};
-    const std::uint64_t count = reader.width() * reader.height();
-    if (count > static_cast<std::uint64_t>(kMostPixels))
-        return {std::nullopt, "the JPEG file has too many pixels"};
-
-    Picture picture{static_cast<std::int32_t>(reader.width()),
-                    static_cast<std::int32_t>(reader.height()), std::vector<UInt32>(count), 1};
-    picture.orientation = reader.orientation();
-    if (!reader.readPixels(picture.pixels.data())) return {std::nullopt, reader.why()};
-    return {std::move(picture), {}};
+OpenedFile openJpeg(std::span<const Byte> file) {
+    auto reader = std::make_unique<JpegReader>();
+    if (!reader->readHeader(file)) return {nullptr, reader->why()};
+    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMostPixels))
+        return {nullptr, "the JPEG file has too many pixels"};
+    return {std::make_unique<JpegPicture>(std::move(reader)), {}};
 }
 
 }  // namespace tavio::platform

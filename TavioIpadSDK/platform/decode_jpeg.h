@@ -4,7 +4,7 @@
 #include <span>
 
 #include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/stored_picture.h"
 
 namespace tavio::platform {
 
@@ -14,6 +14,6 @@ bool looksLikeJpeg(std::span<const Byte> file);
 // Grey, RGB, YCbCr, CMYK and YCCK with 8 bits a sample, in one scan, progressive or arithmetic
 // coded. Bytes behind the end marker are ignored; a missing end marker means a file cut short.
 // Throws std::bad_alloc.
-DecodedPicture decodeJpeg(std::span<const Byte> file);
+OpenedFile openJpeg(std::span<const Byte> file);
 
 }  // namespace tavio::platform

@@ -2,22 +2,27 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <png.h>
 
 #include "TavioIpadSDK/platform/exif_orientation.h"
+#include "TavioIpadSDK/platform/picture_rows.h"
 
 namespace tavio::platform {
 namespace {
 
 constexpr std::array<Byte, 8> kSignature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
 
-// Of the chunks beside the picture only EXIF is kept, and no more than this of it.
+// No chunk beside the picture is kept, and none may be larger than this.
 constexpr png_alloc_size_t kMostChunkBytes = png_alloc_size_t{1} << 20;
 
 // No deflate stream unpacks to more than this many bytes for each of its own.
@@ -51,37 +56,32 @@ class PngReader {
         png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
         png_set_chunk_malloc_max(png_, kMostChunkBytes);
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
-        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_AS_DEFAULT, exifName(), 1);
         png_set_crc_action(png_, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
         png_read_info(png_, info_);
         return true;
     }
 
-    // Four bytes a pixel: red, green, blue, alpha, not premultiplied.
-    bool readPixels(png_bytep pixels) {
-        if (setjmp(png_jmpbuf(png_)) != 0) return false;
-        const std::size_t rowBytes = 4 * static_cast<std::size_t>(width());
-        const std::size_t rows = static_cast<std::size_t>(height());
-        askForRgba();
-        const int passes = png_set_interlace_handling(png_);
-        png_read_update_info(png_, info_);
-        if (png_get_rowbytes(png_, info_) != rowBytes) return false;
-        // A wrong checksum of the unpacked data comes as an error that could be overlooked.
-        png_set_benign_errors(png_, 0);
-        for (int pass = 0; pass < passes; ++pass) {
-            for (std::size_t row = 0; row < rows; ++row)
-                png_read_row(png_, pixels + row * rowBytes, nullptr);
-        }
-        png_set_benign_errors(png_, 1);
-        png_read_end(png_, info_);
-        return true;
+    bool isInterlaced() const { return png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE; }
+    bool hasAlpha() const {
+        return (png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) != 0 ||
+               png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
     }
 
-    int orientation() const {
-        png_bytep exif = nullptr;
-        png_uint_32 size = 0;
-        if (png_get_eXIf_1(png_, info_, &size, &exif) == 0) return 1;
-        return exifOrientation({exif, size});
+    // The next rows, all of them where the picture is interlaced; behind the last one the end of
+    // the file. Four bytes a pixel: red, green, blue, alpha, not premultiplied.
+    bool readRows(png_bytep rows, std::size_t count) {
+        if (setjmp(png_jmpbuf(png_)) != 0) return false;
+        if (passes_ == 0 && !start()) return false;
+        for (int pass = 0; pass < passes_; ++pass) {
+            for (std::size_t row = 0; row < count; ++row)
+                png_read_row(png_, rows + row * rowBytes(), nullptr);
+        }
+        rowsRead_ += count;
+        if (rowsRead_ == height()) {
+            png_set_benign_errors(png_, 1);
+            png_read_end(png_, info_);
+        }
+        return true;
     }
 
     std::string why() const {
@@ -89,7 +89,19 @@ class PngReader {
     }
 
   private:
-    static png_const_bytep exifName() { return reinterpret_cast<png_const_bytep>("eXIf"); }
+    std::size_t rowBytes() const { return 4 * static_cast<std::size_t>(width()); }
+
+    bool start() {
+        png_set_expand(png_);
+        png_set_scale_16(png_);
+        png_set_gray_to_rgb(png_);
+        png_set_add_alpha(png_, 0xFF, PNG_FILLER_AFTER);
+        passes_ = png_set_interlace_handling(png_);
+        png_read_update_info(png_, info_);
+        // A wrong checksum of the unpacked data comes as an error that could be overlooked.
+        png_set_benign_errors(png_, 0);
+        return png_get_rowbytes(png_, info_) == rowBytes();
+    }
 
     [[noreturn]] static void fail(png_structp png, png_const_charp /*message*/) {
         png_longjmp(png, 1);
@@ -107,26 +119,77 @@ class PngReader {
         reader->rest_ = reader->rest_.subspan(count);
     }
 
-    void askForRgba() {
-        png_set_expand(png_);
-        png_set_scale_16(png_);
-        png_set_gray_to_rgb(png_);
-        png_set_add_alpha(png_, 0xFF, PNG_FILLER_AFTER);
-    }
-
     std::span<const Byte> rest_;
     png_structp png_;
     png_infop info_;
     bool cutShort_ = false;
+    int passes_ = 0;  // over the rows; 0 before the first row
+    std::uint64_t rowsRead_ = 0;
 };
 
-void premultiply(std::vector<UInt32>& pixels) {
+void premultiply(std::span<UInt32> pixels) {
     for (UInt32& pixel : pixels) {
         std::array<Byte, 4> rgba{};
         std::memcpy(rgba.data(), &pixel, rgba.size());
         pixel = premultipliedPixel(rgba[0], rgba[1], rgba[2], rgba[3]);
     }
 }
+
+// Opaque samples need nothing where their four bytes are a word already.
+constexpr bool kSamplesAreWords = std::endian::native == std::endian::little;
+
+std::uint32_t bigEndian32(std::span<const Byte> bytes) {
+    std::uint32_t value = 0;
+    for (std::size_t index = 0; index < 4; ++index) value = (value << 8) | bytes[index];
+    return value;
+}
+
+bool startsLikeExif(std::span<const Byte> data) {
+    return data.size() >= 2 && data[0] == data[1] && (data[0] == 'I' || data[0] == 'M');
+}
+
+// The EXIF block may stand behind the pixels, and the picture's size depends on it: so it is looked
+// for by the lengths of the chunks, before anything is unpacked. Checksums are left to the decoder.
+//
+//   signature  { length  name  data  checksum } ...        4 + 4 + length + 4 bytes each
+int orientationOf(std::span<const Byte> file) {
+    constexpr std::size_t kAround = 12;
+    std::span<const Byte> rest = file.subspan(kSignature.size());
+    while (rest.size() >= kAround) {
+        const std::size_t length = bigEndian32(rest);
+        if (length > rest.size() - kAround) break;
+        const std::string_view name(reinterpret_cast<const char*>(rest.data()) + 4, 4);
+        if (name == "IEND") break;
+        const std::span<const Byte> data = rest.subspan(8, length);
+        if (name == "eXIf" && startsLikeExif(data)) return exifOrientation(data);
+        rest = rest.subspan(kAround + length);
+    }
+    return 1;
+}
+
+class PngPicture : public StoredPicture {
+  public:
+    PngPicture(std::unique_ptr<PngReader> reader, int orientation)
+        : StoredPicture(static_cast<std::int32_t>(reader->width()),
+                        static_cast<std::int32_t>(reader->height()), orientation),
+          isInterlaced_(reader->isInterlaced()),
+          isPremultiplied_(kSamplesAreWords && !reader->hasAlpha()),
+          reader_(std::move(reader)) {}
+
+    bool comesWhole() const override { return isInterlaced_; }
+
+    void read(std::span<UInt32> rows) override {
+        const std::size_t count = rows.size() / static_cast<std::size_t>(width());
+        if (!reader_->readRows(reinterpret_cast<png_bytep>(rows.data()), count))
+            throw DamagedPicture(reader_->why());
+        if (!isPremultiplied_) premultiply(rows);
+    }
+
+  private:
+    bool isInterlaced_;
+    bool isPremultiplied_;
+    std::unique_ptr<PngReader> reader_;
+};
 
 }  // namespace
 
@@ -135,23 +198,15 @@ bool looksLikePng(std::span<const Byte> file) {
            std::equal(kSignature.begin(), kSignature.end(), file.begin());
 }
 
-DecodedPicture decodePng(std::span<const Byte> file) {
-    PngReader reader(file);
-    if (!reader.ready()) return {std::nullopt, "out of memory"};
-    if (!reader.readHeader()) return {std::nullopt, reader.why()};
-    const std::uint64_t count = reader.width() * reader.height();
-    if (count > static_cast<std::uint64_t>(kMostPixels))
-        return {std::nullopt, "the PNG file has too many pixels"};
-    if (reader.storedBytes() / kMostUnpacking > file.size())
-        return {std::nullopt, "the PNG file is cut short"};
-
-    Picture picture{static_cast<std::int32_t>(reader.width()),
-                    static_cast<std::int32_t>(reader.height()), std::vector<UInt32>(count), 1};
-    if (!reader.readPixels(reinterpret_cast<png_bytep>(picture.pixels.data())))
-        return {std::nullopt, reader.why()};
-    premultiply(picture.pixels);
-    picture.orientation = reader.orientation();
-    return {std::move(picture), {}};
+OpenedFile openPng(std::span<const Byte> file) {
+    auto reader = std::make_unique<PngReader>(file);
+    if (!reader->ready()) return {nullptr, "out of memory"};
+    if (!reader->readHeader()) return {nullptr, reader->why()};
+    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMostPixels))
+        return {nullptr, "the PNG file has too many pixels"};
+    if (reader->storedBytes() / kMostUnpacking > file.size())
+        return {nullptr, "the PNG file is cut short"};
+    return {std::make_unique<PngPicture>(std::move(reader), orientationOf(file)), {}};
 }
 
 }  // namespace tavio::platform

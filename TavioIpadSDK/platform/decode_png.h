@@ -4,16 +4,17 @@
 #include <span>
 
 #include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/stored_picture.h"
 
 namespace tavio::platform {
 
 // True when the file begins like a PNG file.
 bool looksLikePng(std::span<const Byte> file);
 
-// All colour types, depths and interlacings. The samples are taken as they are stored, without
-// gamma or colour profile; 16 bits are rounded to 8. A wrong checksum anywhere means a damaged
-// file. Bytes behind the end of the PNG are ignored. Throws std::bad_alloc.
-DecodedPicture decodePng(std::span<const Byte> file);
+// All colour types, depths and interlacings; an interlaced picture comes whole. The samples are
+// taken as they are stored, without gamma or colour profile; 16 bits are rounded to 8. A wrong
+// checksum anywhere means a damaged file. Bytes behind the end of the PNG are ignored. Throws
+// std::bad_alloc.
+OpenedFile openPng(std::span<const Byte> file);
 
 }  // namespace tavio::platform

@@ -31,6 +31,9 @@ const Target& targetOf(InstructionSet set) {
 
 // What the processor has among what the kernels were compiled for. Not affected by a choice.
 std::int64_t availableBits() {
+    // Every such processor has NEON. The vector library would say no, and complain on standard
+    // error, where the one for AES is missing, which no kernel uses.
+    if constexpr (HWY_ARCH_ARM_A64 != 0) return HWY_NEON;
     static const std::int64_t bits = hwy::SupportedTargets() & HWY_TARGETS;
     return bits;
 }

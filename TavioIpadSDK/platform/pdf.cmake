@@ -6,14 +6,21 @@ target_sources(tavio_sdk PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/pdf_page.cpp
 )
 
+# The program's folder in the build tree.
+set(built "")
+if(TAVIO_BUILD_PROGRAMS)
+  set(built "$<TARGET_FILE_DIR:tavio-pdf-page>")
+endif()
+
 # Where the adapter looks for the program when it does not lie beside the running one.
 file(RELATIVE_PATH TAVIO_PDF_HELPER_FROM_PROGRAM
      "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio")
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/pdf_helper.cpp PROPERTIES
   COMPILE_DEFINITIONS
-  "TAVIO_PDF_HELPER_FROM_PROGRAM=\"${TAVIO_PDF_HELPER_FROM_PROGRAM}\";TAVIO_PDF_HELPER_INSTALLED=\"${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio\";TAVIO_PDF_HELPER_BUILT=\"$<TARGET_FILE_DIR:tavio-pdf-page>\"")
+  "TAVIO_PDF_HELPER_FROM_PROGRAM=\"${TAVIO_PDF_HELPER_FROM_PROGRAM}\";TAVIO_PDF_HELPER_INSTALLED=\"${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio\";TAVIO_PDF_HELPER_BUILT=\"${built}\"")
 
-add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/pdf-helper)
-
-# Whoever builds something that prints pages can then also run it.
-add_dependencies(tavio_sdk tavio-pdf-page)
+if(TAVIO_BUILD_PROGRAMS)
+  add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/pdf-helper)
+  # Whoever builds something that prints pages can then also run it.
+  add_dependencies(tavio_sdk tavio-pdf-page)
+endif()

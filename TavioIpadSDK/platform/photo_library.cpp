@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
+
+#include "TavioIpadSDK/platform/regular_file.h"
 
 namespace tavio::platform {
 namespace {
@@ -12,6 +15,9 @@ std::shared_ptr<PhotoLibrary>& registeredLibrary() {
     static std::shared_ptr<PhotoLibrary> library;
     return library;
 }
+
+constexpr const char* kBehindTheEnd = "the offset lies behind the end of the file";
+constexpr const char* kUnreadable = "the photo cannot be read";
 
 // A picture file that is held in memory.
 class BytesRepresentation : public AssetRepresentation {
@@ -23,7 +29,7 @@ class BytesRepresentation : public AssetRepresentation {
     std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
                          std::string* error) const override {
         if (offset > bytes_->size()) {
-            *error = "the offset lies behind the end of the file";
+            *error = kBehindTheEnd;
             return 0;
         }
         const auto start = static_cast<std::size_t>(offset);
@@ -32,8 +38,32 @@ class BytesRepresentation : public AssetRepresentation {
         return count;
     }
 
+    std::shared_ptr<const Bytes> fileInMemory() const override { return bytes_; }
+
   private:
     std::shared_ptr<const Bytes> bytes_;
+};
+
+// A picture file on disk, held open: it stays the same file whatever becomes of its name.
+class FileRepresentation : public AssetRepresentation {
+  public:
+    explicit FileRepresentation(std::unique_ptr<RegularFile> file) : file_(std::move(file)) {}
+
+    std::uint64_t size() const override { return file_->size(); }
+
+    std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
+                         std::string* error) const override {
+        if (offset > size()) {
+            *error = kBehindTheEnd;
+            return 0;
+        }
+        const auto count = file_->read(into, offset);
+        if (!count) *error = kUnreadable;
+        return count.value_or(0);
+    }
+
+  private:
+    std::unique_ptr<RegularFile> file_;
 };
 
 constexpr std::string_view kFolderPrefix = "assets-library://folder/";
@@ -57,12 +87,16 @@ std::shared_ptr<PhotoLibrary> photoLibrary() {
 }
 
 Url InMemoryPhotoLibrary::add(const std::string& name, Bytes file) {
+    return share(name, std::make_shared<const Bytes>(std::move(file)));
+}
+
+Url InMemoryPhotoLibrary::share(const std::string& name, std::shared_ptr<const Bytes> file) {
     const std::lock_guard lock(mutex_);
     const std::size_t dot = name.rfind('.');
     const std::string extension = dot == std::string::npos ? "" : name.substr(dot);
     Url url =
         Url::fromText("assets-library://asset/" + std::to_string(assets_.size() + 1) + extension);
-    assets_[url.absoluteText()] = std::make_shared<const Bytes>(std::move(file));
+    assets_[url.absoluteText()] = std::move(file);
     return url;
 }
 
@@ -92,13 +126,13 @@ void FolderPhotoLibrary::assetForURL(const Url& url, AssetResultHandler onResult
         onResult(nullptr);
         return;
     }
-    std::optional<Bytes> file = readWholeFile(path);
-    if (!file) {
-        onFailure("the photo cannot be read");
+    auto file = RegularFile::open(path);
+    Byte first = 0;
+    if (!file || !file->read({&first, 1}, 0)) {
+        onFailure(kUnreadable);
         return;
     }
-    onResult(
-        std::make_shared<BytesRepresentation>(std::make_shared<const Bytes>(std::move(*file))));
+    onResult(std::make_shared<FileRepresentation>(std::move(file)));
 }
 
 }  // namespace tavio::platform

@@ -27,6 +27,10 @@ class AssetRepresentation {
     // on failure says why in *error (never null).
     virtual std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
                                  std::string* error) const = 0;
+
+    // The whole file, where it is in memory already and will not change; then it is used as it is,
+    // and neither of the above is called. A null pointer where it is not.
+    virtual std::shared_ptr<const Bytes> fileInMemory() const { return nullptr; }
 };
 
 // Receives the asset's stored file, or a null pointer when no asset has the URL.
@@ -66,6 +70,9 @@ class InMemoryPhotoLibrary : public PhotoLibrary {
     // in the extension of `name` (what follows its last "."), to the letter.
     Url add(const std::string& name, Bytes file);
 
+    // The same for a file that the caller keeps too (never null): it is not copied.
+    Url share(const std::string& name, std::shared_ptr<const Bytes> file);
+
     void assetForURL(const Url& url, AssetResultHandler onResult,
                      AssetFailureHandler onFailure) override;
 
@@ -75,7 +82,9 @@ class InMemoryPhotoLibrary : public PhotoLibrary {
 };
 
 // The pictures of one folder. A URL "assets-library://folder/NAME" names the file NAME in it; NAME
-// may not contain a path separator. Files are read when they are asked for.
+// may not contain a path separator. A file is opened when it is looked up, and read when its bytes
+// are asked for; a failure to read it later than that delivers no bytes. The lookup fails where the
+// file cannot be read, or is not a regular one.
 class FolderPhotoLibrary : public PhotoLibrary {
   public:
     explicit FolderPhotoLibrary(std::string folder) : folder_(std::move(folder)) {}

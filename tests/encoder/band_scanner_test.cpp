@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "support/bitmaps.h"
+#include "support/random_picture.h"
 
 namespace tavio::encoder {
 namespace {
@@ -23,7 +24,7 @@ void PrintTo(const Seen& seen, std::ostream* out) {
 }
 
 std::vector<Seen> bandsIn(const std::string& text) {
-    const Bytes stream = bytesOf(text);
+    BandStream stream(bytesOf(text));
     BandScanner scanner(stream);
     std::vector<Seen> seen;
     while (const auto band = scanner.next())
@@ -102,6 +103,56 @@ TEST(BandScanner, AbandonsABandWhoseGraphicsCommandIsNotClosed) {
 TEST(BandScanner, ReadsNestedPositionsUpToTheSameClose) {
     EXPECT_EQ(bandsIn("<RC1,<RC5,6><G1>"), (Bands{{0, 16, 1, 6, 1}, {5, 16, 5, 6, 1}}));
     EXPECT_EQ(bandsIn("<RC1,2<RC><G1>"), (Bands{{0, 14, 1, 2, 1}, {6, 14, 1, 0, 1}}));
+}
+
+// Bands that share their columns, passed over together in one scanner and stepped through in the
+// other: both must have read the same texts in the end.
+TEST(BandScanner, PassesOverSharingBandsAsIfTheyWereReadOneByOne) {
+    const std::vector<std::string> pieces = {"<RC", "<RC5", "<RC,", "<RC12,", "<RC-3", "<RC 4",
+                                             ",",   "x",    ">",    "><G40>", "7>",    "<RCx"};
+    for (unsigned seed = 1; seed <= 5000; ++seed) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        test::Random random(seed);
+        std::string text = "x9<RC1,2><G3>";
+        for (int i = test::between(random, 1, 60); i > 0; --i)
+            text += pieces[random() % pieces.size()] + std::string(random() % 3 == 0 ? 70 : 0, 'y');
+        BandStream stream(bytesOf(text));
+        BandScanner steps(stream);
+        BandScanner passes(stream);
+        auto expected = steps.next();
+        while (const auto band = passes.next()) {
+            ASSERT_TRUE(expected);
+            ASSERT_EQ(band->startCommand, expected->startCommand);
+            ASSERT_EQ(band->texts.strx, expected->texts.strx);
+            ASSERT_EQ(band->texts.stry, expected->texts.stry);
+            ASSERT_EQ(band->texts.strg, expected->texts.strg);
+            BandScanner::Passed counted;
+            std::size_t repeating = 0;
+            const int how = test::between(random, 0, 3);
+            if (how == 1) passes.passSharing();
+            if (how == 2) counted = passes.countSharing();
+            if (how == 3) repeating = passes.passRepeating();
+            BandScanner::Passed stepped;
+            expected = steps.next();
+            const auto isPassed = [&] {
+                if (how == 3) return stepped.count < repeating;
+                return how != 0 && expected->firstByte == band->firstByte;
+            };
+            for (; expected && isPassed(); expected = steps.next()) {
+                ++stepped.count;
+                stepped.indices += expected->startCommand;
+                if (how != 3) continue;
+                ASSERT_EQ(expected->firstByte, band->firstByte);
+                ASSERT_EQ(expected->texts.strx, band->texts.strx);
+                ASSERT_EQ(expected->texts.stry, band->texts.stry);
+            }
+            if (how == 2) {
+                ASSERT_EQ(counted.count, stepped.count);
+                ASSERT_EQ(counted.indices, stepped.indices);
+            }
+        }
+        ASSERT_FALSE(expected);
+    }
 }
 
 }  // namespace

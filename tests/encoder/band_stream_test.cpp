@@ -24,10 +24,24 @@ Bytes pixelsOf(const Rows& rows, bool paddingBits) {
     return {file.begin() + 62, file.end()};
 }
 
-BandStream streamOf(const Rows& rows, const Placement& placement = {}, bool paddingBits = true) {
-    return buildBandStream(pixelsOf(rows, paddingBits), geometryOf(rows[0].size()),
-                           static_cast<UInt32>(rows.size()), test::bytesOf("OPENING"), placement);
-}
+// A stream and all that it is made from.
+class WholeStream {
+  public:
+    explicit WholeStream(const Rows& rows, const Placement& placement = {}, bool paddingBits = true)
+        : pixels_(pixelsOf(rows, paddingBits)),
+          stream(pixels_, geometryOf(rows[0].size()), static_cast<UInt32>(rows.size()),
+                 test::bytesOf("OPENING"), placement) {
+        const auto whole = stream.read(0, stream.size());
+        bytes.assign(whole.begin(), whole.end());
+    }
+
+  private:
+    Bytes pixels_;
+
+  public:
+    BandStream stream;
+    Bytes bytes;
+};
 
 // The first band of a picture as text: what its columns print.
 Rows firstBand(const Rows& rows, bool paddingBits = true) {
@@ -105,7 +119,7 @@ TEST(BandStream, PrintsZeroPaddingBitsInsideANibbleThatAlsoHoldsPixels) {
 
 TEST(BandStream, KeepsTheRuleOfTheTopRowToTheTopRowOfThePicture) {
     Rows rows = allBlack(24, 16);
-    const BandStream stream = streamOf(rows);
+    const WholeStream stream(rows);
     const std::string second = "<RC8,0><G32>";
     const auto at =
         std::search(stream.bytes.begin(), stream.bytes.end(), second.begin(), second.end());
@@ -116,23 +130,23 @@ TEST(BandStream, KeepsTheRuleOfTheTopRowToTheTopRowOfThePicture) {
 }
 
 TEST(BandStream, GivesOneBandToEightRowsAndNoPositionBehindIt) {
-    const BandStream stream = streamOf(allBlack(32, 8));
+    const WholeStream stream(allBlack(32, 8));
     EXPECT_EQ(stream.bytes, test::joined({test::bytesOf("OPENING<G32>"), Bytes(32, 255)}));
-    EXPECT_EQ(stream.lastPosition, "<RC8,0>");
+    EXPECT_EQ(stream.stream.lastPosition(), "<RC8,0>");
 }
 
 TEST(BandStream, DropsTheBottomRowsThatDoNotFillABand) {
-    EXPECT_EQ(streamOf(allBlack(32, 15)).bytes, streamOf(allBlack(32, 8)).bytes);
-    EXPECT_NE(streamOf(allBlack(32, 16)).bytes, streamOf(allBlack(32, 8)).bytes);
+    EXPECT_EQ(WholeStream(allBlack(32, 15)).bytes, WholeStream(allBlack(32, 8)).bytes);
+    EXPECT_NE(WholeStream(allBlack(32, 16)).bytes, WholeStream(allBlack(32, 8)).bytes);
 }
 
 TEST(BandStream, IsEmptyWithoutAWholeBandAndLosesEvenTheOpening) {
     for (std::size_t height = 1; height < 8; ++height) {
-        const BandStream stream = streamOf(allBlack(32, height), {true, 4, 5, 0});
+        const WholeStream stream(allBlack(32, height), {true, 4, 5, 0});
         EXPECT_EQ(stream.bytes, Bytes{});
-        EXPECT_EQ(stream.lastPosition, "");
-        EXPECT_EQ(stream.rx, 4);
-        EXPECT_EQ(stream.ry, 5);
+        EXPECT_EQ(stream.stream.lastPosition(), "");
+        EXPECT_EQ(stream.stream.behind().row, 4);
+        EXPECT_EQ(stream.stream.behind().column, 5);
     }
 }
 
@@ -141,7 +155,7 @@ TEST(BandStream, AdvancesTheRowByEightABandInLandscape) {
     const Bytes expected =
         test::joined({test::bytesOf("OPENING<G32>"), band, test::bytesOf("<RC18,20><G32>"), band,
                       test::bytesOf("<RC26,20><G32>"), band});
-    EXPECT_EQ(test::readable(streamOf(allBlack(32, 24), {true, 10, 20, 576}).bytes),
+    EXPECT_EQ(test::readable(WholeStream(allBlack(32, 24), {true, 10, 20, 576}).bytes),
               test::readable(expected));
 }
 
@@ -150,13 +164,14 @@ TEST(BandStream, AdvancesTheColumnInPortraitAndCountsTheRowBackFromTheDotWidth) 
     const Bytes expected =
         test::joined({test::bytesOf("OPENING<G32>"), band, test::bytesOf("<RC566,28><G32>"), band,
                       test::bytesOf("<RC566,36><G32>"), band});
-    EXPECT_EQ(test::readable(streamOf(allBlack(32, 24), {false, 10, 20, 576}).bytes),
+    EXPECT_EQ(test::readable(WholeStream(allBlack(32, 24), {false, 10, 20, 576}).bytes),
               test::readable(expected));
 }
 
 TEST(BandStream, WrapsPositionsInTwosComplement) {
-    EXPECT_EQ(streamOf(allBlack(32, 8), {true, INT32_MAX, 0, 0}).lastPosition, "<RC-2147483641,0>");
-    EXPECT_EQ(streamOf(allBlack(32, 8), {false, INT32_MIN, INT32_MAX, 1}).lastPosition,
+    EXPECT_EQ(WholeStream(allBlack(32, 8), {true, INT32_MAX, 0, 0}).stream.lastPosition(),
+              "<RC-2147483641,0>");
+    EXPECT_EQ(WholeStream(allBlack(32, 8), {false, INT32_MIN, INT32_MAX, 1}).stream.lastPosition(),
               "<RC-2147483647,-2147483641>");
 }
 

@@ -26,26 +26,25 @@ struct Band {
     Bytes columns;
 };
 
-// The bands as the first pass leaves them, the position behind the last one at (rx, ry).
-BandStream streamOf(const std::vector<Band>& bands, std::int32_t rx, std::int32_t ry) {
-    BandStream stream;
-    stream.rx = rx;
-    stream.ry = ry;
+// The bands as the first pass leaves them.
+Bytes streamOf(const std::vector<Band>& bands) {
+    Bytes stream;
     for (const Band& band : bands) {
         const std::string commands =
             band.position + "<G" + std::to_string(band.columns.size()) + ">";
-        stream.bytes = joined({stream.bytes, bytesOf(commands), band.columns});
+        stream = joined({stream, bytesOf(commands), band.columns});
     }
     return stream;
 }
 
-std::string written(const std::vector<Band>& bands, const Placement& placement) {
-    const auto count = static_cast<std::int32_t>(8 * bands.size());
-    const bool isLandscape = placement.isLandscape;
-    const BandStream stream =
-        streamOf(bands, isLandscape ? 10 + count : 566, isLandscape ? 20 : 20 + count);
+std::string written(const Bytes& stream, const Placement& placement, std::string_view opening) {
+    BandStream bands(stream);
     std::vector<LineParser> map(LINEMAPMAX);
-    return readable(writeStretches(stream, bytesOf("OPEN"), placement, map));
+    return readable(writeStretches(bands, bytesOf(opening), placement, map));
+}
+
+std::string written(const std::vector<Band>& bands, const Placement& placement) {
+    return written(streamOf(bands), placement, "OPEN");
 }
 
 std::string text(std::initializer_list<Bytes> parts) {
@@ -113,12 +112,10 @@ TEST(Stretches, KeepTheFirstPortraitBandsRowWhereItIsCopiedWhole) {
 
 TEST(Stretches, ReplaceAColumnOfExactlyZeroByTheJobsColumn) {
     const Placement placement{true, 0, -25, 0};
-    BandStream stream =
-        streamOf({{"<RC0,-25>", joined({data(2), blank(19), data(2), blank(2)})}}, 8, -25);
-    std::vector<LineParser> map(LINEMAPMAX);
+    const Bytes columns = joined({data(2), blank(19), data(2), blank(2)});
     // 21 columns on, 19 + 2 - 25 = -4 stays; the first lies at column 0 and so at -25.
-    EXPECT_EQ(readable(writeStretches(stream, {}, placement, map)),
-              text({bytesOf("<RC0,-25><G2>"), data(2), bytesOf("<RC0,-4><G2>"), data(2)}));
+    EXPECT_EQ(written({{"<RC8,-25>", columns}}, placement),
+              text({bytesOf("OPEN<RC8,-25><G2>"), data(2), bytesOf("<RC8,-4><G2>"), data(2)}));
 }
 
 TEST(Stretches, TakeGraphicsThatHoldAPositionForACommand) {
@@ -133,9 +130,8 @@ TEST(Stretches, TakeGraphicsThatHoldAPositionForACommand) {
 
 TEST(Stretches, LeaveTheLastBandsRunsInTheLineMapAndEmptyTheRest) {
     std::vector<LineParser> map(LINEMAPMAX, {9, 9, DATA});
-    const BandStream stream = streamOf({{"<RC10,20>", joined({data(3), blank(5), data(2)})},
-                                        {"<RC18,20>", joined({blank(4), data(6)})}},
-                                       26, 20);
+    BandStream stream(streamOf({{"<RC10,20>", joined({data(3), blank(5), data(2)})},
+                                {"<RC18,20>", joined({blank(4), data(6)})}}));
     writeStretches(stream, {}, kLandscape, map);
     const std::int32_t second = 9 + 5 + 10 + 9 + 5;
     EXPECT_EQ(map[0], (LineParser{second, 4, ZEROS}));
@@ -155,22 +151,24 @@ TEST(Stretches, WriteABandOfMoreThan2500RunsAsIfTheTableWereLargeEnough) {
 }
 
 TEST(Stretches, ClipAWholeBandAtTheStreamsEnd) {
-    BandStream stream;
-    stream.bytes = bytesOf("<RC1,2><G9>abc<RC3,4><G2>de");
-    std::vector<LineParser> map(LINEMAPMAX);
     // Nine bytes from "abc" on, all printing: copied whole. Then "de".
-    EXPECT_EQ(readable(writeStretches(stream, {}, {}, map)), "<RC1,2><G9>abc<RC3,4<RC3,4><G2>de");
+    EXPECT_EQ(written(bytesOf("<RC1,2><G9>abc<RC3,4><G2>de"), {}, ""),
+              "<RC1,2><G9>abc<RC3,4<RC3,4><G2>de");
     // A count that reaches behind the end has zeros there, and so two runs: a stretch of its own.
-    stream.bytes = bytesOf("<RC1,0><G9>abc");
-    EXPECT_EQ(readable(writeStretches(stream, {}, {}, map)), "<RC1,0><G3>abc");
+    EXPECT_EQ(written(bytesOf("<RC1,0><G9>abc"), {}, ""), "<RC1,0><G3>abc");
 }
 
 TEST(Stretches, CopyNothingWhereTheDataLiesBeforeTheCommand) {
     // The second "<RC" has no "<G": its span runs back to the first band's data and is negative.
-    BandStream stream;
-    stream.bytes = bytesOf("<RC1,2><G2>ab<RC3,4>.....");
-    std::vector<LineParser> map(LINEMAPMAX);
-    EXPECT_EQ(readable(writeStretches(stream, {}, {}, map)), "<RC1,2><G2>ab");
+    EXPECT_EQ(written(bytesOf("<RC1,2><G2>ab<RC3,4>....."), {}, ""), "<RC1,2><G2>ab");
+}
+
+TEST(Stretches, LeaveTheLineMapAsItIsWithoutAnyBand) {
+    const std::vector<LineParser> before(LINEMAPMAX, {9, 9, DATA});
+    std::vector<LineParser> map = before;
+    BandStream stream(bytesOf("<G4>abcd"));
+    EXPECT_EQ(readable(writeStretches(stream, bytesOf("a"), kLandscape, map, bytesOf("z"))), "az");
+    EXPECT_EQ(map, before);
 }
 
 }  // namespace

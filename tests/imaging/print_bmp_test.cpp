@@ -141,10 +141,10 @@ TEST_F(PrintBmp, DoesNotPrintThePictureBeforeWhenFittingFails) {
 
 TEST_F(PrintBmp, OpensItsSurfaceOnceAndUsesItAgain) {
     PrintBMP(100, 100, plainPicture(10, 10, 0, 0, 0));
-    const UInt32* surface = openSurface.pixels.data();
+    const UInt32* surface = openSurface.data();
     for (int print = 0; print < 20; ++print) {
         PrintBMP(100 - print, 100, plainPicture(10, 10, 0, 0, 0));
-        EXPECT_EQ(openSurface.pixels.data(), surface);
+        EXPECT_EQ(openSurface.data(), surface);
     }
 }
 

@@ -141,6 +141,44 @@ TEST_F(PhotoPrinting, RefusesAPhotoCutShort) {
     expectRefused();
 }
 
+// All rows but the last have been decoded when the damage shows.
+TEST_F(PhotoPrinting, RefusesAPhotoThatIsDamagedOnItsLastRowLikeOneThatIsAbsent) {
+    struct State {
+        std::int32_t width, height, dataWidth, length, read;
+        UInt32 written;
+        std::vector<Byte> entries, packed;
+        Bytes file;
+        bool operator==(const State&) const = default;
+    };
+    const auto state = [] {
+        using namespace imaging;
+        return State{mWidth, mHeight,    mDataWidth,     mDataArrayLength, nRead,
+                     k,      mDataArray, mRawBitmapData, *myImageData};
+    };
+    Bytes cutShort = test::greyPng(test::allBlack(40, 200), 1);
+    cutShort.pop_back();
+    Bytes wrongSum = test::greyPng(test::allBlack(40, 200), 1);
+    wrongSum.back() ^= 1;
+    Bytes turned = test::greyPng(test::allBlack(40, 200), 6);
+    turned.back() ^= 1;
+    for (const bool scaled : {false, true}) {
+        for (const bool dithered : {false, true}) {
+            ImageScaled = scaled;
+            ImageDithered = dithered;
+            ImageToBmp(URL::fromText("assets-library://asset/none.png"));
+            expectRefused();
+            const State absent = state();
+            for (const Bytes& file : {cutShort, wrongSum, turned}) {
+                ImageToBmp(blackPhoto(40, 16));  // something to print again by mistake
+                transport() = {};
+                EXPECT_FALSE(ImageToBmp(photos_->add("a.png", file)));
+                expectRefused();
+                EXPECT_TRUE(state() == absent);
+            }
+        }
+    }
+}
+
 TEST_F(PhotoPrinting, DoesNotPrintThePhotoBeforeInPlaceOfAnAbsentOne) {
     ImageToBmp(blackPhoto(40, 16));
     transport() = {};

@@ -147,11 +147,14 @@ TEST_F(PdfPrinting, ShiftsAPageWhoseCropBoxBeginsBelowZeroTheOtherWay) {
     EXPECT_EQ(test::printedRows(), (Rows{"XXXX", "XXXX", " X X", "X XX"}));
 }
 
+// Transparent is all zero, and so black; but the threshold's top row is blank.
 TEST_F(PdfPrinting, LeavesTheUnfilledStripTransparent) {
     PrinterResolution = 72;
-    print(pageOf(1, 0, 3, 2, 255));
-    EXPECT_EQ(imaging::openSurface.pixels,
-              (std::vector<UInt32>{0, 0xFFFFFFFF, 0xFFFFFFFF, 0, 0xFFFFFFFF, 0xFFFFFFFF}));
+    for (const bool dithered : {true, false}) {
+        ImageDithered = dithered;
+        print(pageOf(1, 0, 3, 2, 255));
+        EXPECT_EQ(test::printedRows(), (Rows{dithered ? "X  " : "   ", "X  "}));
+    }
 }
 
 TEST_F(PdfPrinting, PrintsNoDotOfABlankPageWithAFractionalSize) {

@@ -278,6 +278,22 @@ TEST_F(PhotoFaults, AFileThatThrowsOnAnotherThreadIsNoPicture) {
 
 // ---- Sizes --------------------------------------------------------------------------------------
 
+TEST_F(PhotoFaults, AFileInMemoryIsNeitherReadNorCopied) {
+    class InMemoryFile : public ScriptedFile {
+      public:
+        using ScriptedFile::ScriptedFile;
+        std::shared_ptr<const Bytes> fileInMemory() const override { return shared_; }
+        std::shared_ptr<const Bytes> shared_ =
+            std::make_shared<const Bytes>(test::blackBmp(40, 16));
+    };
+    const auto file = std::make_shared<InMemoryFile>(Bytes());
+    deliver(file);
+    EXPECT_FALSE(ask());
+    expectPrinted();
+    EXPECT_TRUE(file->asked_.empty());
+    EXPECT_EQ(file->shared_.use_count(), 1) << "nothing of the job before is kept";
+}
+
 TEST_F(PhotoFaults, AFileIsReadOnceFromItsBeginningInItsWholeLength) {
     deliver(photo_);
     EXPECT_FALSE(ask());

@@ -6,19 +6,17 @@
 
 #include <gtest/gtest.h>
 
+#include "links/job_bytes.h"
 #include "links/replaced_radio.h"
 
 namespace tavio::links {
 namespace {
 
+using test::bytesOf;
 using test::ReplacedRadio;
 
 const std::string kPrinter = "00:1A:7D:DA:71:F3/3";
 const std::string kName = "the printer at 00:1A:7D:DA:71:F3/3";
-
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
 
 std::string cannotBeReached(const std::string& reason) {
     return std::string(kName).append(" cannot be reached: ").append(reason);

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "links/job_bytes.h"
 #include "links/replaced_calls.h"
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
@@ -17,11 +18,8 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+using test::bytesOf;
 using test::PseudoTerminal;
-
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
 
 // Notes what is done to the device besides reading and writing.
 class WatchedDevice : public test::ReplacedCalls {

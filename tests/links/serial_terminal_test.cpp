@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "links/job_bytes.h"
 #include "links/reply_text.h"
 #include "links/serial_link.h"
 #include "support/pseudo_terminal.h"
@@ -12,11 +13,8 @@
 namespace tavio::links {
 namespace {
 
+using test::bytesOf;
 using test::PseudoTerminal;
-
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
 
 std::string everyValue() {
     std::string bytes;

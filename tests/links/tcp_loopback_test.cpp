@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "links/job_bytes.h"
 #include "links/tcp_link.h"
 #include "support/loopback_peer.h"
 
@@ -17,9 +18,11 @@ namespace tavio::links {
 namespace {
 
 using std::chrono::milliseconds;
+using test::bytesOf;
 using test::Descriptor;
 using test::Peer;
 using test::Port;
+using test::someBytes;
 
 constexpr milliseconds kLong{120'000};
 constexpr Deadlines kPatient{kLong, kLong, kLong, milliseconds(50), kLong};
@@ -28,20 +31,6 @@ Deadlines givingUpAfter(milliseconds progress) {
     Deadlines deadlines = kPatient;
     deadlines.progress = progress;
     return deadlines;
-}
-
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
-
-std::string someBytes(std::size_t size) {
-    std::string bytes(size, '\0');
-    std::uint32_t noise = 1;
-    for (char& byte : bytes) {
-        noise = noise * 1664525U + 1013904223U;
-        byte = static_cast<char>(noise >> 24U);
-    }
-    return bytes;
 }
 
 class TcpLoopback : public testing::Test {

@@ -1,52 +1,22 @@
 #include <cerrno>
-#include <system_error>
 
 #include <gtest/gtest.h>
 
+#include "links/job_bytes.h"
 #include "links/tcp_link.h"
+#include "links/tcp_messages.h"
 #include "links/virtual_tcp.h"
 
 namespace tavio::links {
 namespace {
 
 using std::chrono::milliseconds;
+using test::bytesOf;
+using test::endedBy;
+using test::kEndedEarly;
+using test::kPeer;
+using test::someBytes;
 using test::VirtualTcp;
-
-const std::string kPeer = "the printer at 192.0.2.7:9100";
-const std::string kEndedEarly = kPeer +
-                                " ended its side of the connection before it had been sent "
-                                "everything: some of it may not have been read";
-
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
-
-std::string someBytes(std::size_t size) {
-    std::string bytes(size, '\0');
-    std::uint32_t noise = 1;
-    for (char& byte : bytes) {
-        noise = noise * 1664525U + 1013904223U;
-        byte = static_cast<char>(noise >> 24U);
-    }
-    return bytes;
-}
-
-std::string messageOf(int error) {
-    return std::generic_category().message(error);
-}
-
-// How a connection that `error` ended is told of.
-std::string endedBy(int error) {
-    switch (error) {
-        case EPIPE:
-        case ECONNRESET:
-        case ECONNABORTED:
-        case ENOTCONN:
-            return kPeer + " closed the connection: " + messageOf(error);
-        default:
-            return "the connection to " + kPeer + " failed: " + messageOf(error);
-    }
-}
 
 class TcpWrite : public testing::Test {
   protected:

@@ -6,13 +6,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iomanip>
+#include <memory>
 #include <sstream>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <jpeglib.h>
 #include <png.h>
 
 #include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/platform/open_picture.h"
 
 namespace tavio::platform::samples {
 namespace {
@@ -139,6 +142,42 @@ std::string refusal(std::span<const Byte> file) {
     EXPECT_FALSE(result.picture) << "decoded, although it should be refused";
     EXPECT_EQ(result.why.empty(), result.picture.has_value());
     return result.why;
+}
+
+RowsRead readByRows(const Bytes& file, std::mt19937& random) {
+    const OpenedPicture opened = openPicture(std::make_shared<const Bytes>(file));
+    EXPECT_NE(opened.rows != nullptr, !opened.why.empty());
+    if (!opened.rows) return {{}, opened.why};
+    RowsRead read{{opened.rows->width(), 0, {}, 1}, {}};
+    const auto line = static_cast<std::size_t>(opened.rows->width());
+    try {
+        for (;;) {
+            const auto most = static_cast<std::int32_t>(1 + random() % 20);
+            const std::span<const UInt32> rows = opened.rows->next(most);
+            if (rows.empty()) break;
+            EXPECT_EQ(rows.size() % line, 0U);
+            EXPECT_LE(rows.size() / line, static_cast<std::size_t>(most));
+            read.picture.pixels.insert(read.picture.pixels.end(), rows.begin(), rows.end());
+            read.picture.height += static_cast<std::int32_t>(rows.size() / line);
+        }
+        EXPECT_EQ(read.picture.height, opened.rows->height());
+    } catch (const DamagedPicture& damage) {
+        read.why = damage.what();
+        EXPECT_NE(read.why, "");
+        EXPECT_LT(read.picture.height, opened.rows->height()) << "the last row had come";
+    }
+    return read;
+}
+
+void expectSameByRows(const Bytes& file, std::mt19937& random) {
+    DecodedPicture decoded = decodePicture(file);
+    const RowsRead read = readByRows(file, random);
+    EXPECT_EQ(read.why, decoded.why);
+    if (!decoded.picture || !read.why.empty()) return;
+    const Picture expected = upright(std::move(*decoded.picture));
+    EXPECT_EQ(read.picture.width, expected.width);
+    EXPECT_EQ(read.picture.height, expected.height);
+    EXPECT_TRUE(read.picture.pixels == expected.pixels) << "other pixels";
 }
 
 std::string asText(const Picture& picture) {

@@ -29,6 +29,17 @@ Picture decoded(std::span<const Byte> file);
 // Why there is no picture in the file; a test failure when there is one.
 std::string refusal(std::span<const Byte> file);
 
+// What came of asking an opened file for all of its rows, in random portions.
+struct RowsRead {
+    Picture picture;  // upright, as far as its rows came
+    std::string why;  // empty when all came; else why not
+};
+RowsRead readByRows(const Bytes& file, std::mt19937& random);
+
+// A test failure unless the rows of the file are those of the decoded picture, or are refused for
+// the same reason, the last row at the latest.
+void expectSameByRows(const Bytes& file, std::mt19937& random);
+
 // One line a row, one hexadecimal word (alpha, blue, green, red) a pixel, for failures.
 std::string asText(const Picture& picture);
 

@@ -5,12 +5,14 @@
 #include <string>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
+#include "support/rights.h"
 #include "support/temporary_folder.h"
 
 namespace tavio::platform {
@@ -145,6 +147,18 @@ TEST(InMemoryPhotos, DeliverWhatThereIsFromTheOffsetOn) {
     EXPECT_EQ(error, "");
 }
 
+TEST(InMemoryPhotos, AreHandedOutWithoutACopy) {
+    InMemoryPhotoLibrary photos;
+    const auto file = std::make_shared<const Bytes>(bytesOf("content"));
+    const Url url = photos.share("a.b.png", file);
+    EXPECT_EQ(url.pathExtension(), "png");
+    EXPECT_EQ(lookUp(photos, url).asset->fileInMemory(), file);
+    EXPECT_EQ(fileOf(photos, url), bytesOf("content"));
+    const auto added = lookUp(photos, photos.add("a.png", bytesOf("added"))).asset;
+    ASSERT_TRUE(added->fileInMemory());
+    EXPECT_EQ(*added->fileInMemory(), bytesOf("added"));
+}
+
 TEST(InMemoryPhotos, SayWhyAnOffsetBehindTheEndDeliversNothing) {
     InMemoryPhotoLibrary photos;
     const auto asset = lookUp(photos, photos.add("a.png", bytesOf("abc"))).asset;
@@ -201,6 +215,51 @@ TEST_F(FolderPhotos, AreReadWhenTheyAreAskedFor) {
     EXPECT_EQ(fileOf(photos_, url), bytesOf("after"));
 }
 
+// So that there is no copy of it that nobody needs yet.
+TEST_F(FolderPhotos, AreReadWhenTheirBytesAreAskedFor) {
+    add("a.jpg", "before");
+    const auto asset = lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).asset;
+    ASSERT_TRUE(asset);
+    EXPECT_EQ(asset->fileInMemory(), nullptr);
+    add("a.jpg", "after, and longer");
+    Bytes into(asset->size());
+    std::string error;
+    EXPECT_EQ(asset->getBytes(into, 0, &error), 17U);
+    EXPECT_EQ(into, bytesOf("after, and longer"));
+    EXPECT_EQ(error, "");
+}
+
+TEST_F(FolderPhotos, StayTheFileThatWasFound) {
+    add("a.jpg", "found");
+    const auto asset = lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).asset;
+    ASSERT_TRUE(asset);
+    ASSERT_EQ(::unlink((folder_ / "photos/a.jpg").c_str()), 0);
+    add("a.jpg", "another");
+    Bytes into(asset->size());
+    std::string error;
+    EXPECT_EQ(asset->getBytes(into, 0, &error), 5U);
+    EXPECT_EQ(into, bytesOf("found"));
+}
+
+TEST_F(FolderPhotos, DeliverWhatThereIsFromTheOffsetOn) {
+    add("a.jpg", "abcdef");
+    const auto asset = lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).asset;
+    std::string error;
+    Bytes into(4, '.');
+    EXPECT_EQ(asset->getBytes(into, 1, &error), 4U);
+    EXPECT_EQ(into, bytesOf("bcde"));
+    into.assign(4, '.');
+    EXPECT_EQ(asset->getBytes(into, 4, &error), 2U);
+    EXPECT_EQ(into, bytesOf("ef.."));
+    EXPECT_EQ(asset->getBytes(into, 6, &error), 0U);
+    EXPECT_EQ(error, "");
+    for (const std::uint64_t offset : {std::uint64_t{7}, ~std::uint64_t{0}}) {
+        error.clear();
+        EXPECT_EQ(asset->getBytes(into, offset, &error), 0U);
+        EXPECT_NE(error, "");
+    }
+}
+
 TEST_F(FolderPhotos, MayBeEmptyFiles) {
     add("a.jpg", "");
     EXPECT_EQ(fileOf(photos_, FolderPhotoLibrary::urlOf("a.jpg")), Bytes());
@@ -253,6 +312,24 @@ TEST_F(FolderPhotos, EndInTheFailureHandlerWhenTheyCannotBeRead) {
     ASSERT_EQ(::mkfifo((folder_ / "photos/pipe.jpg").c_str(), 0600), 0);
     EXPECT_EQ(lookUp(photos_, FolderPhotoLibrary::urlOf("folder.jpg")).failures, 1);
     EXPECT_EQ(lookUp(photos_, FolderPhotoLibrary::urlOf("pipe.jpg")).failures, 1);
+}
+
+TEST_F(FolderPhotos, EndInTheFailureHandlerWithoutTheRightToReadThem) {
+    add("a.jpg", "content");
+    const std::string path = folder_ / "photos/a.jpg";
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    ASSERT_EQ(::chmod(folder_.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((folder_ / "photos").c_str(), 0755), 0);
+    const test::WithoutRootRights rights;
+    ASSERT_TRUE(rights.succeeded());
+    EXPECT_EQ(lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).failures, 1);
+}
+
+// A regular file that opens and cannot be read, at its beginning at least.
+TEST(FolderPhoto, EndsInTheFailureHandlerWhenItOpensAndCannotBeRead) {
+    if (!fileExists("/proc/self/mem")) GTEST_SKIP() << "no /proc";
+    FolderPhotoLibrary photos("/proc/self");
+    EXPECT_EQ(lookUp(photos, FolderPhotoLibrary::urlOf("mem")).failures, 1);
 }
 
 }  // namespace

@@ -41,8 +41,7 @@ void resetImaging() {
     mRawBitmapData.clear();
     BMPHeader = {};
     myImageData = nullptr;
-    openSurface = {};
-    originalPixels.clear();
+    openSurface.clear();
 }
 
 void resetEncoder() {

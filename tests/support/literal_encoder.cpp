@@ -29,11 +29,7 @@ int32_t valueOf(const std::string& text) {
     return static_cast<int32_t>(value);
 }
 
-struct Run {
-    int32_t start = 0;
-    int32_t count = 0;
-    int32_t block_type = -1;
-};
+using Run = LiteralRun;
 
 constexpr int32_t DATA = 1;
 constexpr int32_t ZEROS = 0;
@@ -50,6 +46,7 @@ class Encoder {
         traffic.firstPass.assign(bit_image.begin(), bit_image.begin() + j);
         secondPass();
         traffic.data = refined;
+        traffic.lineMap = linemap;
         return traffic;
     }
 
@@ -208,6 +205,7 @@ class Encoder {
     }
 
     void lineMap(int64_t data, int32_t len2) {
+        traffic.hasBand = true;
         linemap.clear();
         for (int32_t n = 0; n < len2; ++n) {
             const int32_t type = at(data + n) != 0 ? DATA : ZEROS;

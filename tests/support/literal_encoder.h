@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "TavioIpadSDK/platform/bytes.h"
 
@@ -19,10 +20,19 @@ struct LiteralJob {
     std::int32_t portraitDots = 0;
 };
 
+// One entry of the table of runs.
+struct LiteralRun {
+    std::int32_t start = 0;
+    std::int32_t count = 0;
+    std::int32_t block_type = -1;
+};
+
 struct LiteralTraffic {
     std::string text;  // what SendString got; "" when it was not called
     Bytes firstPass;   // the band stream, after its last positioning command is taken away
     Bytes data;        // what SendData got
+    std::vector<LiteralRun> lineMap;  // the runs of the last band found
+    bool hasBand = false;             // whether there was any
 };
 
 // `file` is a valid one-bit bitmap file.

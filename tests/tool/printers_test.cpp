@@ -176,6 +176,19 @@ TEST_F(Printers, AreSentNoCutAfterAPictureThatTheLibraryRefuses) {
     EXPECT_EQ(printer.received(), "");
 }
 
+// Its damage shows only when it is decoded, in the open session.
+TEST_F(Printers, AreSentNothingOfADamagedPicture) {
+    writeFile(at("a.bmp"), badIndexBmp());
+    SocketPrinter printer(readAll);
+    Ran ran = tavioTo(printer, {"print", "a.bmp", "--cut"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.out, "nothing sent, safe to repeat\n");
+    EXPECT_EQ(ran.err,
+              "tavio: a.bmp is no picture to print: the BMP file has a pixel outside of its "
+              "palette\n");
+    EXPECT_EQ(printer.received(), "");
+}
+
 // A regular file whose reading fails.
 TEST_F(Printers, AreNotTakenToHaveAJobThatCannotBeRead) {
     if (!std::filesystem::exists("/proc/self/mem")) GTEST_SKIP() << "no /proc";

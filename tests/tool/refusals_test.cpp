@@ -1,5 +1,6 @@
 // What the tool refuses: one sentence, exit status 1, and nothing written.
 
+#include <array>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -104,6 +105,31 @@ TEST_F(Refusals, PicturesThatCannotBeDecoded) {
         EXPECT_EQ(tavio({"logo", "store", "4", name}).status, 1);
     }
     EXPECT_EQ(folder.names().size(), 5U);
+}
+
+// The header alone tells nothing of these.
+TEST_F(Refusals, PicturesThatAreDamagedBehindTheirHeader) {
+    writeFile(at("black.bmp"), greyBmp(32, 16));
+    ASSERT_EQ(tavio({"print", "black.bmp", "--cut"}).status, 0);
+    const std::string png = readFile(at("ticket.png"));
+    ASSERT_GT(png.size(), 100U);
+    std::string changed = png;
+    changed.back() ^= 1;
+    for (const auto& [name, content, why] :
+         {std::array<std::string, 3>{"a.png", png.substr(0, png.size() - 1),
+                                     "the PNG file is cut short"},
+          {"b.png", png.substr(0, png.size() / 2), "the PNG file is cut short"},
+          {"c.PNG", changed, "the PNG file is damaged"},
+          {"d.bmp", badIndexBmp(), "the BMP file has a pixel outside of its palette"}}) {
+        SCOPED_TRACE(name);
+        writeFile(at(name), content);
+        writeFile(at("job.bin"), "of the job before");
+        const std::string line = "tavio: " + name + " is no picture to print: " + why;
+        expectRefusal({"print", name, "--cut"}, line);
+        expectRefusal({"print", name, "--cut", "--threshold"}, line);
+        expectRefusal({"print", name, "--cut", "--to", "file:job.bin"}, line);
+        expectRefusal({"logo", "store", "4", name}, line);
+    }
 }
 
 TEST_F(Refusals, PdfsThatCannotBeDrawn) {

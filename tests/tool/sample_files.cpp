@@ -41,6 +41,16 @@ std::string greyBmp(std::uint32_t width, std::uint32_t height, std::uint8_t shad
     return file + std::string(pixelBytes, static_cast<char>(shade));
 }
 
+std::string badIndexBmp() {
+    const std::string palette = littleEndian(0, 4) + littleEndian(0xFFFFFF, 4);
+    std::string pixels(8 * 16, '\1');
+    pixels[7] = '\2';  // the bottom row comes first
+    return "BM" + littleEndian(62 + 8 * 16, 4) + littleEndian(0, 4) + littleEndian(62, 4) +
+           littleEndian(40, 4) + littleEndian(8, 4) + littleEndian(16, 4) + littleEndian(1, 2) +
+           littleEndian(8, 2) + littleEndian(0, 4) + littleEndian(8 * 16, 4) +
+           std::string(8, '\0') + littleEndian(2, 4) + littleEndian(0, 4) + palette + pixels;
+}
+
 std::string pdf(double width, double height, int pages) {
     std::ostringstream box;
     box << "[0 0 " << width << ' ' << height << ']';

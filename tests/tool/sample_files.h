@@ -9,6 +9,9 @@ namespace tavio::test {
 // A BMP file of 24 bits per pixel in one shade of grey, 0 black to 255 white.
 std::string greyBmp(std::uint32_t width, std::uint32_t height, std::uint8_t shade = 0);
 
+// A BMP file of 8 x 16 pixels, the last one of which has a colour that the palette does not have.
+std::string badIndexBmp();
+
 // A PDF document whose one page has this size in points and shows a black rectangle over its left
 // half; without a page if `pages` is 0.
 std::string pdf(double width, double height, int pages = 1);

@@ -1,0 +1,41 @@
+#include "TavioIpadSDK/encoder/band_runs.h"
+
+#include <algorithm>
+
+namespace tavio::encoder {
+
+// The first blank byte from there on. Remembered: what was passed over is not searched again.
+std::int64_t BandRuns::nextBlank(std::int64_t from) {
+    if (nextBlank_ >= from) return nextBlank_;
+    const auto first = static_cast<std::size_t>(from);
+    const std::size_t found = stream_.find(0, first).value_or(std::max(first, stream_.size()));
+    bytesSearched_ += found - first;
+    nextBlank_ = static_cast<std::int64_t>(found);
+    return nextBlank_;
+}
+
+// Fewer than kShortestSkip steps, or one look at the long run that begins the band.
+bool BandRuns::isAllBlank(const Columns& columns) {
+    std::int64_t column = columns.start;
+    const std::int64_t walkedTo = std::min(columns.end, columns.start + kShortestSkip);
+    while (column < walkedTo && isBlank(column)) ++column;
+    if (column < walkedTo) return false;
+    if (column == columns.end) return true;
+    return longRunsIn(columns).front().end >= columns.end;
+}
+
+ColumnKind BandRuns::kindOf(const Columns& columns) {
+    if (columns.start >= columns.end) return ColumnKind::kBlank;
+    if (!isBlank(columns.start))
+        return nextBlank(columns.start) >= columns.end ? ColumnKind::kPrinting : ColumnKind::kMixed;
+    return isAllBlank(columns) ? ColumnKind::kBlank : ColumnKind::kMixed;
+}
+
+std::int64_t BandRuns::withoutBlankEnd(const Columns& columns) const {
+    std::int64_t end = columns.end;
+    const std::int64_t walkedTo = std::max(columns.start, columns.end - kShortestSkip);
+    while (end > walkedTo && isBlank(end - 1)) --end;
+    return end;
+}
+
+}  // namespace tavio::encoder

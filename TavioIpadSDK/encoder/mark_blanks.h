@@ -1,0 +1,15 @@
+// The kernel that marks blank columns: one bit for each byte of a command stream.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::encoder {
+
+// Bit b of word w says whether bytes[64 w + b] is 0. Those behind the last byte count as 0.
+void markBlanks(std::span<const Byte> bytes, std::span<std::uint64_t> words);
+
+}  // namespace tavio::encoder

@@ -1,0 +1,39 @@
+// A regular file that is open for reading.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::platform {
+
+class RegularFile {
+  public:
+    // A null pointer when there is no such file, when it is not a regular one (a pipe or a device
+    // could block or never end), or when it cannot be opened. A path with a NUL byte names nothing.
+    // Throws std::bad_alloc.
+    static std::unique_ptr<RegularFile> open(const std::string& path);
+
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    ~RegularFile();
+
+    // Its length in bytes at this moment.
+    std::uint64_t size() const;
+
+    // Reads from `offset` on until `into` is full or the file ends, and returns how many bytes that
+    // were; none when it cannot be read.
+    std::optional<std::size_t> read(std::span<Byte> into, std::uint64_t offset) const;
+
+  private:
+    explicit RegularFile(int descriptor) : descriptor_(descriptor) {}
+
+    int descriptor_;
+};
+
+}  // namespace tavio::platform

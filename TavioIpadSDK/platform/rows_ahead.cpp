@@ -1,0 +1,136 @@
+#include "TavioIpadSDK/platform/rows_ahead.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <exception>
+#include <semaphore>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace tavio::platform {
+namespace {
+
+// A thread is started and ended in the time that some ten thousand pixels take.
+constexpr std::int64_t kFewPixels = std::int64_t{1} << 18;
+
+// One strip is being used, one being made, and one lies ready for whoever is the faster one.
+constexpr std::size_t kStrips = 3;
+
+class RowsAhead : public PictureRows {
+  public:
+    // Takes `source` only once the thread is there.
+    RowsAhead(std::unique_ptr<PictureRows>& source, std::int32_t strip)
+        : width_(source->width()), height_(source->height()), strip_(strip) {
+        for (Strip& one : strips_) one.pixels.reserve(stripSize());
+        thread_ = std::thread([this, &rows = *source] { make(rows); });
+        source_ = std::move(source);
+    }
+
+    ~RowsAhead() override {
+        ending_ = true;
+        free_.release();
+        thread_.join();
+    }
+
+    RowsAhead(const RowsAhead&) = delete;
+    RowsAhead& operator=(const RowsAhead&) = delete;
+
+    std::int32_t width() const override { return width_; }
+    std::int32_t height() const override { return height_; }
+
+    std::span<const UInt32> next(std::int32_t most) override {
+        if (rest_.empty() && !isOver_) takeStrip();
+        const std::size_t line = static_cast<std::size_t>(width_);
+        const std::size_t count = std::min(rest_.size(), static_cast<std::size_t>(most) * line);
+        const std::span<const UInt32> rows = rest_.first(count);
+        rest_ = rest_.subspan(count);
+        return rows;
+    }
+
+  private:
+    struct Strip {
+        std::vector<UInt32> pixels;  // none: the rows are over
+        std::exception_ptr failure;
+    };
+
+    std::size_t stripSize() const {
+        return static_cast<std::size_t>(std::min(strip_, height_)) *
+               static_cast<std::size_t>(width_);
+    }
+
+    // The strip that was used last is free from now on.
+    void takeStrip() {
+        if (hasStrip_) free_.release();
+        filled_.acquire();
+        hasStrip_ = true;
+        Strip& strip = strips_[taken_++ % kStrips];
+        isOver_ = strip.pixels.empty();
+        rest_ = strip.pixels;
+        if (strip.failure) std::rethrow_exception(std::exchange(strip.failure, nullptr));
+    }
+
+    // On the thread.
+    void make(PictureRows& source) {
+        for (std::size_t made = 0;; ++made) {
+            free_.acquire();
+            if (ending_) return;
+            Strip& strip = strips_[made % kStrips];
+            fill(strip, source);
+            const bool isLast = strip.pixels.empty();
+            filled_.release();
+            if (isLast) return;
+        }
+    }
+
+    void fill(Strip& strip, PictureRows& source) const {
+        strip.pixels.clear();
+        try {
+            while (strip.pixels.size() < stripSize()) {
+                const std::size_t missing = stripSize() - strip.pixels.size();
+                const auto rows = source.next(
+                    static_cast<std::int32_t>(missing / static_cast<std::size_t>(width_)));
+                if (rows.empty()) return;
+                strip.pixels.insert(strip.pixels.end(), rows.begin(), rows.end());
+            }
+        } catch (...) {  // thrown again where the rows are used
+            strip.pixels.clear();
+            strip.failure = std::current_exception();
+        }
+    }
+
+    const std::int32_t width_;
+    const std::int32_t height_;
+    const std::int32_t strip_;
+    std::unique_ptr<PictureRows> source_;  // the thread's, as long as it runs
+
+    // Each strip belongs to the side that acquired it last.
+    std::array<Strip, kStrips> strips_;
+    std::counting_semaphore<> free_{kStrips};
+    std::counting_semaphore<> filled_{0};
+    std::atomic<bool> ending_ = false;
+
+    // Of the side that uses the rows.
+    std::span<const UInt32> rest_;  // of the strip in use
+    std::size_t taken_ = 0;
+    bool hasStrip_ = false;
+    bool isOver_ = false;
+
+    std::thread thread_;
+};
+
+}  // namespace
+
+std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std::int32_t strip) {
+    if (std::int64_t{source->width()} * source->height() < kFewPixels) return source;
+    try {
+        return std::make_unique<RowsAhead>(source, strip);
+    } catch (const std::system_error&) {  // no thread to be had
+        return source;
+    }
+}
+
+}  // namespace tavio::platform

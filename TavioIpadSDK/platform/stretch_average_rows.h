@@ -1,0 +1,38 @@
+// The kernel that averages passed rows into a target row.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "TavioIpadSDK/platform/stretch_passed_row.h"
+
+namespace tavio::platform {
+
+// Weighted sums of PassedBlocks.
+struct alignas(64) SumBlock {
+    double values[kBlockValues];
+};
+
+// Adds up the passed rows that one target row covers, then divides; then the next target row.
+class AverageRows {
+  public:
+    // The weights of the rows of each target row add up to `total`, 1 to 2^28.
+    explicit AverageRows(std::uint64_t total) : total_(total) {}
+
+    void add(const PassedRow& row, std::uint64_t weight);
+
+    // target[i] = in each channel the weighted mean of the rows added since the last time, rounded,
+    // halves up. They have as many columns as `target`.
+    void average(std::span<UInt32> target);
+
+  private:
+    void averagePlainly(std::span<UInt32> target) const;
+    void averageInVectors(std::span<UInt32> target) const;
+
+    std::uint64_t total_;
+    std::vector<SumBlock> sums_;  // empty when nothing has been added
+};
+
+}  // namespace tavio::platform

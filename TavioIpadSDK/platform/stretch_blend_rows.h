@@ -1,0 +1,16 @@
+// The kernel that blends two passed rows into a target row.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "TavioIpadSDK/platform/stretch_passed_row.h"
+
+namespace tavio::platform {
+
+// target[i] = in each channel (upper * (total - beyond) + lower * beyond) / total, rounded, halves
+// up. `total` is 1 to 2^29 and even; both rows have as many columns as `target`.
+void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
+               std::uint64_t total, std::span<UInt32> target);
+
+}  // namespace tavio::platform

@@ -1,0 +1,35 @@
+// The kernel that brings a source row to more columns, or to as many.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "TavioIpadSDK/platform/stretch_axis.h"
+#include "TavioIpadSDK/platform/stretch_passed_row.h"
+
+namespace tavio::platform {
+
+class GrowColumns {
+  public:
+    // `axis` must grow, or stay as it is.
+    explicit GrowColumns(const Axis& axis);
+
+    // passed = `row`, axis.source() pixels, blended into axis.target() columns.
+    void pass(std::span<const UInt32> row, PassedRow& passed) const;
+
+  private:
+    void passPlainly(std::span<const UInt32> row, PassedRow& passed) const;
+
+    std::size_t columns_;
+    std::uint64_t total_;
+    bool hasVectorForm_;  // whether vectors give exact results for this total
+    // Of each column, and of the unused ones that fill the last block:
+    std::vector<std::int32_t> first_;    // the left one of its two source pixels
+    std::vector<std::uint32_t> beyond_;  // the weight of the right one, of total_
+    std::vector<std::int32_t> whole_;    // that weight in units of 2^-16: the whole number nearest
+    std::vector<std::int32_t> rest_;     // and what it lacks, in units of 2^-40
+};
+
+}  // namespace tavio::platform

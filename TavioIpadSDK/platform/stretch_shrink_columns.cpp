@@ -1,0 +1,202 @@
+// A column's channel is the mean of the source pixels that it covers, with the parts of the outermost
+// ones as weights, rounded to 16 bits behind the point, halves up:
+//
+//     source pixels   |     |     |     |     |     |     |     |      each counts `target`
+//     columns         |              |              |                  each covers `source`
+//     edge                           ^ pixel 2, part of it before
+//
+// With before[i] the sum of the pixels before pixel i, everything before an edge adds up to
+//
+//     before[pixel] * target + row[pixel] * part
+//
+// and a column to the difference of its two edges: without a loop over the pixels, whose number
+// differs from column to column. Sums may wrap around in 32 bits, their difference is below 2^31.
+//
+// Quotients floor((sum * 2^16 + floor(T / 2)) / T) are computed as one product and one addition in
+// double, a half of 1/T added:
+//
+//     sum * (2^16 / T) + (floor(T / 2) + 1/2) / T
+//
+// Proof that cutting this to a whole number is exact for T of up to 2^20: the quotient before cutting
+// is a multiple of 1/T, so that with the half it is 1/2 of 1/T or more, so 2^-21, away from a whole
+// number. It is below 2^24; the factor errs by a 2^53rd part and so the product by at most 2^-29, the
+// constant by far less, and rounding product and sum, or both in one, adds at most 2^-29 and 2^-29.
+// Adding kAdded, which leaves the sum below 2^24, to the constant changes none of this.
+#include "TavioIpadSDK/platform/stretch_shrink_columns.h"
+
+#include <algorithm>
+
+#include "TavioIpadSDK/platform/instruction_set.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "TavioIpadSDK/platform/stretch_shrink_columns.cpp"
+#include <hwy/foreach_target.h>
+// Must follow foreach_target.h.
+#include <hwy/highway.h>
+
+#ifndef TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
+#define TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
+namespace tavio::platform {
+namespace {
+
+// Columns as ShrinkColumns keeps them; the pixel and part of one edge more than there are columns.
+struct ShrunkColumns {
+    std::size_t count;
+    const std::uint32_t* pixel;
+    const std::uint32_t* part;
+    double factor;    // 2^16 / T
+    double constant;  // (floor(T / 2) + 1/2) / T + kAdded
+};
+
+constexpr std::uint64_t kMostTotal = 1 << 20;
+
+}  // namespace
+}  // namespace tavio::platform
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace tavio::platform::HWY_NAMESPACE {
+
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Sums = hn::FixedTag<std::uint32_t, kChannels>;  // one pixel's channels
+
+HWY_INLINE hn::Vec<Sums> channelsOf(const UInt32* pixel) {
+    const hn::FixedTag<std::uint8_t, kChannels> bytes;
+    return hn::PromoteTo(Sums(), hn::LoadU(bytes, reinterpret_cast<const std::uint8_t*>(pixel)));
+}
+
+void addUp(const UInt32* row, std::size_t pixels, std::uint32_t* before) {
+    auto sum = hn::Zero(Sums());
+    for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
+        hn::StoreU(sum, Sums(), before + pixel * kChannels);
+        sum = hn::Add(sum, channelsOf(row + pixel));
+    }
+}
+
+void sumColumns(const UInt32* row, const std::uint32_t* before, const ShrunkColumns& columns,
+                std::uint32_t* within) {
+    const auto target = hn::Set(Sums(), static_cast<std::uint32_t>(columns.count));
+    auto begin = hn::Zero(Sums());
+    for (std::size_t column = 0; column < columns.count; ++column) {
+        const std::uint32_t pixel = columns.pixel[column + 1];
+        const auto whole = hn::Mul(hn::LoadU(Sums(), before + pixel * kChannels), target);
+        const auto part =
+            hn::Mul(channelsOf(row + pixel), hn::Set(Sums(), columns.part[column + 1]));
+        const auto end = hn::Add(whole, part);
+        hn::StoreU(hn::Sub(end, begin), Sums(), within + column * kChannels);
+        begin = end;
+    }
+}
+
+using Doubles = hn::ScalableTag<double>;
+using Floats = hn::Repartition<float, Doubles>;
+using Words = hn::RebindToSigned<Floats>;
+using Word = hn::Vec<Words>;
+
+// The quotients of one channel.
+HWY_INLINE void divide(Word sums, const ShrunkColumns& columns, float* out) {
+    const hn::Half<Words> half;
+    const auto factor = hn::Set(Doubles(), columns.factor);
+    const auto constant = hn::Set(Doubles(), columns.constant);
+    const auto low = hn::PromoteTo(Doubles(), hn::LowerHalf(half, sums));
+    const auto high = hn::PromoteTo(Doubles(), hn::UpperHalf(half, sums));
+    const Word quotients =
+        hn::Combine(Words(), hn::DemoteTo(half, hn::MulAdd(high, factor, constant)),
+                    hn::DemoteTo(half, hn::MulAdd(low, factor, constant)));
+    hn::Store(hn::ConvertTo(Floats(), quotients), Floats(), out);
+}
+
+// `within` has whole blocks.
+void divideColumns(const std::uint32_t* within, const ShrunkColumns& columns, PassedBlock* out) {
+    const std::size_t lanes = hn::Lanes(Words());
+    const auto* sums = reinterpret_cast<const std::int32_t*>(within);
+    for (std::size_t column = 0; column < columns.count; column += lanes) {
+        Word red, green, blue, alpha;
+        hn::LoadInterleaved4(Words(), sums + column * kChannels, red, green, blue, alpha);
+        float* values = out[column / kBlockColumns].values + column % kBlockColumns;
+        divide(red, columns, values);
+        divide(green, columns, values + kBlockColumns);
+        divide(blue, columns, values + 2 * kBlockColumns);
+        divide(alpha, columns, values + 3 * kBlockColumns);
+    }
+}
+
+void shrinkVectors(std::span<const UInt32> row, const ShrunkColumns& columns, std::uint32_t* before,
+                   std::uint32_t* within, PassedBlock* out) {
+    addUp(row.data(), row.size(), before);
+    sumColumns(row.data(), before, columns, within);
+    divideColumns(within, columns, out);
+}
+
+#else
+
+void shrinkVectors(std::span<const UInt32> /*row*/, const ShrunkColumns& /*columns*/,
+                   std::uint32_t* /*before*/, std::uint32_t* /*within*/, PassedBlock* /*out*/) {}
+
+#endif
+
+}  // namespace tavio::platform::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace tavio::platform {
+namespace {
+
+HWY_EXPORT(shrinkVectors);
+
+}  // namespace
+
+ShrinkColumns::ShrinkColumns(const Axis& axis)
+    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMostTotal) {
+    for (std::size_t column = 0; column < columns_; ++column) {
+        const Edge edge = axis.edge(column);
+        pixel_.push_back(static_cast<std::uint32_t>(edge.pixel));
+        part_.push_back(static_cast<std::uint32_t>(edge.part));
+    }
+    // All of the last pixel lies before the end.
+    pixel_.push_back(static_cast<std::uint32_t>(axis.source() - 1));
+    part_.push_back(static_cast<std::uint32_t>(axis.target()));
+    if (!hasVectorForm_) return;
+    before_.resize(axis.source());
+    within_.resize(blocksOf(columns_) * kBlockColumns);
+}
+
+void ShrinkColumns::pass(std::span<const UInt32> row, PassedRow& passed) {
+    passed.isOpaque = isOpaque(row);
+    passed.blocks.resize(blocksOf(columns_));
+    if (!hasVectorForm_ || instructionSet() == InstructionSet::kPlain)
+        return passPlainly(row, passed);
+    const auto total = static_cast<double>(total_);
+    const std::uint64_t rounding = total_ / 2;
+    const double half = static_cast<double>(rounding) + 0.5;
+    const ShrunkColumns columns{columns_, pixel_.data(), part_.data(), (1 << kFractionBits) / total,
+                                half / total + kAdded};
+    HWY_DYNAMIC_DISPATCH(shrinkVectors)
+    (row, columns, before_.front().data(), within_.front().data(), passed.blocks.data());
+}
+
+void ShrinkColumns::passPlainly(std::span<const UInt32> row, PassedRow& passed) const {
+    const Divider divider(total_);
+    for (std::size_t column = 0; column < columns_; ++column) {
+        const std::uint32_t first = pixel_[column];
+        const std::uint32_t last = pixel_[column + 1];
+        std::array<std::uint64_t, kChannels> sums{};
+        for (std::uint32_t pixel = first; pixel <= last; ++pixel) {
+            const std::uint64_t end = pixel == last ? part_[column + 1] : columns_;
+            const std::uint64_t weight = end - (pixel == first ? part_[column] : 0);
+            for (std::size_t channel = 0; channel < kChannels; ++channel)
+                sums[channel] += ((row[pixel] >> (8 * channel)) & 0xFF) * weight;
+        }
+        float* values = passed.blocks[column / kBlockColumns].values + column % kBlockColumns;
+        for (std::size_t channel = 0; channel < kChannels; ++channel) {
+            const std::uint64_t value = divider.rounded(sums[channel] << kFractionBits) + kAdded;
+            values[channel * kBlockColumns] = static_cast<float>(value);
+        }
+    }
+}
+
+}  // namespace tavio::platform
+#endif

@@ -1,0 +1,84 @@
+// What the stages of a print cost, as Google Benchmark measures it; its options hold, and two more:
+//
+//   --page=WIDTHxHEIGHT  of the page in dots; 5100x6600 if not given
+//   --photo=FILE         a photo to decode; none if not given
+//   --most-megadots=N    where growth ends; 250 if not given
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "benchmarks/stages.h"
+
+namespace {
+
+constexpr std::string_view kPage = "--page=";
+constexpr std::string_view kPhoto = "--photo=";
+constexpr std::string_view kMostMegadots = "--most-megadots=";
+constexpr std::int32_t kSmallestSide = 160;  // smaller pictures have no room for their patterns
+constexpr std::int32_t kLargestSide = 16384;
+
+struct Options {
+    tavio::benchmarks::DotSize page;
+    std::string photo;
+    std::int32_t mostMegadots = 250;
+};
+
+// The number that the text begins with, 0 if none.
+std::int32_t number(std::string_view text) {
+    return static_cast<std::int32_t>(std::strtol(std::string(text).c_str(), nullptr, 10));
+}
+
+// Reads our own options and leaves the others in place.
+Options takeOptions(std::vector<char*>& arguments) {
+    Options options;
+    std::erase_if(arguments, [&options](std::string_view argument) {
+        if (argument.starts_with(kPage)) {
+            const std::string_view value = argument.substr(kPage.size());
+            const std::size_t times = std::min(value.find('x'), value.size() - 1);
+            options.page = {number(value), number(value.substr(times + 1))};
+            return true;
+        }
+        if (argument.starts_with(kPhoto)) {
+            options.photo = argument.substr(kPhoto.size());
+            return true;
+        }
+        if (argument.starts_with(kMostMegadots)) {
+            options.mostMegadots = number(argument.substr(kMostMegadots.size()));
+            return true;
+        }
+        return false;
+    });
+    return options;
+}
+
+bool isSide(std::int32_t side) {
+    return side >= kSmallestSide && side <= kLargestSide;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<char*> arguments(argv, argv + argc);
+    const Options options = takeOptions(arguments);
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+    if (!isSide(options.page.width) || !isSide(options.page.height) ||
+        options.page.width % 4 != 0 || options.mostMegadots < 1 || options.mostMegadots > 250) {
+        std::fputs("bench_stages: a page or a number of megadots is out of range\n", stderr);
+        return 2;
+    }
+    const auto stages = std::make_shared<tavio::benchmarks::Stages>(options.page);
+    addUnit(*stages);
+    if (!options.photo.empty()) addDecode(*stages, options.photo);
+    addImaging(*stages);
+    addEncoder(*stages);
+    tavio::benchmarks::registerGrowth(options.mostMegadots);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

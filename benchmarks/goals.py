@@ -1,0 +1,82 @@
+"""What is to be reached, and whether it was."""
+import dataclasses
+
+GROWTH = 1.15  # most by which the time per dot may differ from the fastest
+MEMORY_OF_PHOTO = 80  # megabytes
+MEMORY_OF_TICKET = 30
+# Ready one-bit pictures for which about as much is sent as they hold.
+JUDGED_PICTURES = ("text", "photo", "black", "stripes", "half-command")
+
+
+@dataclasses.dataclass
+class Goal:
+    what: str
+    measured: float
+    most: float
+    unit: str = ""
+
+    def row(self):
+        verdict = "met" if self.measured <= self.most else "**not met**"
+        return (self.what, f"{self.measured:.3g}{self.unit}", f"{self.most:g}{self.unit}", verdict)
+
+
+def best(sets):
+    """Of the instruction set that the library uses by itself: the last that was measured."""
+    return list(sets.values())[-1]
+
+
+def of_stages(stages):
+    dither = stages["dither, one core"]
+    judged = "AVX2" if "AVX2" in dither else list(dither)[-1]
+    yield Goal(f"dither, one core, {judged}", dither[judged]["copies"], 1.3, " copies")
+    for name, most in (("dither, two cores", 0.8), ("threshold", 0.8), ("pack", 0.1)):
+        yield Goal(name, best(stages[name])["copies"], most, " copies")
+    for kind in JUDGED_PICTURES:
+        encode = best(stages[f"encode, {kind}"])
+        yield Goal(f"encode, {kind}", encode["copies"], 0.15, " copies")
+    yield Goal("all, dithered", best(stages["all, dithered"])["copies"], 1.5, " copies")
+
+
+def of_processes(tables):
+    def ratio(table, peer):
+        found = [row for row in tables[table] if row["name"].startswith(peer)]
+        return tables[table][0]["seconds"] / found[0]["seconds"] if found else None
+
+    for what, table, peer, most in (
+        ("photo, in the time of python3-pil", "photo", "python3-pil", 0.35),
+        ("photo, in the time of the JPEG decode alone", "photo", "JPEG decode", 1.6),
+        ("photo-small, in the time of the JPEG decode alone", "photo-small", "JPEG decode", 1.25),
+        ("page, in the time of ghostscript", "page", "ghostscript", 0.5),
+    ):
+        measured = ratio(table, peer)
+        if measured is not None:  # a peer may be missing in a brief run
+            yield Goal(what, measured, most)
+    for table, most in (("photo", MEMORY_OF_PHOTO), ("photo-small", MEMORY_OF_TICKET)):
+        yield Goal(f"{table}, peak memory", tables[table][0]["megabytes"], most, " MB")
+
+
+def of_encode_memory(rows):
+    judged = [row for row in rows if row["kind"] in JUDGED_PICTURES]
+    most = max(judged, key=lambda row: row["megabytes"])
+    yield Goal(f"encode of a ready picture ({most['kind']}), peak memory in bytes for each dot",
+               most["megabytes"] * 1e6 / most["dots"], 3)
+
+
+def of_growth(growth):
+    each = [row["ms"] / row["dots"] for row in growth]
+    millions = growth[-1]["dots"] / 1e6
+    yield Goal(f"time per dot from 1 to {millions:.0f} million dots, most against least",
+               max(each) / min(each), GROWTH)
+
+
+def of_start(start):
+    yield Goal("tavio --version, more than an empty program",
+               start["tavio --version"] - start["empty program"], 5, " ms")
+
+
+def all_goals(results):
+    yield from of_stages(results["stages"])
+    yield from of_processes(results["processes"])
+    yield from of_encode_memory(results["encode_memory"])
+    yield from of_growth(results["growth"])
+    yield from of_start(results["start"])

@@ -1,0 +1,9 @@
+# Toolchain: tablets with AArch64, by Debian's cross compiler. Libraries come from Debian's arm64
+# packages, which lie beside this machine's own; programs run under QEMU, whoever starts them.
+
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
+set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
