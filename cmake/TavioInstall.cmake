@@ -61,10 +61,13 @@ install(TARGETS tavio_sdk tavio_virtual_printer tavio_links EXPORT TavioTargets
   INCLUDES DESTINATION "${headers}")
 
 if(TAVIO_BUILD_PROGRAMS)
-  # A shared library lies where the tool finds it, wherever the tree has been put.
-  file(RELATIVE_PATH libraries
-       "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-  set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+  # A shared library lies where the tool finds it, wherever the tree has been put. Only then: in the
+  # build tree the path is padded with empty entries, which would have the loader look everywhere.
+  if(BUILD_SHARED_LIBS)
+    file(RELATIVE_PATH libraries
+         "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set_target_properties(tavio PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+  endif()
   install(TARGETS tavio tavio-printer RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/"
           DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" FILES_MATCHING PATTERN "*.1")

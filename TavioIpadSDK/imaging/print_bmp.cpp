@@ -50,8 +50,9 @@ void convertEmpty(std::int32_t width, std::int32_t height) {
 void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<PictureRows> image) {
     if (!image || image->width() == 0 || !isPrintableSize(width, height)) return convertEmpty(0, 0);
     if (width == 0 || height == 0) return convertEmpty(width, height);
-    const auto fitted = platform::rowsAhead(
-        platform::stretchedRows(std::move(image), width, height), ErrorDiffusion::bestStrip());
+    const auto fitted =
+        platform::rowsAhead(platform::stretchedRows(std::move(image), width, height, &openSurface),
+                            ErrorDiffusion::bestStrip());
     convert(*fitted);
 }
 

@@ -63,9 +63,10 @@ extern std::shared_ptr<const Bytes> myImageData;
 
 // ---- Kept from print to print -------------------------------------------------------------------
 
-// The drawing surface that PrintBMP opens and never closes: the fitted rows are drawn on it, a strip
-// at a time, so afterwards it shows the strip that was drawn last. Used again by the next print, so
-// a thousand prints take no more memory than two. Written by PrintBMP during a print.
+// The drawing surface that PrintBMP opens and never closes: fitted rows are drawn on it, a strip at
+// a time (those of a large picture are drawn ahead by another thread, on surfaces of its own). Used
+// again by the next print, so a thousand prints take no more memory than two. Written by PrintBMP
+// during a print.
 extern std::vector<UInt32> openSurface;
 
 // ---- Declared for the application; never assigned or read here ----------------------------------

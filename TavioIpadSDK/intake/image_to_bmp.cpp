@@ -18,6 +18,7 @@
 #include "TavioIpadSDK/platform/background_queue.h"
 #include "TavioIpadSDK/platform/open_picture.h"
 #include "TavioIpadSDK/platform/photo_library.h"
+#include "TavioIpadSDK/platform/rows_ahead.h"
 
 namespace tavio::intake {
 namespace {
@@ -25,6 +26,9 @@ namespace {
 using platform::AssetRepresentation;
 using platform::PhotoLibrary;
 using platform::PictureRows;
+
+// Rows that are decoded at once, on another core than the one that prints them.
+constexpr std::int32_t kDecodedAhead = 16;
 
 // Shared by the waiting caller, the lookup and its two handlers.
 struct Lookup {
@@ -84,6 +88,7 @@ bool loadAndPrint(const AssetRepresentation* representation) {
     try {
         if (!loadFile(representation)) return false;
         image = platform::openPicture(imaging::myImageData).rows;
+        if (image) image = platform::rowsAhead(std::move(image), kDecodedAhead);
     } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
         image.reset();
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -32,21 +33,28 @@ class StreamedRows : public PictureRows {
 
     std::span<const UInt32> next(std::int32_t most) override {
         const std::int32_t mostOfStrip = std::max(kStripPixels / width_, 1);
-        const std::int32_t count = std::min({most, mostOfStrip, height_ - row_});
-        if (count <= 0) return {};
-        const auto line = static_cast<std::size_t>(width_);
-        strip_.resize(static_cast<std::size_t>(count) * line);
-        stored_->read(strip_);
+        strip_.resize(static_cast<std::size_t>(std::min(most, mostOfStrip)) * line());
+        return std::span(strip_).first(nextInto(strip_));
+    }
+
+    std::size_t nextInto(std::span<UInt32> target) override {
+        const auto room = static_cast<std::int32_t>(target.size() / line());
+        const std::int32_t count = std::min(room, height_ - row_);
+        if (count <= 0) return 0;
+        const auto rows = target.first(static_cast<std::size_t>(count) * line());
+        stored_->read(rows);
         if (isMirrored_) {
-            for (auto row = strip_.begin(); row != strip_.end(); row += width_)
+            for (auto row = rows.begin(); row != rows.end(); row += width_)
                 std::reverse(row, row + width_);
         }
         row_ += count;
         if (row_ == height_) stored_.reset();  // a progressive JPEG holds much
-        return strip_;
+        return rows.size();
     }
 
   private:
+    std::size_t line() const { return static_cast<std::size_t>(width_); }
+
     std::int32_t width_;
     std::int32_t height_;
     bool isMirrored_;
@@ -102,16 +110,25 @@ class FileRows : public PictureRows {
     std::int32_t height() const override { return rows_->height(); }
 
     std::span<const UInt32> next(std::int32_t most) override {
+        return guarded([&] { return rows_->next(most); });
+    }
+
+    std::size_t nextInto(std::span<UInt32> target) override {
+        return guarded([&] { return rows_->nextInto(target); });
+    }
+
+  private:
+    template <typename Step>
+    std::invoke_result_t<Step> guarded(Step step) {
         if (failure_) std::rethrow_exception(failure_);
         try {
-            return rows_->next(most);
+            return step();
         } catch (...) {
             failure_ = std::current_exception();
             throw;
         }
     }
 
-  private:
     std::shared_ptr<const Bytes> file_;
     std::unique_ptr<PictureRows> rows_;
     std::exception_ptr failure_;

@@ -47,6 +47,13 @@ class RowsInMemory : public PictureRows {
 
 }  // namespace
 
+std::size_t PictureRows::nextInto(std::span<UInt32> target) {
+    const std::size_t rows = target.size() / static_cast<std::size_t>(width());
+    const std::span<const UInt32> pixels = next(static_cast<std::int32_t>(rows));
+    std::ranges::copy(pixels, target.begin());
+    return pixels.size();
+}
+
 std::unique_ptr<PictureRows> rowsOf(const Picture& picture) {
     return std::make_unique<RowsInMemory>(uprightView(picture));
 }

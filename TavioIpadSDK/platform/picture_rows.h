@@ -1,6 +1,7 @@
 // A picture whose rows come one after the other, so that it need never be in memory as a whole.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -27,6 +28,10 @@ class PictureRows {
     // when all rows have been delivered. Throws DamagedPicture when the rest cannot be had, and
     // std::bad_alloc; after either, no more rows come.
     virtual std::span<const UInt32> next(std::int32_t most) = 0;
+
+    // The same, written to `target`, room for one row or more; returns how many words these rows
+    // are. Saves a copy where the rows are made only now.
+    virtual std::size_t nextInto(std::span<UInt32> target);
 };
 
 // The picture turned out to be cut short or damaged after some of its rows had been delivered.

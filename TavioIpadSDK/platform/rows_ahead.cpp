@@ -25,7 +25,7 @@ class RowsAhead : public PictureRows {
     // Takes `source` only once the thread is there.
     RowsAhead(std::unique_ptr<PictureRows>& source, std::int32_t strip)
         : width_(source->width()), height_(source->height()), strip_(strip) {
-        for (Strip& one : strips_) one.pixels.reserve(stripSize());
+        for (Strip& one : strips_) one.pixels.resize(stripSize());
         thread_ = std::thread([this, &rows = *source] { make(rows); });
         source_ = std::move(source);
     }
@@ -53,7 +53,8 @@ class RowsAhead : public PictureRows {
 
   private:
     struct Strip {
-        std::vector<UInt32> pixels;  // none: the rows are over
+        std::vector<UInt32> pixels;
+        std::size_t used = 0;  // of the pixels; 0: the rows are over
         std::exception_ptr failure;
     };
 
@@ -68,8 +69,8 @@ class RowsAhead : public PictureRows {
         filled_.acquire();
         hasStrip_ = true;
         Strip& strip = strips_[taken_++ % kStrips];
-        isOver_ = strip.pixels.empty();
-        rest_ = strip.pixels;
+        isOver_ = strip.used == 0;
+        rest_ = std::span(strip.pixels).first(strip.used);
         if (strip.failure) std::rethrow_exception(std::exchange(strip.failure, nullptr));
     }
 
@@ -80,24 +81,23 @@ class RowsAhead : public PictureRows {
             if (ending_) return;
             Strip& strip = strips_[made % kStrips];
             fill(strip, source);
-            const bool isLast = strip.pixels.empty();
+            const bool isLast = strip.used == 0;
             filled_.release();
             if (isLast) return;
         }
     }
 
-    void fill(Strip& strip, PictureRows& source) const {
-        strip.pixels.clear();
+    static void fill(Strip& strip, PictureRows& source) {
+        strip.used = 0;
         try {
-            while (strip.pixels.size() < stripSize()) {
-                const std::size_t missing = stripSize() - strip.pixels.size();
-                const auto rows = source.next(
-                    static_cast<std::int32_t>(missing / static_cast<std::size_t>(width_)));
-                if (rows.empty()) return;
-                strip.pixels.insert(strip.pixels.end(), rows.begin(), rows.end());
+            while (strip.used < strip.pixels.size()) {
+                const std::size_t made =
+                    source.nextInto(std::span(strip.pixels).subspan(strip.used));
+                if (made == 0) return;
+                strip.used += made;
             }
         } catch (...) {  // thrown again where the rows are used
-            strip.pixels.clear();
+            strip.used = 0;
             strip.failure = std::current_exception();
         }
     }

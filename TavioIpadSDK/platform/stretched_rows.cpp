@@ -33,8 +33,10 @@ class NoRows : public PictureRows {
 // The source as it is, but with as many rows at once as are asked for.
 class UnchangedRows : public PictureRows {
   public:
-    explicit UnchangedRows(std::unique_ptr<PictureRows> source)
-        : source_(std::move(source)), left_(source_->height()) {}
+    UnchangedRows(std::unique_ptr<PictureRows> source, std::vector<UInt32>* surface)
+        : source_(std::move(source)),
+          left_(source_->height()),
+          gathered_(surface != nullptr ? *surface : own_) {}
 
     std::int32_t width() const override { return source_->width(); }
     std::int32_t height() const override { return source_->height(); }
@@ -68,7 +70,8 @@ class UnchangedRows : public PictureRows {
 
     std::unique_ptr<PictureRows> source_;
     std::int32_t left_;  // rows not given yet
-    std::vector<UInt32> gathered_;
+    std::vector<UInt32> own_;
+    std::vector<UInt32>& gathered_;
 };
 
 // Source rows brought to the target's width, in turn. The last two are kept.
@@ -112,38 +115,46 @@ class PassedRows {
 
 class StretchedRows : public PictureRows {
   public:
-    StretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width, std::int32_t height)
+    StretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width, std::int32_t height,
+                  std::vector<UInt32>* surface)
         : width_(width),
           height_(height),
           axis_(source->height(), height),
           rows_(std::move(source), width),
-          average_(axis_.total()) {}
+          average_(axis_.total()),
+          strip_(surface != nullptr ? *surface : own_) {}
 
     std::int32_t width() const override { return width_; }
     std::int32_t height() const override { return height_; }
 
     std::span<const UInt32> next(std::int32_t most) override {
-        const auto line = static_cast<std::size_t>(width_);
+        strip_.resize(static_cast<std::size_t>(std::min(most, height_ - next_)) * line());
+        return std::span(strip_).first(nextInto(strip_));
+    }
+
+    std::size_t nextInto(std::span<UInt32> target) override {
         const std::int32_t first =
             std::exchange(next_, height_);  // the end, should the source throw
-        const std::int32_t count = std::min(most, height_ - first);
-        strip_.resize(static_cast<std::size_t>(count) * line);
-        std::span<UInt32> left = strip_;
-        for (std::int32_t row = first; row < first + count; ++row) {
-            const std::span<UInt32> target = left.first(line);
-            const auto index = static_cast<std::uint64_t>(row);
-            if (axis_.grows()) {
-                blend(axis_.blend(index), target);
-            } else {
-                cover(index, target);
-            }
-            left = left.subspan(line);
-        }
+        const auto room = static_cast<std::int32_t>(target.size() / line());
+        const std::int32_t count = std::min(room, height_ - first);
+        for (std::int32_t row = 0; row < count; ++row)
+            makeRow(static_cast<std::uint64_t>(first + row),
+                    target.subspan(static_cast<std::size_t>(row) * line(), line()));
         next_ = first + count;
-        return strip_;
+        return static_cast<std::size_t>(count) * line();
     }
 
   private:
+    std::size_t line() const { return static_cast<std::size_t>(width_); }
+
+    void makeRow(std::uint64_t index, std::span<UInt32> target) {
+        if (axis_.grows()) {
+            blend(axis_.blend(index), target);
+        } else {
+            cover(index, target);
+        }
+    }
+
     // A target row of a picture that grows in height.
     void blend(const BlendOfTwo& rows, std::span<UInt32> target) {
         const PassedRow& upper = rows_.row(rows.first);
@@ -169,20 +180,21 @@ class StretchedRows : public PictureRows {
     Axis axis_;
     PassedRows rows_;
     AverageRows average_;
-    std::vector<UInt32> strip_;
+    std::vector<UInt32> own_;
+    std::vector<UInt32>& strip_;
 };
 
 }  // namespace
 
 std::unique_ptr<PictureRows> stretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width,
-                                           std::int32_t height) {
+                                           std::int32_t height, std::vector<UInt32>* surface) {
     if (width <= 0 || height <= 0 || source->width() <= 0) return std::make_unique<NoRows>();
     const std::int64_t sourcePixels = std::int64_t{source->width()} * source->height();
     if (std::max(sourcePixels, std::int64_t{width} * height) > kMostPixels)
         throw std::length_error("a picture has too many pixels to be stretched");
     if (width == source->width() && height == source->height())
-        return std::make_unique<UnchangedRows>(std::move(source));
-    return std::make_unique<StretchedRows>(std::move(source), width, height);
+        return std::make_unique<UnchangedRows>(std::move(source), surface);
+    return std::make_unique<StretchedRows>(std::move(source), width, height, surface);
 }
 
 }  // namespace tavio::platform

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "TavioIpadSDK/platform/picture_rows.h"
 
@@ -22,9 +23,13 @@ namespace tavio::platform {
 // the source throws, and throws DamagedPicture when the source ends before its last row. It keeps
 // the strip that it gives and what belongs to a few rows in memory, however high either picture is.
 //
+// surface: memory that the strip is drawn on, its owner's to keep and to use again for the next
+// picture; must outlive the rows. Where there is none the rows have their own.
+//
 // width, height: when either is 0 or less, or the source is empty, there are no rows and the size is
 // 0 x 0. Throws std::length_error when either picture has more than kMostPixels pixels.
 std::unique_ptr<PictureRows> stretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width,
-                                           std::int32_t height);
+                                           std::int32_t height,
+                                           std::vector<UInt32>* surface = nullptr);
 
 }  // namespace tavio::platform

@@ -139,9 +139,10 @@ TEST_F(PrintBmp, DoesNotPrintThePictureBeforeWhenFittingFails) {
     expectRefusal();
 }
 
-TEST_F(PrintBmp, OpensItsSurfaceOnceAndUsesItAgain) {
+TEST_F(PrintBmp, OpensItsSurfaceOnceAndNeverClosesIt) {
     PrintBMP(100, 100, plainPicture(10, 10, 0, 0, 0));
     const UInt32* surface = openSurface.data();
+    ASSERT_FALSE(openSurface.empty());
     for (int print = 0; print < 20; ++print) {
         PrintBMP(100 - print, 100, plainPicture(10, 10, 0, 0, 0));
         EXPECT_EQ(openSurface.data(), surface);

@@ -16,6 +16,7 @@
 
 #include "TavioIpadSDK/platform/decode_picture.h"
 #include "TavioIpadSDK/platform/open_picture.h"
+#include "pictures/some_rows.h"
 
 namespace tavio::platform::samples {
 namespace {
@@ -153,7 +154,7 @@ RowsRead readByRows(const Bytes& file, std::mt19937& random) {
     try {
         for (;;) {
             const auto most = static_cast<std::int32_t>(1 + random() % 20);
-            const std::span<const UInt32> rows = opened.rows->next(most);
+            const std::vector<UInt32> rows = someRows(*opened.rows, most, random);
             if (rows.empty()) break;
             EXPECT_EQ(rows.size() % line, 0U);
             EXPECT_LE(rows.size() / line, static_cast<std::size_t>(most));
