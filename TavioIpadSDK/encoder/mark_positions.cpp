@@ -79,9 +79,10 @@ void markPositions(std::span<const Byte> bytes, std::span<std::uint64_t> words) 
     constexpr std::size_t kReadAhead = kCommandSize - 1;
     const std::size_t whole = bytes.size() < kReadAhead ? 0 : (bytes.size() - kReadAhead) / 64;
     std::size_t word = 0;
-    if (platform::instructionSet() != platform::InstructionSet::kPlain)
+    if (platform::instructionSet() != platform::InstructionSet::kPlain) {
         word = HWY_DYNAMIC_DISPATCH(markPositionVectors)(
             bytes.data(), std::min(whole, words.size()), words.data());
+    }
     for (; word < words.size(); ++word) words[word] = markPlainly(bytes, 64 * word);
 }
 

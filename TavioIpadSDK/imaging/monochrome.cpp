@@ -59,7 +59,8 @@ void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t widt
         const auto line = entries.subspan(k, asSize(mDataWidth));
         std::ranges::fill(line, static_cast<Byte>(WHITE));
         std::ranges::transform(pixels, line.begin(), [](ArgbColor record) {
-            return static_cast<Byte>(isBlack(record.Red, record.Green, record.Blue) ? BLACK : WHITE);
+            return static_cast<Byte>(isBlack(record.Red, record.Green, record.Blue) ? BLACK
+                                                                                    : WHITE);
         });
         k += static_cast<UInt32>(mDataWidth);
     }

@@ -137,11 +137,13 @@ class StretchedRows : public PictureRows {
             std::exchange(next_, height_);  // the end, should the source throw
         const auto room = static_cast<std::int32_t>(target.size() / line());
         const std::int32_t count = std::min(room, height_ - first);
-        for (std::int32_t row = 0; row < count; ++row)
-            makeRow(static_cast<std::uint64_t>(first + row),
-                    target.subspan(static_cast<std::size_t>(row) * line(), line()));
+        const std::size_t size = static_cast<std::size_t>(count) * line();
+        auto row = static_cast<std::uint64_t>(first);
+        for (std::size_t at = 0; at < size; at += line()) {
+            makeRow(row++, target.subspan(at, line()));
+        }
         next_ = first + count;
-        return static_cast<std::size_t>(count) * line();
+        return size;
     }
 
   private:
