@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/platform/uncleared_bytes.h"
 
 namespace tavio::imaging {
 
@@ -40,11 +41,11 @@ extern std::int32_t mDataArrayLength;
 // mDataArray[0 : mDataArrayLength], one entry a pixel, BLACK or WHITE; rows bottom first, each
 // mDataWidth entries, filled up with WHITE. Written by the conversions, read by
 // createRawMonochromeData.
-extern std::vector<Byte> mDataArray;
+extern platform::UnclearedBytes mDataArray;
 
 // mRawBitmapData[0 : mDataArrayLength / 8], one bit a pixel, rows bottom first. Sized by the
 // conversions, filled by createRawMonochromeData, read by PrintBMP.
-extern std::vector<Byte> mRawBitmapData;
+extern platform::UnclearedBytes mRawBitmapData;
 
 // Where the dithered conversion writes next in mDataArray; ends at mDataArrayLength. Written by
 // MakeItMonochrome only.

@@ -102,7 +102,8 @@ TEST_F(BitmapFile, PacksRandomPicturesLikeTheSlowTwin) {
         CreateTransformedImage(test::randomPicture(random, 80));
         createRawMonochromeData();
         populate_bmpheader();
-        const Bytes literal = test::bitmapFileLiterally(mDataArray, mWidth, mHeight);
+        const Bytes literal =
+            test::bitmapFileLiterally({mDataArray.begin(), mDataArray.end()}, mWidth, mHeight);
         ASSERT_EQ(Bytes(BMPHeader.begin(), BMPHeader.end()),
                   Bytes(literal.begin(), literal.begin() + 62));
         ASSERT_EQ(mRawBitmapData, Bytes(literal.begin() + 62, literal.end()));

@@ -146,7 +146,7 @@ TEST_F(PhotoPrinting, RefusesAPhotoThatIsDamagedOnItsLastRowLikeOneThatIsAbsent)
     struct State {
         std::int32_t width, height, dataWidth, length, read;
         UInt32 written;
-        std::vector<Byte> entries, packed;
+        platform::UnclearedBytes entries, packed;
         Bytes file;
         bool operator==(const State&) const = default;
     };

@@ -1,0 +1,42 @@
+// Large arrays of bytes whose memory is not written before it is used.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "TavioIpadSDK/platform/bytes.h"
+
+namespace tavio::platform {
+
+// As std::allocator, but what is made without a value is left as the memory happened to be.
+template <typename T>
+struct UnclearedAllocator : std::allocator<T> {
+    template <typename U>
+    struct rebind {
+        using other = UnclearedAllocator<U>;
+    };
+
+    template <typename U>
+    void construct(U* place) noexcept {
+        ::new (static_cast<void*>(place)) U;
+    }
+    template <typename U, typename... Arguments>
+    void construct(U* place, Arguments&&... arguments) {
+        ::new (static_cast<void*>(place)) U(std::forward<Arguments>(arguments)...);
+    }
+};
+
+// resize(n) leaves the bytes beyond those that were there for the caller to write. So the system
+// hands out the memory of a large array bit by bit while it is being filled, not all of it before
+// the first byte is there.
+using UnclearedBytes = std::vector<Byte, UnclearedAllocator<Byte>>;
+
+inline bool operator==(const UnclearedBytes& a, const Bytes& b) {
+    return std::ranges::equal(a, b);
+}
+
+}  // namespace tavio::platform
