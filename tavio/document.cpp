@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "TavioIpadSDK/platform/open_picture.h"
@@ -35,6 +36,8 @@ std::string damageOf(const std::string& path, const std::shared_ptr<const Bytes>
         while (!opened.rows->next(kRows).empty()) continue;
     } catch (const platform::DamagedPicture& damage) {
         return refusalOf(path, damage.what());
+    } catch (const std::bad_alloc&) {
+        return refusalOf(path, "out of memory");
     }
     return "";
 }

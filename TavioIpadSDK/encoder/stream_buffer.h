@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/platform/large_pages.h"
 
 namespace tavio::encoder {
 
@@ -29,7 +30,9 @@ class StreamBytes {
   public:
     StreamBytes() = default;
     explicit StreamBytes(std::size_t size)
-        : bytes_(std::make_unique_for_overwrite<Byte[]>(size)), size_(size) {}
+        : bytes_(std::make_unique_for_overwrite<Byte[]>(size)), size_(size) {
+        platform::preferLargePages(std::as_bytes(std::span(bytes_.get(), size)));
+    }
 
     static StreamBytes copyOf(std::span<const Byte> bytes) {
         StreamBytes copy(bytes.size());

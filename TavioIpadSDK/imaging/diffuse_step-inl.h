@@ -269,11 +269,11 @@ HWY_INLINE Fields weighted(const FieldHalves& error, Vec16 even, Vec16 odd) {
 }
 
 // The first half of a step: black or white? Writes the pixels' values, the three fields one behind
-// the other, and their entries. Returns the errors for the fields that receive them: that of Green
+// the other, and one bit for each lane, set for black. Returns the errors for the fields that receive them: that of Green
 // goes to Blue and that of Blue to Green.
 template <bool kEdge>
 HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, const EdgeMasks& masks,
-                              Byte (*values)[kLanes], Byte* entries) {
+                              Byte (*values)[kLanes], Byte* blackBits) {
     Fields value = clampedSum(wave.arrived, wave.fromLeft);
     if constexpr (kEdge) value = select(masks.inside, value, splat(-128));  // black has no error
     const VecU8 red = plus128(value.red);
@@ -286,7 +286,7 @@ HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, cons
     const Halves grey = greyOf(constants.grey, halves, values);
     const Halves black = {hn::BroadcastSignBit(grey.even), hn::BroadcastSignBit(grey.odd)};
     const VecU8 blackLanes = hn::OddEven(hn::BitCast(kU8, black.odd), hn::BitCast(kU8, black.even));
-    hn::Store(hn::AndNot(blackLanes, hn::Set(kU8, WHITE)), kU8, entries);
+    hn::StoreMaskBits(kU8, hn::MaskFromVec(blackLanes), blackBits);
     const Vec16 white = hn::Set(k16, 255);
     const Halves level = {hn::AndNot(black.even, white), hn::AndNot(black.odd, white)};
     return {minus(halves.red, level), minus(halves.blue, level), minus(halves.green, level)};

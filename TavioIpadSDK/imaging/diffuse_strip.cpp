@@ -1,23 +1,21 @@
-// Strips of rows, each by a skewed wave (diffuse_step-inl.h tells what one step does):
+// A strip of rows, by a skewed wave (diffuse_step-inl.h tells what one step does):
 //
-//            column ->                                   rows of two strips, in 3 lanes
-//   lane 0   # # # # # # # # # # # # # # # # # o . . .   the last row of the strip above once more
-//   lane 1   # # # # # # # # # # # # # # o . . . . . .   #  done
-//   lane 2   # # # # # # # # # # # o . . . . . . . . .   o  in this step
-//   lane 0   # # # o . . . . . . . . . . . . . . . . .   the row of lane 2 once more
-//   lane 1   o . . . . . . . . . . . . . . . . . . . .
+//            column ->                                   with 4 lanes
+//   lane 0   # # # # # # # # # # # # # o . . . . .   the last row of the strip above once more
+//   lane 1   # # # # # # # # # # o . . . . . . . .   #  done
+//   lane 2   # # # # # # # o . . . . . . . . . . .   o  in this step
+//   lane 3   # # # # o . . . . . . . . . . . . . .
 //
-// A step waits for the step before, and the processor has half its time left over: so two strips
-// are done at once, the lower one behind the upper one by what it needs of its last row. Steps are
-// done in pieces of 16:
+// Around the steps:
 //
-//   before   the 16 words of each row that enter are copied together, and four columns of them at a
-//            time are turned from words of a row into bytes of a column, one byte a lane
-//   after    the entries of 16 columns are turned back; four such pieces are written at once, since
-//            every row lies in another page of memory
+//   before   four columns of words are turned from words of a row into bytes of a column, one byte
+//            a lane; a quarter of this in each of the four steps before, which mostly wait
+//   after    a step leaves one bit a lane, white or black; every 64 steps these are turned back into
+//            entries, since every row lies in another page of memory
 //
 // The lanes are in different columns, so near the edges of the picture some lanes are outside. What
-// they do there is masked, in pieces compiled for this.
+// they do there is masked, in pieces of 16 steps compiled for this, and their words are copied from
+// where there are any; away from the edges they are read where they lie.
 #include "TavioIpadSDK/imaging/diffuse_strip.h"
 
 #include <algorithm>
@@ -41,24 +39,25 @@ namespace tavio::imaging::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
-constexpr int kPiece = 16;  // steps
-constexpr int kPieces = 4;  // whose entries are written at once
-constexpr int kGroup = 4;   // columns turned at once: 16 bytes of a row
-constexpr int kPrefetched = 2 * kPiece;
+constexpr int kPiece = 16;       // steps
+constexpr int kGroup = 4;        // columns turned at once: 16 bytes of a row
+constexpr int kBitSteps = 64;    // whose entries are written at once
+constexpr int kPrefetched = 48;  // words
+constexpr int kBitParts = kBitSteps / kLanes;
+constexpr int kBitFours = (kLanes + 31) / 32;  // four bytes of bits each
 
 // So early that the first pixel of lane 0 can enter.
 constexpr int kFirstStep = -kGroup;
 static_assert(kEntersAhead <= kGroup);
 
 // The row of lane l + 1 is row l of the strip, and enters in lane l; the row above in the last.
-// Words are turned a group ahead of their steps, so a piece that begins with step s has copied
-// those which enter from step s + kGroup on.
+// Words are turned a group ahead of their steps, so a piece that begins with step s turns those
+// which enter from step s + kGroup on.
 struct Buffers {
-    alignas(64) UInt32 words[2][kLanes][kPiece];  // of this piece and the next
-    alignas(64) Byte columns[2][16][kLanes];      // of this group and the next, half turned
+    alignas(64) UInt32 words[kLanes][kPiece];  // of this piece, near the edges
+    alignas(64) Byte columns[2][16][kLanes];   // of this group and the next, half turned
     alignas(64) Byte values[kPiece][3][kLanes];
-    alignas(64) Byte entries[kPiece][kLanes];
-    alignas(64) Byte turned[kPieces][kPiece][kLanes];  // [piece][lane % 16][lane / 16 * 16 + step]
+    alignas(64) Byte black[kBitParts][kBitFours][kLanes][4];  // a bit a lane, a row of four a step
 };
 
 // ---- Turning ------------------------------------------------------------------------------------
@@ -85,10 +84,10 @@ HWY_INLINE void copyWords(const UInt32* from, UInt32* to) {
 
 // Four words each of rows 0, 16, ... : one row in each block of 16 lanes.
 template <class D>
-HWY_INLINE hn::Vec<D> fourWords(D d, const UInt32 (*rows)[kPiece], int column) {
+HWY_INLINE hn::Vec<D> fourWords(D d, const UInt32* const* rows, int column) {
     constexpr std::size_t kWidth = hn::MaxLanes(D());
     if constexpr (kWidth == 16) {
-        return hn::Load(d, reinterpret_cast<const Byte*>(rows[0] + column));
+        return hn::LoadU(d, reinterpret_cast<const Byte*>(rows[0] + column));
     } else {
         const hn::Half<D> half;
         return hn::Combine(d, fourWords(half, rows + kWidth / 2, column),
@@ -97,7 +96,7 @@ HWY_INLINE hn::Vec<D> fourWords(D d, const UInt32 (*rows)[kPiece], int column) {
 }
 
 // Half the way of every fourth row's words to columns.
-HWY_INLINE void turnWords(const UInt32 (*rows)[kPiece], int firstColumn, int quarter,
+HWY_INLINE void turnWords(const UInt32* const* rows, int firstColumn, int quarter,
                           Byte (*columns)[kLanes]) {
     VecU8 a = fourWords(kU8, rows + quarter, firstColumn);
     VecU8 b = fourWords(kU8, rows + quarter + 4, firstColumn);
@@ -121,284 +120,247 @@ HWY_INLINE Fields columnOf(const Byte (*columns)[kLanes], int column) {
     return {less128(green), less128(blue), less128(red)};
 }
 
-HWY_INLINE void turnEntries(const Byte (*from)[kLanes], Byte (*to)[kLanes], int quarter) {
-    VecU8 a = hn::Load(kU8, from[quarter]);
-    VecU8 b = hn::Load(kU8, from[quarter + 4]);
-    VecU8 c = hn::Load(kU8, from[quarter + 8]);
-    VecU8 d = hn::Load(kU8, from[quarter + 12]);
-    interleave(a, b, c, d);
-    hn::Store(a, kU8, to[4 * quarter]);
-    hn::Store(b, kU8, to[4 * quarter + 1]);
-    hn::Store(c, kU8, to[4 * quarter + 2]);
-    hn::Store(d, kU8, to[4 * quarter + 3]);
+// The entries of one lane in as many steps as there are lanes, from bytes that hold its bit.
+static_assert(BLACK == 0 && WHITE == 1);
+HWY_INLINE VecU8 entriesOf(VecU8 black, int bit) {
+    const VecU8 white = hn::AndNot(black, hn::Set(kU8, static_cast<Byte>(1 << bit)));
+    return hn::Min(white, hn::Set(kU8, WHITE));
 }
 
 // ---- One strip, piece by piece ------------------------------------------------------------------
 
 class StripWave {
   public:
-    StripWave() { std::memset(&buffers_, 0, sizeof(buffers_)); }
-
-    // Every second of `strips`, from `first` on.
-    void take(std::span<const Strip> strips, std::size_t first);
-    bool isDone() const { return strip_ == nullptr; }
-
-    // A piece: prepare(), both halves of steps 0 to 15, finish().
-    bool prepare();  // false: the strip above is not far enough yet
-    bool isEdge() const { return isEdge_; }
-    template <bool kEdge>
-    HWY_INLINE FieldHalves decideStep(const Constants& constants, const Wave& state, int i);
-    template <bool kEdge>
-    HWY_INLINE void passOnStep(const Constants& constants, const FieldHalves& error, Wave& state,
-                               int i);
-    void finish();
-
-    Wave wave = makeWave();
+    StripWave(const Constants& constants, const Strip& strip);
+    void run();
 
   private:
-    HWY_INLINE EdgeMasks masksOf(const Constants& constants, int i) const;
-    void begin();
+    void waitForAbove();
     void fillUp();
-    void copyChecked(int first, UInt32 (*words)[kPiece]);
-    void pointAt(int first);
+    void copyChecked(int first);
+    void pointAtPixels(int first);
+    void pointAtCopies();
+    template <bool kEdge>
+    void runPiece();
+    template <bool kEdge>
+    HWY_INLINE void step(Wave& wave, int i);
+    HWY_INLINE void prefetch(int i) const;
+    HWY_INLINE Byte* rowOf(int lane) const;
     void writeLastRow();
     void writeEntries(int first);
-    void writeEntriesOf(int lane, int firstColumn);
+    HWY_INLINE void writeEight(VecU8 black, int firstLane, int firstStep);
+    HWY_NOINLINE void writeInside(VecU8 entries, Byte* row, int firstColumn) const;
+    HWY_INLINE void keepBlack(const Byte* bits, int bitStep);
 
-    std::span<const Strip> strips_;
-    std::size_t index_ = 0;
-    const Strip* strip_ = nullptr;
-    bool hasBegun_ = false;
-    bool isEdge_ = false;
-    int first_ = kFirstStep;  // step of the piece
-    int piecesTurned_ = 0;    // and not written
-    int current_ = 0;         // which of buffers_.words is of this piece
-    bool isPointing_ = false;
-    const UInt32* at_[kLanes] = {};  // the next piece's words, away from the edges
+    const Constants& constants_;
+    const Strip& strip_;
+    const int width_;
+    const int rows_;
+    Wave wave_ = makeWave();
+    int first_ = kFirstStep;         // step of the piece
+    int bitSteps_ = 0;               // whose entries have not been written
+    int known_ = 0;                  // columns of the strip above that are known to be done
+    const UInt32* at_[kLanes] = {};  // the words that the piece turns
     Buffers buffers_;
 };
 
-void StripWave::take(std::span<const Strip> strips, std::size_t first) {
-    strips_ = strips;
-    index_ = first;
-    strip_ = index_ < strips_.size() ? &strips_[index_] : nullptr;
-    hasBegun_ = false;
-    first_ = kFirstStep;
+StripWave::StripWave(const Constants& constants, const Strip& strip)
+    : constants_(constants), strip_(strip), width_(strip.width), rows_(strip.rows) {
+    std::memset(&buffers_, 0, sizeof(buffers_));
 }
 
-void StripWave::begin() {
-    hasBegun_ = true;
-    isPointing_ = false;
-    piecesTurned_ = 0;
-    wave = makeWave();
+void StripWave::run() {
+    const int end = width_ + kSkew * rows_;
+    const int innerBegin = kSkew * rows_ + 2;
+    const int innerEnd = width_ - kGroup - kPiece - kPrefetched;
+    bool isPointing = false;
     fillUp();
-    copyChecked(first_, buffers_.words[current_]);
-    for (int quarter = 0; quarter < 4; ++quarter)
-        turnWords(buffers_.words[current_], 0, quarter, buffers_.columns[0]);
-    copyChecked(first_ + kGroup, buffers_.words[current_]);
+    waitForAbove();
+    copyChecked(first_);
+    pointAtCopies();
+    for (int quarter = 0; quarter < 4; ++quarter) turnWords(at_, 0, quarter, buffers_.columns[0]);
+    for (; first_ < end; first_ += kPiece) {
+        waitForAbove();
+        if (first_ >= innerBegin && first_ < innerEnd) {
+            if (!isPointing) pointAtPixels(first_ + kGroup);
+            isPointing = true;
+            runPiece<false>();
+            for (const UInt32*& at : at_) at += kPiece;
+        } else {
+            copyChecked(first_ + kGroup);
+            pointAtCopies();
+            runPiece<true>();
+        }
+        writeLastRow();
+        bitSteps_ += kPiece;
+        if (bitSteps_ == kBitSteps || first_ + kPiece >= end) {
+            writeEntries(first_ + kPiece - bitSteps_);
+            bitSteps_ = 0;
+            const int done = std::clamp(first_ + kPiece - kSkew * rows_, 0, width_);
+            strip_.last.progress->publish(strip_.last.first + done);
+        }
+    }
+}
+
+// Until the last row of the strip above is as far as the piece needs it. When there is a need to
+// wait, then for many pieces at once: looking at a number slows down the core that changes it.
+void StripWave::waitForAbove() {
+    constexpr int kLead = 256;
+    constexpr int kSpins = 1000;
+    const int needed = std::min(width_, first_ + kGroup + kPiece + kEntersAhead);
+    if (needed <= known_) return;
+    const std::int64_t target = strip_.above.first + std::min(width_, needed + kLead);
+    for (int i = 0; strip_.above.progress->done() < target; ++i) {
+        if (i < kSpins) {
+            hwy::Pause();
+        } else {
+            std::this_thread::yield();
+        }
+    }
+    known_ = std::min(width_, needed + kLead);
 }
 
 // Fills the rows up with white.
 void StripWave::fillUp() {
-    const auto width = static_cast<std::size_t>(strip_->width);
-    const auto padded = static_cast<std::size_t>(paddedWidth(strip_->width));
-    for (std::size_t at = 0; at < strip_->entries.size(); at += padded)
-        std::fill_n(strip_->entries.data() + at + width, padded - width, static_cast<Byte>(WHITE));
-}
-
-bool StripWave::prepare() {
-    const int width = strip_->width;
-    const int next = first_ + kPiece + kGroup;
-    const int needed = std::min(width, next + kPiece + kEntersAhead);
-    if (!strip_->above.progress->has(strip_->above.first + needed)) return false;
-    if (!hasBegun_) begin();
-    isEdge_ = first_ < kSkew * strip_->rows + 2 || next + kPiece + 1 > width;
-    if (isEdge_) {
-        copyChecked(next, buffers_.words[1 - current_]);
-    } else if (!isPointing_) {
-        pointAt(next);
-        isPointing_ = true;
-    }
-    return true;
+    const auto width = static_cast<std::size_t>(width_);
+    const auto padded = static_cast<std::size_t>(paddedWidth(width_));
+    for (std::size_t at = 0; at < strip_.entries.size(); at += padded)
+        std::fill_n(strip_.entries.data() + at + width, padded - width, static_cast<Byte>(WHITE));
 }
 
 // Copies the words that enter in steps first to first + 15. They may lie outside of the row, where
 // they do not matter, and even outside of the strip, where they are not read.
-void StripWave::copyChecked(int first, UInt32 (*words)[kPiece]) {
-    const auto size = static_cast<std::ptrdiff_t>(strip_->pixels.size());
-    const UInt32* pixels = strip_->pixels.data();
-    for (int row = 0; row < strip_->rows; ++row) {
+void StripWave::copyChecked(int first) {
+    const auto size = static_cast<std::ptrdiff_t>(strip_.pixels.size());
+    const UInt32* pixels = strip_.pixels.data();
+    for (int row = 0; row < rows_; ++row) {
+        UInt32* words = buffers_.words[row];
         const std::ptrdiff_t at =
-            std::ptrdiff_t{row} * strip_->width + first + 1 - std::ptrdiff_t{kSkew} * row;
+            std::ptrdiff_t{row} * width_ + first + 1 - std::ptrdiff_t{kSkew} * row;
         if (at >= 0 && at + kPiece <= size) {
-            copyWords(pixels + at, words[row]);
+            copyWords(pixels + at, words);
             if (at + kPiece + kPrefetched < size) hwy::Prefetch(pixels + at + kPrefetched);
             continue;
         }
         for (std::ptrdiff_t i = 0; i < kPiece; ++i)
-            words[row][i] = at + i >= 0 && at + i < size ? pixels[at + i] : 0;
+            words[i] = at + i >= 0 && at + i < size ? pixels[at + i] : 0;
     }
-    const int column = std::min(first + kEntersAhead, strip_->width);  // behind the row are zeros
-    copyWords(strip_->above.row->words() + column, words[kLanes - 1]);
+    const int column = std::min(first + kEntersAhead, width_);  // behind the row are zeros
+    copyWords(strip_.above.row->words() + column, buffers_.words[kLanes - 1]);
 }
 
-// The same for the pieces that need no checks. Lanes without a row do what the last row does.
-void StripWave::pointAt(int first) {
+void StripWave::pointAtCopies() {
+    for (int lane = 0; lane < kLanes; ++lane) at_[lane] = buffers_.words[lane];
+}
+
+// For the pieces that need no checks. Lanes without a row do what the last row does.
+void StripWave::pointAtPixels(int first) {
     for (int lane = 0; lane < kLanes - 1; ++lane) {
-        const std::ptrdiff_t row = std::min(lane, strip_->rows - 1);
-        at_[lane] = strip_->pixels.data() + row * (strip_->width - kSkew) + first + 1;
+        const std::ptrdiff_t row = std::min(lane, rows_ - 1);
+        at_[lane] = strip_.pixels.data() + row * (width_ - kSkew) + first + 1;
     }
-    at_[kLanes - 1] = strip_->above.row->words() + first + kEntersAhead;
-}
-
-HWY_INLINE EdgeMasks StripWave::masksOf(const Constants& constants, int i) const {
-    return makeMasks(constants.lane, first_ + i, strip_->width);
+    at_[kLanes - 1] = strip_.above.row->words() + first + kEntersAhead;
 }
 
 template <bool kEdge>
-HWY_INLINE FieldHalves StripWave::decideStep(const Constants& constants, const Wave& state, int i) {
-    return decide<kEdge>(state, constants, masksOf(constants, i), buffers_.values[i],
-                         buffers_.entries[i]);
+HWY_NOINLINE void StripWave::runPiece() {
+    Wave wave = wave_;
+    for (int i = 0; i < kPiece; ++i) step<kEdge>(wave, i);
+    wave_ = wave;
 }
 
-// Also does this step's share of making the next group and the next piece ready.
+HWY_INLINE void StripWave::keepBlack(const Byte* bits, int bitStep) {
+    for (int four = 0; four < kBitFours; ++four)
+        std::memcpy(buffers_.black[bitStep / kLanes][four][bitStep % kLanes], bits + 4 * four, 4);
+}
+
+// Also does this step's share of making the next group ready.
 template <bool kEdge>
-HWY_INLINE void StripWave::passOnStep(const Constants& constants, const FieldHalves& error,
-                                      Wave& state, int i) {
+HWY_INLINE void StripWave::step(Wave& wave, int i) {
     const int group = i / kGroup;
     const int column = i % kGroup;
-    passOn<kEdge>(state, constants, masksOf(constants, i), error,
-                  columnOf(buffers_.columns[group % 2], column));
-    turnWords(buffers_.words[current_], kGroup * group, column, buffers_.columns[(group + 1) % 2]);
-    if constexpr (!kEdge) {
-        constexpr int kShare = kLanes / kPiece;
-        for (int lane = i * kShare; lane < (i + 1) * kShare; ++lane) {
-            copyWords(at_[lane], buffers_.words[1 - current_][lane]);
-            hwy::Prefetch(at_[lane] + kPrefetched);
+    EdgeMasks masks;
+    if constexpr (kEdge) masks = makeMasks(constants_.lane, first_ + i, width_);
+    alignas(8) Byte black[4 * kBitFours] = {};
+    const FieldHalves error = decide<kEdge>(wave, constants_, masks, buffers_.values[i], black);
+    keepBlack(black, bitSteps_ + i);
+    passOn<kEdge>(wave, constants_, masks, error, columnOf(buffers_.columns[group % 2], column));
+    turnWords(at_, kGroup * group, column, buffers_.columns[(group + 1) % 2]);
+    if constexpr (!kEdge) prefetch(i);
+}
+
+// A step's share of asking for the words of the pieces to come and for the places where entries
+// will be written next: there are too many rows for the processor to foresee either.
+HWY_INLINE void StripWave::prefetch(int i) const {
+    constexpr int kShare = kLanes / kPiece;
+    for (int lane = i * kShare; lane < (i + 1) * kShare; ++lane)
+        hwy::Prefetch(at_[lane] + kPrefetched);
+    const int lane = bitSteps_ + i + 1;
+    if (lane > rows_) return;
+    const int lastColumn = first_ - bitSteps_ - kSkew * lane + kBitSteps - 1;
+    hwy::Prefetch(rowOf(lane) + std::min(lastColumn, width_ - 1));
+}
+
+HWY_INLINE Byte* StripWave::rowOf(int lane) const {
+    return strip_.entries.data() + static_cast<std::ptrdiff_t>(rows_ - lane) * paddedWidth(width_);
+}
+
+void StripWave::writeLastRow() {
+    UInt32* words = strip_.last.row->words();
+    const int column = first_ - kSkew * rows_;
+    const int begin = std::max(0, -column);
+    const int end = std::min(kPiece, width_ - column);
+    for (int i = begin; i < end; ++i) {
+        const auto& [red, green, blue] = buffers_.values[i];
+        words[column + i] =
+            UInt32{blue[rows_]} | (UInt32{red[rows_]} << 8) | (UInt32{green[rows_]} << 16);
+    }
+}
+
+// Writes the entries of the steps from `first` on. Those that were not done lie behind the end of
+// every row.
+void StripWave::writeEntries(int first) {
+    for (int part = 0; part < kBitParts; ++part) {
+        for (int four = 0; four < kBitFours; ++four) {
+            VecU8 a, b, c, d;
+            hn::LoadInterleaved4(kU8, buffers_.black[part][four][0], a, b, c, d);
+            const int step = first + part * kLanes;
+            writeEight(a, 32 * four, step);
+            writeEight(b, 32 * four + 8, step);
+            writeEight(c, 32 * four + 16, step);
+            writeEight(d, 32 * four + 24, step);
         }
     }
 }
 
-void StripWave::finish() {
-    const int skewed = kSkew * strip_->rows;
-    const int end = first_ + kPiece;
-    const bool isLast = end >= strip_->width + skewed;
-    current_ = 1 - current_;
-    if (!isEdge_) {
-        for (const UInt32*& at : at_) at += kPiece;
-    }
-    writeLastRow();
-    alignas(64) Byte half[kPiece][kLanes];
-    for (int quarter = 0; quarter < 4; ++quarter) turnEntries(buffers_.entries, half, quarter);
-    for (int quarter = 0; quarter < 4; ++quarter)
-        turnEntries(half, buffers_.turned[piecesTurned_], quarter);
-    ++piecesTurned_;
-    if (piecesTurned_ == kPieces || isLast) {
-        writeEntries(end - kPiece * piecesTurned_);
-        piecesTurned_ = 0;
-    }
-    const int columnsDone = std::clamp(end - skewed, 0, strip_->width);
-    strip_->last.progress->publish(strip_->last.first + columnsDone);
-    first_ = end;
-    if (isLast) take(strips_, index_ + 2);
-}
-
-void StripWave::writeLastRow() {
-    UInt32* words = strip_->last.row->words();
-    const int lane = strip_->rows;
-    const int column = first_ - kSkew * lane;
-    const int begin = std::max(0, -column);
-    const int end = std::min(kPiece, strip_->width - column);
-    for (int i = begin; i < end; ++i) {
-        const auto& [red, green, blue] = buffers_.values[i];
-        words[column + i] =
-            UInt32{blue[lane]} | (UInt32{red[lane]} << 8) | (UInt32{green[lane]} << 16);
+// The entries of eight lanes, in as many steps as there are lanes.
+HWY_INLINE void StripWave::writeEight(VecU8 black, int firstLane, int firstStep) {
+    for (int bit = 0; bit < 8; ++bit) {
+        const int lane = firstLane + bit;
+        if (lane < 1 || lane > rows_) continue;
+        const VecU8 entries = entriesOf(black, bit);
+        Byte* row = rowOf(lane);
+        const int column = firstStep - kSkew * lane;
+        if (column >= 0 && column + kLanes <= width_) {
+            hn::StoreU(entries, kU8, row + column);
+        } else {
+            writeInside(entries, row, column);
+        }
     }
 }
 
-// Writes the turned entries, which begin with step `first`.
-void StripWave::writeEntries(int first) {
-    for (int lane = 1; lane <= strip_->rows; ++lane) writeEntriesOf(lane, first - kSkew * lane);
-}
-
-void StripWave::writeEntriesOf(int lane, int firstColumn) {
-    const auto padded = static_cast<std::ptrdiff_t>(paddedWidth(strip_->width));
-    Byte* row = strip_->entries.data() + (strip_->rows - lane) * padded;
-    constexpr int kColumns = kPiece * kPieces;
-    const int block = lane / 16 * 16;
-    if (firstColumn >= 0 && firstColumn + kColumns <= strip_->width) {
-        for (int piece = 0; piece < kPieces; ++piece)
-            std::memcpy(row + firstColumn + kPiece * piece,
-                        &buffers_.turned[piece][lane % 16][block], kPiece);
-        return;
-    }
+// What of them is inside of the row.
+HWY_NOINLINE void StripWave::writeInside(VecU8 entries, Byte* row, int firstColumn) const {
+    alignas(64) Byte all[kLanes];
+    hn::Store(entries, kU8, all);
     const int begin = std::max(0, -firstColumn);
-    const int end = std::min(kPiece * piecesTurned_, strip_->width - firstColumn);
-    for (int i = begin; i < end; ++i)
-        row[firstColumn + i] = buffers_.turned[i / kPiece][lane % 16][block + i % kPiece];
-}
-
-// ---- Two strips at once -------------------------------------------------------------------------
-
-template <bool kEdge>
-HWY_NOINLINE void runPiece(const Constants& constants, StripWave& strip) {
-    Wave wave = strip.wave;
-    for (int i = 0; i < kPiece; ++i) {
-        const FieldHalves error = strip.decideStep<kEdge>(constants, wave, i);
-        strip.passOnStep<kEdge>(constants, error, wave, i);
-    }
-    strip.wave = wave;
-}
-
-HWY_NOINLINE void runPieces(const Constants& constants, StripWave& upper, StripWave& lower) {
-    Wave upperWave = upper.wave;
-    Wave lowerWave = lower.wave;
-    for (int i = 0; i < kPiece; ++i) {
-        const FieldHalves upperError = upper.decideStep<false>(constants, upperWave, i);
-        const FieldHalves lowerError = lower.decideStep<false>(constants, lowerWave, i);
-        upper.passOnStep<false>(constants, upperError, upperWave, i);
-        lower.passOnStep<false>(constants, lowerError, lowerWave, i);
-    }
-    upper.wave = upperWave;
-    lower.wave = lowerWave;
-}
-
-void runAlone(const Constants& constants, StripWave& strip) {
-    strip.isEdge() ? runPiece<true>(constants, strip) : runPiece<false>(constants, strip);
-    strip.finish();
-}
-
-void runBoth(const Constants& constants, StripWave& a, StripWave& b) {
-    if (a.isEdge() || b.isEdge()) {
-        runAlone(constants, a);
-        runAlone(constants, b);
-        return;
-    }
-    runPieces(constants, a, b);
-    a.finish();
-    b.finish();
+    const int end = std::min(kLanes, width_ - firstColumn);
+    if (begin < end) std::copy(all + begin, all + end, row + firstColumn + begin);
 }
 
 void runStrips(std::span<const Strip> strips) {
     const Constants constants = makeConstants();
-    StripWave a;
-    StripWave b;
-    a.take(strips, 0);
-    b.take(strips, 1);
-    constexpr int kSpins = 1000;
-    for (int idle = 0; !a.isDone() || !b.isDone();) {
-        const bool isReadyA = !a.isDone() && a.prepare();
-        const bool isReadyB = !b.isDone() && b.prepare();
-        if (isReadyA && isReadyB) {
-            runBoth(constants, a, b);
-        } else if (isReadyA || isReadyB) {
-            runAlone(constants, isReadyA ? a : b);
-        } else {
-            if (++idle > kSpins) std::this_thread::yield();
-            continue;
-        }
-        idle = 0;
-    }
+    for (const Strip& strip : strips) StripWave(constants, strip).run();
 }
 
 std::int32_t mostRows() {

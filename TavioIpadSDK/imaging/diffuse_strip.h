@@ -15,7 +15,7 @@ namespace tavio::imaging {
 class Progress {
   public:
     void publish(std::int64_t done) { done_.store(done, std::memory_order_release); }
-    bool has(std::int64_t wanted) const { return done_.load(std::memory_order_acquire) >= wanted; }
+    std::int64_t done() const { return done_.load(std::memory_order_acquire); }
 
   private:
     std::atomic<std::int64_t> done_{0};
@@ -59,14 +59,11 @@ struct Strip {
     RowBelow last;
 };
 
-// A thread works on so many strips at the same time.
-inline constexpr std::int32_t kStripsAtOnce = 2;
-
 // The most rows of a strip with the instruction set in use; 0 if there is no kernel for it.
 std::int32_t rowsOfStrip();
 
-// Fills entries and last of the strips, which follow each other from top to bottom; others may lie
-// between them, on which other threads work at the same time.
+// Fills entries and last of the strips, one after the other from top to bottom. Others may lie
+// between them, on which other threads work at the same time: a strip waits for the one above it.
 void diffuseStrips(std::span<const Strip> strips);
 
 }  // namespace tavio::imaging

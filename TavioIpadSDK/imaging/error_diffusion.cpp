@@ -14,6 +14,9 @@ namespace {
 // before, a small part of the work.
 constexpr std::int32_t kPlainStrip = 32;
 
+// Rows that are few enough for a cache, and enough for their conversion to be worth a call.
+constexpr std::int32_t kGoodRows = 64;
+
 std::size_t asSize(std::int64_t count) {
     return static_cast<std::size_t>(count);
 }
@@ -79,7 +82,7 @@ ErrorDiffusion::ErrorDiffusion(std::int32_t width) : chain_(width, 2) {}
 
 std::int32_t ErrorDiffusion::bestStrip() {
     const std::int32_t rows = rowsOfStrip();
-    return rows > 0 ? kStripsAtOnce * rows : kPlainStrip;
+    return rows > 0 ? kGoodRows / rows * rows : kPlainStrip;
 }
 
 void ErrorDiffusion::convert(std::span<const UInt32> pixels, std::span<Byte> entries) {

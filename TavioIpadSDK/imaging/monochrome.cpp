@@ -20,11 +20,9 @@ void sizeWorkingArrays(std::int32_t width, std::int32_t height) {
     mHeight = height;
     mDataWidth = static_cast<std::int32_t>(paddedWidth(width));
     mDataArrayLength = mDataWidth * mHeight;
-    mDataArray.reserve(asSize(mDataArrayLength));
-    const std::span<const Byte> unused(mDataArray.data() + mDataArray.size(),
-                                       mDataArray.capacity() - mDataArray.size());
-    platform::preferLargePages(std::as_bytes(unused));
+    platform::reserveOnLargePages(mDataArray, asSize(mDataArrayLength));
     mDataArray.resize(asSize(mDataArrayLength));
+    platform::reserveOnLargePages(mRawBitmapData, asSize(mDataArrayLength / 8));
     mRawBitmapData.resize(asSize(mDataArrayLength / 8));
 }
 
@@ -68,7 +66,7 @@ void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t widt
 
 void CreateTransformedImage(const platform::Picture& image) {
     sizeWorkingArrays(image.width, image.height);
-    diffusePicture(image.pixels, mWidth, mHeight, mDataArray);
+    if (!image.pixels.empty()) diffusePicture(image.pixels, mWidth, mHeight, mDataArray);
     k = static_cast<UInt32>(mDataArrayLength);
 }
 

@@ -11,6 +11,7 @@
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/state.h"
+#include "TavioIpadSDK/platform/large_pages.h"
 #include "TavioIpadSDK/platform/rows_ahead.h"
 #include "TavioIpadSDK/platform/stretched_rows.h"
 #include "TavioIpadSDK/settings/settings.h"
@@ -25,7 +26,7 @@ using platform::PictureRows;
 std::shared_ptr<const Bytes> bitmapFileImage() {
     const auto rows = std::span(mRawBitmapData).first(static_cast<std::size_t>(nRead));
     Bytes file;
-    file.reserve(BMPHeader.size() + rows.size());
+    platform::reserveOnLargePages(file, BMPHeader.size() + rows.size());
     file.insert(file.end(), BMPHeader.begin(), BMPHeader.end());
     file.insert(file.end(), rows.begin(), rows.end());
     return std::make_shared<const Bytes>(std::move(file));
@@ -49,7 +50,10 @@ void convertEmpty(std::int32_t width, std::int32_t height) {
 
 void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<PictureRows> image) {
     if (!image || image->width() == 0 || !isPrintableSize(width, height)) return convertEmpty(0, 0);
-    if (width == 0 || height == 0) return convertEmpty(width, height);
+    if (width == 0 || height == 0) {
+        while (!image->next(1).empty()) continue;  // damage counts for no dots, too
+        return convertEmpty(width, height);
+    }
     const auto fitted =
         platform::rowsAhead(platform::stretchedRows(std::move(image), width, height, &openSurface),
                             ErrorDiffusion::bestStrip());

@@ -12,9 +12,9 @@
 
 namespace tavio::imaging {
 
-// Strip i of the picture leaves its last row in place i modulo the number of places. Two places are
-// enough even for strips in work at the same time: a strip overwrites a column of its place only
-// after the one above it has read past it, which in turn has had to wait for the one before.
+// Strip i of the picture leaves its last row in place i modulo the number of places, after strip
+// i - places is done. Two places are enough even for two strips in work at the same time: a strip
+// overwrites a column of its place only after the one above it has read past it.
 class StripChain {
   public:
     // `places`: 2 or more. Throws std::bad_alloc.

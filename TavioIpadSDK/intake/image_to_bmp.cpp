@@ -16,6 +16,7 @@
 #include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/target_size.h"
 #include "TavioIpadSDK/platform/background_queue.h"
+#include "TavioIpadSDK/platform/large_pages.h"
 #include "TavioIpadSDK/platform/open_picture.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/platform/rows_ahead.h"
@@ -58,7 +59,10 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
         bytesRead = representation->getBytes({block, length}, 0, &error);
         bytesRead = std::min<std::size_t>(bytesRead, length);
     }
-    return std::make_shared<const Bytes>(block, block + bytesRead);
+    Bytes file;
+    platform::reserveOnLargePages(file, bytesRead);
+    file.assign(block, block + bytesRead);
+    return std::make_shared<const Bytes>(std::move(file));
 }
 
 // Puts the picture file into myImageData: the very one that the library has in memory, else a copy.
@@ -73,6 +77,7 @@ bool loadFile(const AssetRepresentation* representation) {
     const std::uint64_t size = representation != nullptr ? representation->size() : 0;
     const Block block = allocate(size);
     if (!block) return false;
+    platform::preferLargePages(std::as_bytes(std::span(block.get(), size)));
     imaging::myImageData = readFile(representation, block.get(), size);
     return true;
 }

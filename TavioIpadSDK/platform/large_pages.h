@@ -11,4 +11,12 @@ namespace tavio::platform {
 // longer to be had than to be filled. A request only; memory too small for it is left alone.
 void preferLargePages(std::span<const std::byte> memory);
 
+// array.reserve(size), asking for large pages for the room that is not used yet.
+template <typename Array>
+void reserveOnLargePages(Array& array, std::size_t size) {
+    array.reserve(size);
+    const std::span unused(array.data() + array.size(), array.capacity() - array.size());
+    preferLargePages(std::as_bytes(unused));
+}
+
 }  // namespace tavio::platform

@@ -66,6 +66,10 @@ class FileRepresentation : public AssetRepresentation {
     std::unique_ptr<RegularFile> file_;
 };
 
+// The largest picture there may be takes 1 GiB when nothing of it is compressed. A photo that memory
+// cannot be had for would leave its caller waiting.
+constexpr std::uint64_t kMostFileBytes = std::uint64_t{1} << 31;
+
 constexpr std::string_view kFolderPrefix = "assets-library://folder/";
 
 // The file name in a URL of FolderPhotoLibrary, or "" when it names no file of the folder.
@@ -130,6 +134,10 @@ void FolderPhotoLibrary::assetForURL(const Url& url, AssetResultHandler onResult
     Byte first = 0;
     if (!file || !file->read({&first, 1}, 0)) {
         onFailure(kUnreadable);
+        return;
+    }
+    if (file->size() > kMostFileBytes) {
+        onFailure("the photo is too large");
         return;
     }
     onResult(std::make_shared<FileRepresentation>(std::move(file)));

@@ -20,12 +20,16 @@ constexpr std::int64_t kFewPixels = std::int64_t{1} << 18;
 // One strip is being used, one being made, and one lies ready for whoever is the faster one.
 constexpr std::size_t kStrips = 3;
 
+// However wide a row is, a strip takes little memory.
+constexpr std::int32_t kMostStripPixels = 1 << 21;
+
 class RowsAhead : public PictureRows {
   public:
     // Takes `source` only once the thread is there.
     RowsAhead(std::unique_ptr<PictureRows>& source, std::int32_t strip)
-        : width_(source->width()), height_(source->height()), strip_(strip) {
-        for (Strip& one : strips_) one.pixels.resize(stripSize());
+        : width_(source->width()),
+          height_(source->height()),
+          strip_(std::min({strip, height_, std::max(kMostStripPixels / width_, 1)})) {
         thread_ = std::thread([this, &rows = *source] { make(rows); });
         source_ = std::move(source);
     }
@@ -59,8 +63,7 @@ class RowsAhead : public PictureRows {
     };
 
     std::size_t stripSize() const {
-        return static_cast<std::size_t>(std::min(strip_, height_)) *
-               static_cast<std::size_t>(width_);
+        return static_cast<std::size_t>(strip_) * static_cast<std::size_t>(width_);
     }
 
     // The strip that was used last is free from now on.
@@ -87,9 +90,10 @@ class RowsAhead : public PictureRows {
         }
     }
 
-    static void fill(Strip& strip, PictureRows& source) {
+    void fill(Strip& strip, PictureRows& source) const {
         strip.used = 0;
         try {
+            strip.pixels.resize(stripSize());
             while (strip.used < strip.pixels.size()) {
                 const std::size_t made =
                     source.nextInto(std::span(strip.pixels).subspan(strip.used));

@@ -1,5 +1,10 @@
 #include "TavioIpadSDK/imaging/print_bmp.h"
 
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
@@ -103,6 +108,42 @@ TEST_F(PrintBmp, TakesANegativeSizeForZero) {
     notices.clear();
     PrintBMP(100, INT32_MIN, plainPicture(4, 4, 0, 0, 0));
     expectRefusal();
+}
+
+TEST_F(PrintBmp, TakesNoMemoryForWidthWithoutHeight) {
+    for (const bool dithered : {true, false}) {
+        ImageDithered = dithered;
+        PrintBMP(INT32_MAX, 0, plainPicture(4, 4, 0, 0, 0));
+        expectRefusal();
+        EXPECT_EQ(mWidth, INT32_MAX);
+        EXPECT_TRUE(mDataArray.empty());
+        notices.clear();
+    }
+}
+
+// Rows that end before their picture does.
+class DamagedRows : public platform::PictureRows {
+  public:
+    std::int32_t width() const override { return 40; }
+    std::int32_t height() const override { return 40; }
+    std::span<const UInt32> next(std::int32_t /*most*/) override {
+        if (row_++ == 39) throw platform::DamagedPicture("cut short");
+        return pixels_;
+    }
+
+  private:
+    std::vector<UInt32> pixels_ = std::vector<UInt32>(40, 0);
+    int row_ = 0;
+};
+
+TEST_F(PrintBmp, FindsDamageOnTheLastRowWhateverSizeIsAskedFor) {
+    for (const auto& [width, height] : {std::pair{100, 100}, {40, 40}, {0, 50}, {50, 0}, {0, 0}}) {
+        PrintBMP(width, height, std::make_unique<DamagedRows>());
+        expectRefusal();
+        EXPECT_EQ(mWidth, 0);
+        EXPECT_EQ(mHeight, 0);
+        notices.clear();
+    }
 }
 
 TEST_F(PrintBmp, RefusesMoreThan2To28Dots) {

@@ -229,6 +229,14 @@ TEST_F(FolderPhotos, AreReadWhenTheirBytesAreAskedFor) {
     EXPECT_EQ(error, "");
 }
 
+TEST_F(FolderPhotos, LargerThanAnyPictureFailToBeFoundAndTakeNoMemory) {
+    add("a.bmp", "x");
+    ASSERT_EQ(::truncate((folder_ / "photos/a.bmp").c_str(), (off_t{1} << 31) + 1), 0);
+    const Answer answer = lookUp(photos_, FolderPhotoLibrary::urlOf("a.bmp"));
+    EXPECT_EQ(answer.failures, 1);
+    EXPECT_EQ(answer.results, 0);
+}
+
 TEST_F(FolderPhotos, StayTheFileThatWasFound) {
     add("a.jpg", "found");
     const auto asset = lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).asset;
