@@ -29,7 +29,7 @@ using platform::PhotoLibrary;
 using platform::PictureRows;
 
 // Rows that are decoded at once, on another core than the one that prints them.
-constexpr std::int32_t kDecodedAhead = 16;
+constexpr std::int32_t kDecodedAhead = 64;
 
 // Shared by the waiting caller, the lookup and its two handlers.
 struct Lookup {
