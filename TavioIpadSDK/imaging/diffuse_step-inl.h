@@ -269,8 +269,8 @@ HWY_INLINE Fields weighted(const FieldHalves& error, Vec16 even, Vec16 odd) {
 }
 
 // The first half of a step: black or white? Writes the pixels' values, the three fields one behind
-// the other, and one bit for each lane, set for black. Returns the errors for the fields that receive them: that of Green
-// goes to Blue and that of Blue to Green.
+// the other, and one bit for each lane, set for black. Returns the errors for the fields that
+// receive them: that of Green goes to Blue and that of Blue to Green.
 template <bool kEdge>
 HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, const EdgeMasks& masks,
                               Byte (*values)[kLanes], Byte* blackBits) {

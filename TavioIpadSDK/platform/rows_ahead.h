@@ -13,9 +13,9 @@ namespace tavio::platform {
 //   this thread     |use 0|use 1|use 2|use 3|
 //   its own    |make 0|make 1|make 2|make 3|          at most two strips wait
 //
-// Rows come in strips of `strip` (1 or more) rows, fewer where they are very long; next() gives at most what is left of one. What
-// `source` throws is thrown when its turn comes. The thread ends with the rows, at the latest when
-// they are destroyed.
+// Rows come in strips of `strip` (1 or more) rows, fewer where they are very long; next() gives at
+// most what is left of one. What `source` throws is thrown when its turn comes. The thread ends with
+// the rows, at the latest when they are destroyed.
 //
 // A picture of few pixels, for which a thread does not pay, and one for which no thread can be had,
 // is given back as it is.
