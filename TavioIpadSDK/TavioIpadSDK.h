@@ -16,16 +16,20 @@
 // throws, but for std::bad_alloc when there is no memory left for a short text.
 #pragma once
 
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/logos.h"
 #include "TavioIpadSDK/intake/send_file.h"
+#include "TavioIpadSDK/platform/bytes.h"
 #include "TavioIpadSDK/platform/notice.h"
 #include "TavioIpadSDK/platform/object.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/platform/photo_library.h"
+#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/platform/text.h"
+#include "TavioIpadSDK/platform/url.h"
 #include "TavioIpadSDK/session/session.h"
 #include "TavioIpadSDK/session/transport.h"
 #include "TavioIpadSDK/settings/dot_width_table.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio {

@@ -18,7 +18,7 @@ DotSize pageOf(double dots) {
 // The whole road from a picture at one pixel a point, printed at 600 dots per inch.
 void grow(benchmark::State& state, DotSize page) {
     const auto toPoints = [](std::int32_t dots) { return std::max(dots * 72 / 600, 1); };
-    const std::optional<platform::Picture> picture =
+    const std::optional<pictures::Picture> picture =
         photoLike(toPoints(page.width), toPoints(page.height));
     const auto link = sendToNobody();
     while (state.KeepRunning()) imaging::PrintBMP(page.width, page.height, picture);

@@ -10,17 +10,17 @@
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/print_bmp.h"
 #include "TavioIpadSDK/imaging/threshold_rows.h"
-#include "TavioIpadSDK/platform/open_picture.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
-#include "TavioIpadSDK/platform/stretched_rows.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 #include "TavioIpadSDK/settings/settings.h"
+#include "TavioIpadSDK/stretch/resampled_rows.h"
 #include "benchmarks/bench_inputs.h"
 #include "benchmarks/stages.h"
 
 namespace tavio::benchmarks {
 namespace {
 
-using platform::Picture;
+using pictures::Picture;
 
 // From the fitted picture to the bytes that are sent.
 Stages::Work printing(DotSize size, bool dithered) {
@@ -73,7 +73,7 @@ void addConversions(Stages& stages) {
 }
 
 // As the dither takes them.
-void takeAll(platform::PictureRows& rows) {
+void takeAll(pictures::PictureRows& rows) {
     const std::int32_t strip = imaging::ErrorDiffusion::bestStrip();
     while (!rows.next(strip).empty()) continue;
 }
@@ -83,7 +83,7 @@ void addStretch(Stages& stages, const std::string& name, DotSize from, DotSize t
         const auto picture = std::make_shared<const Picture>(photoLike(from.width, from.height));
         return [picture, to](benchmark::State&) {
             const auto rows =
-                platform::stretchedRows(platform::rowsOf(*picture), to.width, to.height);
+                stretch::resampledRows(pictures::rowsOf(*picture), to.width, to.height);
             takeAll(*rows);
         };
     });
@@ -111,7 +111,7 @@ void addDecode(Stages& stages, const std::string& path) {
         const auto file = std::make_shared<const Bytes>(std::istreambuf_iterator<char>(stream),
                                                         std::istreambuf_iterator<char>());
         return [file](benchmark::State& state) {
-            const platform::OpenedPicture picture = platform::openPicture(file);
+            const pictures::OpenedPicture picture = pictures::openPicture(file);
             if (picture.rows) {
                 takeAll(*picture.rows);
             } else {

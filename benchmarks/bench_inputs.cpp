@@ -11,8 +11,8 @@
 #include "TavioIpadSDK/imaging/print_bmp.h"
 #include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/settings/settings.h"
-#include "links/local_link.h"
-#include "links/transport_operations.h"
+#include "tavio/links/local_link.h"
+#include "tavio/links/transport_operations.h"
 
 namespace tavio::benchmarks {
 
@@ -43,7 +43,7 @@ std::uint64_t bytesSent(const DiscardingLink& link) {
 
 namespace {
 
-using platform::Picture;
+using pictures::Picture;
 
 // The top bits are as good as any noise.
 class Noise {
@@ -70,7 +70,7 @@ UInt32 opaque(std::int64_t red, std::int64_t green, std::int64_t blue) {
     const auto component = [](std::int64_t value) {
         return static_cast<unsigned>(std::clamp<std::int64_t>(value, 0, 255));
     };
-    return platform::premultipliedPixel(component(red), component(green), component(blue), 255);
+    return pictures::premultipliedPixel(component(red), component(green), component(blue), 255);
 }
 
 constexpr std::array<std::pair<OneBit, const char*>, 9> kNames{{

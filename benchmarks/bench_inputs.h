@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
 namespace tavio::benchmarks {
 
 // Opaque, upright pictures of any size.
-platform::Picture textPage(std::int32_t width, std::int32_t height);   // paper and lines of letters
-platform::Picture photoLike(std::int32_t width, std::int32_t height);  // all tones, some noise
+pictures::Picture textPage(std::int32_t width, std::int32_t height);   // paper and lines of letters
+pictures::Picture photoLike(std::int32_t width, std::int32_t height);  // all tones, some noise
 
 // Ready one-bit pictures, as bitmap files for the encoder. The names say what the bytes of the
 // bands (one byte is a column of 8 dots) are.

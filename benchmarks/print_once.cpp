@@ -8,8 +8,8 @@
 #include <string>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
-#include "links/file_link.h"
-#include "links/transport_operations.h"
+#include "tavio/links/file_link.h"
+#include "tavio/links/transport_operations.h"
 
 namespace {
 

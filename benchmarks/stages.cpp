@@ -3,21 +3,21 @@
 namespace tavio::benchmarks {
 
 void Stages::add(const std::string& name, const MakeWork& makeWork) {
-    for (const platform::InstructionSet set : platform::availableInstructionSets())
+    for (const machine::InstructionSet set : machine::availableInstructionSets())
         addFor(set, name, makeWork);
 }
 
 void Stages::addOnce(const std::string& name, const MakeWork& makeWork) {
-    addFor(platform::instructionSet(), name, makeWork);
+    addFor(machine::instructionSet(), name, makeWork);
 }
 
-void Stages::addFor(platform::InstructionSet set, const std::string& name,
+void Stages::addFor(machine::InstructionSet set, const std::string& name,
                     const MakeWork& makeWork) {
     const auto measure = [self = shared_from_this(), set, name, makeWork](benchmark::State& state) {
-        const platform::InstructionSet before = platform::instructionSet();
-        platform::useInstructionSet(set);
+        const machine::InstructionSet before = machine::instructionSet();
+        machine::useInstructionSet(set);
         self->run(state, name, makeWork);
-        platform::useInstructionSet(before);
+        machine::useInstructionSet(before);
     };
     benchmark::RegisterBenchmark((name + "/" + nameOf(set)).c_str(), measure)
         ->UseRealTime()

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 #include "benchmarks/unit_copy.h"
 
 namespace tavio::benchmarks {
@@ -36,7 +36,7 @@ class Stages : public std::enable_shared_from_this<Stages> {
     void addOnce(const std::string& name, const MakeWork& makeWork);
 
   private:
-    void addFor(platform::InstructionSet set, const std::string& name, const MakeWork& makeWork);
+    void addFor(machine::InstructionSet set, const std::string& name, const MakeWork& makeWork);
     void run(benchmark::State& state, const std::string& name, const MakeWork& makeWork);
 
     DotSize page_;

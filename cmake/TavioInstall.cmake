@@ -6,17 +6,15 @@
 
 include(CMakePackageConfigHelpers)
 
-# Headers keep the folders that they include each other by, in a folder of their own: "links" alone
-# would be anybody's.
-set(headers "${CMAKE_INSTALL_INCLUDEDIR}/tavio")
-
 # What TavioIpadSDK.h includes, directly or not, the links, and the virtual printer as far as the
 # preview's link shows it. All other headers are inner ones.
 set(public_headers
   TavioIpadSDK/TavioIpadSDK.h
-  TavioIpadSDK/intake/job.h
   TavioIpadSDK/intake/logos.h
   TavioIpadSDK/intake/send_file.h
+  TavioIpadSDK/machine/bytes.h
+  TavioIpadSDK/pictures/picture.h
+  TavioIpadSDK/pictures/upright.h
   TavioIpadSDK/platform/bytes.h
   TavioIpadSDK/platform/notice.h
   TavioIpadSDK/platform/object.h
@@ -28,37 +26,38 @@ set(public_headers
   TavioIpadSDK/session/session.h
   TavioIpadSDK/session/transport.h
   TavioIpadSDK/settings/dot_width_table.h
+  TavioIpadSDK/settings/job.h
   TavioIpadSDK/settings/settings.h
-  links/deadlines.h
-  links/file_link.h
-  links/link.h
-  links/link_report.h
-  links/local_link.h
-  links/output_file.h
-  links/preview_link.h
-  links/recording_link.h
-  links/rfcomm_address.h
-  links/rfcomm_link.h
-  links/serial_address.h
-  links/serial_link.h
-  links/stream_link.h
-  links/system_calls.h
-  links/tcp_address.h
-  links/tcp_link.h
-  links/transport_operations.h
-  virtual-printer/printer.h
-  virtual-printer/problems.h
-  virtual-printer/ticket.h
+  tavio/links/deadlines.h
+  tavio/links/file_link.h
+  tavio/links/link.h
+  tavio/links/link_report.h
+  tavio/links/local_link.h
+  tavio/links/output_file.h
+  tavio/links/recording_link.h
+  tavio/links/rfcomm_address.h
+  tavio/links/rfcomm_link.h
+  tavio/links/serial_address.h
+  tavio/links/serial_link.h
+  tavio/links/stream_link.h
+  tavio/links/system_calls.h
+  tavio/links/tcp_address.h
+  tavio/links/tcp_link.h
+  tavio/links/transport_operations.h
+  tavio/preview/preview_link.h
+  tavio/virtual-printer/printer.h
+  tavio/virtual-printer/problems.h
+  tavio/virtual-printer/ticket.h
 )
 foreach(header IN LISTS public_headers)
   get_filename_component(folder "${header}" DIRECTORY)
-  install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${headers}/${folder}")
+  install(FILES "${TAVIO_INCLUDE_FOLDER}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
 endforeach()
 
-install(TARGETS tavio_sdk tavio_virtual_printer tavio_links EXPORT TavioTargets
+install(TARGETS tavio_sdk tavio_links tavio_virtual_printer tavio_preview EXPORT TavioTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  INCLUDES DESTINATION "${headers}")
+  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
 if(TAVIO_BUILD_PROGRAMS)
   # A shared library lies where the tool finds it, wherever the tree has been put. Only then: in the

@@ -2,9 +2,9 @@
 #include <TavioIpadSDK/TavioIpadSDK.h>
 #include <filesystem>
 #include <iostream>
-#include <links/file_link.h>
-#include <links/transport_operations.h>
 #include <memory>
+#include <tavio/links/file_link.h>
+#include <tavio/links/transport_operations.h>
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "TavioIpadSDK/platform/decode_picture.h"
-#include "TavioIpadSDK/platform/open_picture.h"
+#include "TavioIpadSDK/pictures/decode_picture.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
 
 namespace {
 
@@ -15,9 +15,9 @@ void require(bool holds) {
     if (!holds) std::abort();
 }
 
-void requireRows(platform::PictureRows& rows, const platform::DecodedPicture& decoded) {
-    const platform::Picture expected =
-        decoded.picture ? platform::upright(*decoded.picture) : platform::Picture();
+void requireRows(pictures::PictureRows& rows, const pictures::DecodedPicture& decoded) {
+    const pictures::Picture expected =
+        decoded.picture ? pictures::upright(*decoded.picture) : pictures::Picture();
     std::size_t came = 0;
     try {
         for (auto part = rows.next(3); !part.empty(); part = rows.next(3)) {
@@ -28,7 +28,7 @@ void requireRows(platform::PictureRows& rows, const platform::DecodedPicture& de
                 std::equal(part.begin(), part.end(), expected.pixels.data() + came - part.size()));
         }
         require(decoded.picture && came == expected.pixels.size());
-    } catch (const platform::DamagedPicture& damage) {
+    } catch (const pictures::DamagedPicture& damage) {
         require(damage.what() == decoded.why);
     }
 }
@@ -36,16 +36,16 @@ void requireRows(platform::PictureRows& rows, const platform::DecodedPicture& de
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto decoded = platform::decodePicture({data, size});
+    const auto decoded = pictures::decodePicture({data, size});
     require(decoded.picture.has_value() == decoded.why.empty());
     if (decoded.picture) {
-        const platform::Picture& picture = *decoded.picture;
+        const pictures::Picture& picture = *decoded.picture;
         const auto pixels =
             static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
         require(pixels != 0 && pixels == picture.pixels.size());
         require(picture.orientation >= 1 && picture.orientation <= 8);
     }
-    const auto opened = platform::openPicture(std::make_shared<const Bytes>(data, data + size));
+    const auto opened = pictures::openPicture(std::make_shared<const Bytes>(data, data + size));
     if (opened.rows) {
         requireRows(*opened.rows, decoded);
     } else {

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace {
 

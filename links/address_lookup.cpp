@@ -1,4 +1,4 @@
-#include "links/address_lookup.h"
+#include "tavio/links/address_lookup.h"
 
 #include <atomic>
 #include <cerrno>

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "links/stream_link.h"
-#include "links/system_calls.h"
-#include "links/tcp_address.h"
+#include "tavio/links/stream_link.h"
+#include "tavio/links/system_calls.h"
+#include "tavio/links/tcp_address.h"
 
 namespace tavio::links {
 

@@ -1,4 +1,4 @@
-#include "links/aside.h"
+#include "tavio/links/aside.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "links/connecting.h"
+#include "tavio/links/connecting.h"
 
 #include <cerrno>
 

@@ -1,7 +1,7 @@
 // The end of a connect() that was not done at once.
 #pragma once
 
-#include "links/stream_link.h"
+#include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 

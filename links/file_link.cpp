@@ -1,4 +1,4 @@
-#include "links/file_link.h"
+#include "tavio/links/file_link.h"
 
 namespace tavio::links {
 

@@ -1,8 +1,8 @@
 // A link that writes what was sent into a file.
 #pragma once
 
-#include "links/local_link.h"
-#include "links/output_file.h"
+#include "tavio/links/local_link.h"
+#include "tavio/links/output_file.h"
 
 namespace tavio::links {
 

@@ -1,9 +1,9 @@
-#include "links/job_links.h"
+#include "tavio/links/job_links.h"
 
 #include <utility>
 
-#include "links/rfcomm_link.h"
-#include "links/tcp_link.h"
+#include "tavio/links/rfcomm_link.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::links {
 

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <string>
 
-#include "links/deadlines.h"
-#include "links/link.h"
+#include "tavio/links/deadlines.h"
+#include "tavio/links/link.h"
 
 namespace tavio::links {
 

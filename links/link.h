@@ -7,7 +7,7 @@
 #include <string>
 
 #include "TavioIpadSDK/platform/text.h"
-#include "links/link_report.h"
+#include "tavio/links/link_report.h"
 
 namespace tavio::links {
 

@@ -1,4 +1,4 @@
-#include "links/link_report.h"
+#include "tavio/links/link_report.h"
 
 namespace tavio::links {
 

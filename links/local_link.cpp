@@ -1,4 +1,4 @@
-#include "links/local_link.h"
+#include "tavio/links/local_link.h"
 
 #include <exception>
 #include <new>

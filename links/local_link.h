@@ -4,7 +4,7 @@
 #include <atomic>
 #include <string>
 
-#include "links/link.h"
+#include "tavio/links/link.h"
 
 namespace tavio::links {
 

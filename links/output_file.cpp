@@ -1,4 +1,4 @@
-#include "links/output_file.h"
+#include "tavio/links/output_file.h"
 
 #include <array>
 #include <cerrno>

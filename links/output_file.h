@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::links {
 

@@ -1,8 +1,8 @@
 // A link that keeps in memory what was sent.
 #pragma once
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "links/local_link.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "tavio/links/local_link.h"
 
 namespace tavio::links {
 

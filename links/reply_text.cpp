@@ -1,4 +1,4 @@
-#include "links/reply_text.h"
+#include "tavio/links/reply_text.h"
 
 #include <algorithm>
 

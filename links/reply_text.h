@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::links {
 

@@ -1,4 +1,4 @@
-#include "links/rfcomm_address.h"
+#include "tavio/links/rfcomm_address.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "links/rfcomm_connection.h"
+#include "tavio/links/rfcomm_connection.h"
 
 #include <cerrno>
 #include <chrono>
@@ -10,9 +10,9 @@
 #include <system_error>
 #include <utility>
 
-#include "links/aside.h"
-#include "links/connecting.h"
-#include "links/rfcomm_socket.h"
+#include "tavio/links/aside.h"
+#include "tavio/links/connecting.h"
+#include "tavio/links/rfcomm_socket.h"
 
 namespace tavio::links {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "links/rfcomm_address.h"
-#include "links/stream_link.h"
+#include "tavio/links/rfcomm_address.h"
+#include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 

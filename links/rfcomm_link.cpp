@@ -1,9 +1,9 @@
-#include "links/rfcomm_link.h"
+#include "tavio/links/rfcomm_link.h"
 
 #include <memory>
 #include <utility>
 
-#include "links/rfcomm_connection.h"
+#include "tavio/links/rfcomm_connection.h"
 
 namespace tavio::links {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <sys/socket.h>
 
-#include "links/rfcomm_address.h"
+#include "tavio/links/rfcomm_address.h"
 
 namespace tavio::links {
 

@@ -1,9 +1,9 @@
-#include "links/serial_address.h"
+#include "tavio/links/serial_address.h"
 
 #include <charconv>
 #include <system_error>
 
-#include "links/serial_speed.h"
+#include "tavio/links/serial_speed.h"
 
 namespace tavio::links {
 

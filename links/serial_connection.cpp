@@ -1,11 +1,11 @@
-#include "links/serial_connection.h"
+#include "tavio/links/serial_connection.h"
 
 #include <cerrno>
 #include <chrono>
 #include <system_error>
 #include <utility>
 
-#include "links/serial_speed.h"
+#include "tavio/links/serial_speed.h"
 
 namespace tavio::links {
 

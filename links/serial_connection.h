@@ -6,8 +6,8 @@
 #include <string>
 #include <termios.h>
 
-#include "links/serial_address.h"
-#include "links/stream_link.h"
+#include "tavio/links/serial_address.h"
+#include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 

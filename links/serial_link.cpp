@@ -1,9 +1,9 @@
-#include "links/serial_link.h"
+#include "tavio/links/serial_link.h"
 
 #include <memory>
 #include <utility>
 
-#include "links/serial_connection.h"
+#include "tavio/links/serial_connection.h"
 
 namespace tavio::links {
 

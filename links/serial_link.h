@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "links/stream_link.h"
-#include "links/system_calls.h"
+#include "tavio/links/stream_link.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::links {
 

@@ -1,4 +1,4 @@
-#include "links/serial_speed.h"
+#include "tavio/links/serial_speed.h"
 
 #include <array>
 

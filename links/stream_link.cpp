@@ -1,4 +1,4 @@
-#include "links/stream_link.h"
+#include "tavio/links/stream_link.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "links/reply_text.h"
-#include "links/stream_sentences.h"
+#include "tavio/links/reply_text.h"
+#include "tavio/links/stream_sentences.h"
 
 namespace tavio::links {
 

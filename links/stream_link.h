@@ -10,9 +10,9 @@
 #include <span>
 #include <string>
 
-#include "links/deadlines.h"
-#include "links/link.h"
-#include "links/system_calls.h"
+#include "tavio/links/deadlines.h"
+#include "tavio/links/link.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::links {
 

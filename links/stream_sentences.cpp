@@ -1,4 +1,4 @@
-#include "links/stream_sentences.h"
+#include "tavio/links/stream_sentences.h"
 
 #include <cerrno>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "links/system_calls.h"
+#include "tavio/links/system_calls.h"
 
 #include <cstring>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "links/tcp_address.h"
+#include "tavio/links/tcp_address.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

@@ -1,4 +1,4 @@
-#include "links/tcp_connection.h"
+#include "tavio/links/tcp_connection.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -6,8 +6,8 @@
 #include <netinet/tcp.h>
 #include <system_error>
 
-#include "links/address_lookup.h"
-#include "links/connecting.h"
+#include "tavio/links/address_lookup.h"
+#include "tavio/links/connecting.h"
 
 namespace tavio::links {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "links/stream_link.h"
-#include "links/tcp_address.h"
+#include "tavio/links/stream_link.h"
+#include "tavio/links/tcp_address.h"
 
 namespace tavio::links {
 

@@ -1,6 +1,6 @@
-#include "links/tcp_link.h"
+#include "tavio/links/tcp_link.h"
 
-#include "links/tcp_connection.h"
+#include "tavio/links/tcp_connection.h"
 
 namespace tavio::links {
 

@@ -1,8 +1,8 @@
 // A link to a printer over TCP: WiFi, or any network.
 #pragma once
 
-#include "links/stream_link.h"
-#include "links/system_calls.h"
+#include "tavio/links/stream_link.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::links {
 

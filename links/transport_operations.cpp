@@ -1,9 +1,9 @@
-#include "links/transport_operations.h"
+#include "tavio/links/transport_operations.h"
 
 #include <utility>
 
 #include "TavioIpadSDK/session/transport.h"
-#include "links/job_links.h"
+#include "tavio/links/job_links.h"
 
 namespace tavio::links {
 

@@ -18,8 +18,8 @@
 #include <optional>
 #include <string>
 
-#include "links/deadlines.h"
-#include "links/link.h"
+#include "tavio/links/deadlines.h"
+#include "tavio/links/link.h"
 
 namespace tavio::links {
 

@@ -2,7 +2,7 @@
 #include <array>
 #include <cerrno>
 
-#include "links/stream_link.h"
+#include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 

@@ -1,10 +1,10 @@
-#include "links/preview_link.h"
+#include "tavio/preview/preview_link.h"
 
 #include <exception>
 #include <utility>
 #include <vector>
 
-#include "virtual-printer/ticket_png.h"
+#include "tavio/virtual-printer/ticket_png.h"
 
 namespace tavio::links {
 

@@ -6,9 +6,9 @@
 #include <span>
 #include <string>
 
-#include "links/local_link.h"
-#include "links/output_file.h"
-#include "virtual-printer/printer.h"
+#include "tavio/links/local_link.h"
+#include "tavio/links/output_file.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio::links {
 

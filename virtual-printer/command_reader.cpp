@@ -1,9 +1,9 @@
-#include "virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/command_reader.h"
 
 #include <algorithm>
 
-#include "virtual-printer/command_table.h"
-#include "virtual-printer/escaped_text.h"
+#include "tavio/virtual-printer/command_table.h"
+#include "tavio/virtual-printer/escaped_text.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -19,48 +19,19 @@
 // 32-bit one. Commands are printable characters between "<" and ">", kMostCommandBytes at most.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "tavio/virtual-printer/command.h"
+
 namespace tavio::virtual_printer {
-
-using Byte = std::uint8_t;
-
-enum class CommandKind : std::uint8_t {
-    kPath,  // arguments: path number
-    kLandscape,
-    kPortrait,
-    kRe,  // arguments: n
-    kDi,
-    kPosition,   // arguments: row, column
-    kGraphics,   // arguments: count; graphicsBytes() and graphicsEnd() follow
-    kLogoPlace,  // arguments: row, column
-    kPrintLogo,  // arguments: logo number
-    kBeginLogo,  // arguments: logo number
-    kEndLogo,
-    kClearMemory,
-    kCut,
-    kEject,
-    kUnknown,  // a "<...>" that means nothing, or an ESC that begins nothing
-};
-
-// The most bytes of one command, "<" and ">" included.
-inline constexpr std::size_t kMostCommandBytes = 64;
 
 // The most bytes of one text() event; a longer run of text comes as several, cut between
 // characters.
 inline constexpr std::size_t kMostTextBytes = 256;
-
-struct Command {
-    std::uint64_t offset = 0;  // of its first byte, from the start of the stream
-    CommandKind kind = CommandKind::kUnknown;
-    std::string_view text;                    // its bytes, as they came; valid during the call
-    std::array<std::int32_t, 2> arguments{};  // as the kind says; 0 where it has none
-};
 
 struct ParsedCommand;
 

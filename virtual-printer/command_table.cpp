@@ -1,4 +1,4 @@
-#include "virtual-printer/command_table.h"
+#include "tavio/virtual-printer/command_table.h"
 
 #include <algorithm>
 #include <limits>

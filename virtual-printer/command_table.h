@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/command.h"
 
 namespace tavio::virtual_printer {
 

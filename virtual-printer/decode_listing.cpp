@@ -1,12 +1,12 @@
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
 
 #include <bit>
 #include <ostream>
 #include <string>
 #include <string_view>
 
-#include "virtual-printer/command_reader.h"
-#include "virtual-printer/escaped_text.h"
+#include "tavio/virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/escaped_text.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -15,7 +15,7 @@
 #include <memory>
 #include <span>
 
-#include "virtual-printer/problems.h"
+#include "tavio/virtual-printer/problems.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/escaped_text.h"
+#include "tavio/virtual-printer/escaped_text.h"
 
 namespace tavio::virtual_printer {
 namespace {

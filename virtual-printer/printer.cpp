@@ -1,4 +1,4 @@
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/printer.h"
 
 #include <algorithm>
 #include <optional>
@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "virtual-printer/command_reader.h"
-#include "virtual-printer/font.h"
-#include "virtual-printer/logo_memory.h"
+#include "tavio/virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/font.h"
+#include "tavio/virtual-printer/logo_memory.h"
 
 namespace tavio::virtual_printer {
 namespace {

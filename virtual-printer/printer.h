@@ -7,8 +7,8 @@
 #include <memory>
 #include <span>
 
-#include "virtual-printer/problems.h"
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/problems.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/problems.h"
+#include "tavio/virtual-printer/problems.h"
 
 #include <utility>
 

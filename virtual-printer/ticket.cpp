@@ -1,4 +1,4 @@
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 #include <algorithm>
 #include <cmath>

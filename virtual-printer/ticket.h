@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-namespace tavio::virtual_printer {
+#include "TavioIpadSDK/machine/bytes.h"
 
-using Byte = std::uint8_t;
+namespace tavio::virtual_printer {
 
 // How a picture lies on the ticket. The printer's rows and columns are the same in both.
 //   landscape: the picture's columns run towards larger columns, its rows towards larger rows.

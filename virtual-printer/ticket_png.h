@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::virtual_printer {
 

@@ -22,7 +22,7 @@
 
 #include <cstdint>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/band_columns.cpp"
@@ -175,7 +175,7 @@ void transposePlainly(const Byte* top, std::size_t rowSize, Byte* columns) {
 void transposeBand(std::span<const Byte> rows, std::size_t rowSize, std::span<Byte> columns) {
     if (rowSize == 0) return;
     const Byte* const top = rows.data() + (kBandRows - 1) * rowSize;
-    const bool isPlain = platform::instructionSet() == platform::InstructionSet::kPlain;
+    const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     if (isPlain || !HWY_DYNAMIC_DISPATCH(transposeByVectors)(top, rowSize, columns.data()))
         transposePlainly(top, rowSize, columns.data());
 }

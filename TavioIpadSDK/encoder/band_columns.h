@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "TavioIpadSDK/encoder/band_stream.h"
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 

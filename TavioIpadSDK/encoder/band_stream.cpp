@@ -7,7 +7,7 @@
 
 #include "TavioIpadSDK/encoder/band_columns.h"
 #include "TavioIpadSDK/encoder/stream_buffer.h"
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 
 namespace tavio::encoder {
 namespace {
@@ -30,8 +30,8 @@ void blankPadding(const RowGeometry& row, bool isTopBand, std::span<Byte> band) 
 // Where band number `bands` (0-based) goes; the first is placed by the opening.
 Position positionOf(UInt32 bands, const Placement& placement) {
     const auto rows = static_cast<std::int32_t>(bands * UInt32{kBandRows});
-    using platform::wrappingAdd;
-    using platform::wrappingSubtract;
+    using machine::wrappingAdd;
+    using machine::wrappingSubtract;
     if (placement.isLandscape) return {wrappingAdd(placement.originalx, rows), placement.originaly};
     return {wrappingSubtract(placement.portraitDots, placement.originalx),
             wrappingAdd(placement.originaly, rows)};

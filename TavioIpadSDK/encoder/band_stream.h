@@ -17,7 +17,7 @@
 
 #include "TavioIpadSDK/encoder/bitmap_reader.h"
 #include "TavioIpadSDK/encoder/stream_buffer.h"
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 

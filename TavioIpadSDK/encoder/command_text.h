@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 

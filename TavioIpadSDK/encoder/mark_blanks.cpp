@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/mark_blanks.cpp"
@@ -66,7 +66,7 @@ std::uint64_t markPlainly(std::span<const Byte> bytes, std::size_t first) {
 void markBlanks(std::span<const Byte> bytes, std::span<std::uint64_t> words) {
     const std::size_t whole = std::min(bytes.size() / 64, words.size());
     std::size_t word = 0;
-    if (platform::instructionSet() != platform::InstructionSet::kPlain)
+    if (machine::instructionSet() != machine::InstructionSet::kPlain)
         word = HWY_DYNAMIC_DISPATCH(markBlankVectors)(bytes.data(), whole, words.data());
     for (; word < words.size(); ++word) words[word] = markPlainly(bytes, 64 * word);
 }

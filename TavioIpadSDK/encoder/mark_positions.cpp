@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/mark_positions.cpp"
@@ -79,7 +79,7 @@ void markPositions(std::span<const Byte> bytes, std::span<std::uint64_t> words) 
     constexpr std::size_t kReadAhead = kCommandSize - 1;
     const std::size_t whole = bytes.size() < kReadAhead ? 0 : (bytes.size() - kReadAhead) / 64;
     std::size_t word = 0;
-    if (platform::instructionSet() != platform::InstructionSet::kPlain) {
+    if (machine::instructionSet() != machine::InstructionSet::kPlain) {
         word = HWY_DYNAMIC_DISPATCH(markPositionVectors)(
             bytes.data(), std::min(whole, words.size()), words.data());
     }

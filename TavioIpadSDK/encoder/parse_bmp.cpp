@@ -9,11 +9,11 @@
 #include "TavioIpadSDK/encoder/state.h"
 #include "TavioIpadSDK/encoder/stream_buffer.h"
 #include "TavioIpadSDK/encoder/stretches.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/platform/notice.h"
 #include "TavioIpadSDK/platform/text.h"
 #include "TavioIpadSDK/session/session.h"
 #include "TavioIpadSDK/settings/dot_width_table.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio::encoder {

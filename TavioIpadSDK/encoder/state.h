@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 

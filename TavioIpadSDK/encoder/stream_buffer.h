@@ -12,8 +12,8 @@
 #include <string_view>
 #include <utility>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/large_pages.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/large_pages.h"
 
 namespace tavio::encoder {
 
@@ -31,7 +31,7 @@ class StreamBytes {
     StreamBytes() = default;
     explicit StreamBytes(std::size_t size)
         : bytes_(std::make_unique_for_overwrite<Byte[]>(size)), size_(size) {
-        platform::preferLargePages(std::as_bytes(std::span(bytes_.get(), size)));
+        machine::preferLargePages(std::as_bytes(std::span(bytes_.get(), size)));
     }
 
     static StreamBytes copyOf(std::span<const Byte> bytes) {

@@ -10,13 +10,13 @@
 #include "TavioIpadSDK/encoder/band_scanner.h"
 #include "TavioIpadSDK/encoder/command_text.h"
 #include "TavioIpadSDK/encoder/line_map.h"
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 
 namespace tavio::encoder {
 namespace {
 
-using platform::wrappingAdd;
-using platform::wrappingSubtract;
+using machine::wrappingAdd;
+using machine::wrappingSubtract;
 
 class StretchWriter {
   public:

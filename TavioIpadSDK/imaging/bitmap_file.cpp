@@ -5,7 +5,7 @@
 #include <span>
 
 #include "TavioIpadSDK/imaging/pack_entries.h"
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 
 namespace tavio::imaging {
 namespace {
@@ -42,7 +42,7 @@ void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index) {
 
 void populate_bmpheader() {
     BMPHeader = fixedFields();
-    BMPHeader_Int(platform::wrappingAdd(nRead, kHeaderSize), 2);
+    BMPHeader_Int(machine::wrappingAdd(nRead, kHeaderSize), 2);
     BMPHeader_Int(mWidth, 18);
     BMPHeader_Int(mHeight, 22);
     BMPHeader_Int(nRead, 34);

@@ -23,7 +23,7 @@
 #include <thread>
 
 #include "TavioIpadSDK/imaging/monochrome.h"
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/diffuse_strip.cpp"
@@ -390,7 +390,7 @@ HWY_EXPORT(mostRows);
 }  // namespace
 
 std::int32_t rowsOfStrip() {
-    const bool isPlain = platform::instructionSet() == platform::InstructionSet::kPlain;
+    const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     return isPlain ? 0 : HWY_DYNAMIC_DISPATCH(mostRows)();
 }
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 

@@ -9,7 +9,7 @@
 #include <span>
 
 #include "TavioIpadSDK/imaging/strip_chain.h"
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 
@@ -28,7 +28,7 @@ class ErrorDiffusion {
     // it is as good. Depends on the instruction set in use.
     static std::int32_t bestStrip();
 
-    // `pixels`: the next n rows, any n from 0 on, n * width words as platform::Picture has them.
+    // `pixels`: the next n rows, any n from 0 on, n * width words as pictures::Picture has them.
     // `entries`: their n * paddedWidth(width) entries, overwritten: BLACK or WHITE, the LAST of
     // these rows first, as in mDataArray, each row filled up with WHITE. Throws std::bad_alloc, and
     // then the picture cannot be continued.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 

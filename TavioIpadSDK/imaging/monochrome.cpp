@@ -6,7 +6,7 @@
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/grey.h"
 #include "TavioIpadSDK/imaging/threshold_rows.h"
-#include "TavioIpadSDK/platform/large_pages.h"
+#include "TavioIpadSDK/machine/large_pages.h"
 
 namespace tavio::imaging {
 namespace {
@@ -20,20 +20,20 @@ void sizeWorkingArrays(std::int32_t width, std::int32_t height) {
     mHeight = height;
     mDataWidth = static_cast<std::int32_t>(paddedWidth(width));
     mDataArrayLength = mDataWidth * mHeight;
-    platform::reserveOnLargePages(mDataArray, asSize(mDataArrayLength));
+    machine::reserveOnLargePages(mDataArray, asSize(mDataArrayLength));
     mDataArray.resize(asSize(mDataArrayLength));
-    platform::reserveOnLargePages(mRawBitmapData, asSize(mDataArrayLength / 8));
+    machine::reserveOnLargePages(mRawBitmapData, asSize(mDataArrayLength / 8));
     mRawBitmapData.resize(asSize(mDataArrayLength / 8));
 }
 
 // Converts the rows a strip at a time, the picture's top row first, which is mDataArray's last.
 // Makes no more than one strip of rows in memory necessary.
 template <typename Convert>
-void convertRows(platform::PictureRows& image, std::int32_t strip, Convert convert) {
+void convertRows(pictures::PictureRows& image, std::int32_t strip, Convert convert) {
     std::span<Byte> rest(mDataArray);
     while (!rest.empty()) {
         const std::span<const UInt32> pixels = image.next(strip);
-        if (pixels.empty()) throw platform::DamagedPicture("the picture has too few rows");
+        if (pixels.empty()) throw pictures::DamagedPicture("the picture has too few rows");
         const std::size_t size = pixels.size() / asSize(mWidth) * asSize(mDataWidth);
         convert(pixels, rest.last(size));
         rest = rest.first(rest.size() - size);
@@ -64,13 +64,13 @@ void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t widt
     }
 }
 
-void CreateTransformedImage(const platform::Picture& image) {
+void CreateTransformedImage(const pictures::Picture& image) {
     sizeWorkingArrays(image.width, image.height);
     if (!image.pixels.empty()) diffusePicture(image.pixels, mWidth, mHeight, mDataArray);
     k = static_cast<UInt32>(mDataArrayLength);
 }
 
-void CreateTransformedImage(platform::PictureRows& image) {
+void CreateTransformedImage(pictures::PictureRows& image) {
     sizeWorkingArrays(image.width(), image.height());
     ErrorDiffusion diffusion(mWidth);
     convertRows(image, ErrorDiffusion::bestStrip(),
@@ -80,13 +80,13 @@ void CreateTransformedImage(platform::PictureRows& image) {
     k = static_cast<UInt32>(mDataArrayLength);
 }
 
-void ConvertToMonochrome(const platform::Picture& image) {
+void ConvertToMonochrome(const pictures::Picture& image) {
     sizeWorkingArrays(image.width, image.height);
     thresholdRows(image.pixels, mWidth, mDataArray);
     whitenTopRow();
 }
 
-void ConvertToMonochrome(platform::PictureRows& image) {
+void ConvertToMonochrome(pictures::PictureRows& image) {
     constexpr std::int32_t kStrip = 32;
     sizeWorkingArrays(image.width(), image.height());
     convertRows(image, kStrip, [](std::span<const UInt32> pixels, std::span<Byte> entries) {

@@ -23,15 +23,15 @@
 #include <span>
 
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/platform/picture.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
 namespace tavio::imaging {
 
-void CreateTransformedImage(const platform::Picture& image);  // dithered
-void CreateTransformedImage(platform::PictureRows& image);
-void ConvertToMonochrome(const platform::Picture& image);  // threshold
-void ConvertToMonochrome(platform::PictureRows& image);
+void CreateTransformedImage(const pictures::Picture& image);  // dithered
+void CreateTransformedImage(pictures::PictureRows& image);
+void ConvertToMonochrome(const pictures::Picture& image);  // threshold
+void ConvertToMonochrome(pictures::PictureRows& image);
 
 // Fills mDataArray from records that are black or white already, all rows, bottom row first.
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,

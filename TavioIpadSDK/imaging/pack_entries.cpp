@@ -13,7 +13,7 @@
 #include <cstddef>
 
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/pack_entries.cpp"
@@ -85,7 +85,7 @@ void packPlainly(const Byte* entries, std::size_t groups, Byte* packed) {
 
 void packEntries(std::span<const Byte> entries, std::span<Byte> packed) {
     const std::size_t groups = entries.size() / 8;
-    const bool isPlain = platform::instructionSet() == platform::InstructionSet::kPlain;
+    const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     const std::size_t done =
         isPlain ? 0 : HWY_DYNAMIC_DISPATCH(packVectors)(entries.data(), groups, packed.data());
     packPlainly(entries.data() + 8 * done, groups - done, packed.data() + done);

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 

@@ -11,22 +11,22 @@
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/platform/large_pages.h"
-#include "TavioIpadSDK/platform/rows_ahead.h"
-#include "TavioIpadSDK/platform/stretched_rows.h"
+#include "TavioIpadSDK/machine/large_pages.h"
+#include "TavioIpadSDK/pictures/rows_ahead.h"
 #include "TavioIpadSDK/settings/settings.h"
+#include "TavioIpadSDK/stretch/resampled_rows.h"
 
 namespace tavio::imaging {
 namespace {
 
-using platform::Picture;
-using platform::PictureRows;
+using pictures::Picture;
+using pictures::PictureRows;
 
 // Header and rows, one after the other.
 std::shared_ptr<const Bytes> bitmapFileImage() {
     const auto rows = std::span(mRawBitmapData).first(static_cast<std::size_t>(nRead));
     Bytes file;
-    platform::reserveOnLargePages(file, BMPHeader.size() + rows.size());
+    machine::reserveOnLargePages(file, BMPHeader.size() + rows.size());
     file.insert(file.end(), BMPHeader.begin(), BMPHeader.end());
     file.insert(file.end(), rows.begin(), rows.end());
     return std::make_shared<const Bytes>(std::move(file));
@@ -55,7 +55,7 @@ void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<Pict
         return convertEmpty(width, height);
     }
     const auto fitted =
-        platform::rowsAhead(platform::stretchedRows(std::move(image), width, height, &openSurface),
+        pictures::rowsAhead(stretch::resampledRows(std::move(image), width, height, &openSurface),
                             ErrorDiffusion::bestStrip());
     convert(*fitted);
 }
@@ -71,7 +71,7 @@ void fitAndConvert(std::int32_t width, std::int32_t height, const std::optional<
     if (!image || !isWhole(*image)) return convertEmpty(0, 0);
     const bool fits = image->width == width && image->height == height && image->orientation == 1;
     if (fits && !image->pixels.empty() && isPrintableSize(width, height)) return convert(*image);
-    fitAndConvert(width, height, platform::rowsOf(*image));
+    fitAndConvert(width, height, pictures::rowsOf(*image));
 }
 
 void makeBitmapFile() {
@@ -96,7 +96,7 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
 
 bool isPrintableSize(std::int32_t width, std::int32_t height) {
     constexpr std::int64_t kMostEntries = 0x7FFFFFFF;  // mDataArrayLength is a signed 32-bit count
-    return std::int64_t{width} * height <= platform::kMostPixels &&
+    return std::int64_t{width} * height <= pictures::kMostPixels &&
            paddedWidth(width) * height <= kMostEntries;
 }
 

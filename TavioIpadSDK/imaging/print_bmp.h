@@ -5,8 +5,8 @@
 #include <memory>
 #include <optional>
 
-#include "TavioIpadSDK/platform/picture.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
 namespace tavio::imaging {
 
@@ -26,8 +26,8 @@ bool isPrintableSize(std::int32_t width, std::int32_t height);
 // a lack of memory never prints black: it becomes an empty picture, which the encoder refuses with
 // its notice. Never throws.
 void PrintBMP(std::int32_t width, std::int32_t height,
-              const std::optional<platform::Picture>& image) noexcept;
+              const std::optional<pictures::Picture>& image) noexcept;
 void PrintBMP(std::int32_t width, std::int32_t height,
-              std::unique_ptr<platform::PictureRows> image) noexcept;
+              std::unique_ptr<pictures::PictureRows> image) noexcept;
 
 }  // namespace tavio::imaging

@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/uncleared_bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/uncleared_bytes.h"
 
 namespace tavio::imaging {
 
@@ -41,11 +41,11 @@ extern std::int32_t mDataArrayLength;
 // mDataArray[0 : mDataArrayLength], one entry a pixel, BLACK or WHITE; rows bottom first, each
 // mDataWidth entries, filled up with WHITE. Written by the conversions, read by
 // createRawMonochromeData.
-extern platform::UnclearedBytes mDataArray;
+extern machine::UnclearedBytes mDataArray;
 
 // mRawBitmapData[0 : mDataArrayLength / 8], one bit a pixel, rows bottom first. Sized by the
 // conversions, filled by createRawMonochromeData, read by PrintBMP.
-extern platform::UnclearedBytes mRawBitmapData;
+extern machine::UnclearedBytes mRawBitmapData;
 
 // Where the dithered conversion writes next in mDataArray; ends at mDataArrayLength. Written by
 // MakeItMonochrome only.

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/imaging/diffuse_strip.h"
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 

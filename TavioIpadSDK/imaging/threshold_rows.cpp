@@ -34,7 +34,7 @@
 
 #include "TavioIpadSDK/imaging/grey.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/threshold_rows.cpp"
@@ -257,7 +257,7 @@ void thresholdRows(std::span<const UInt32> pixels, std::int32_t width, std::span
     const auto columns = static_cast<std::size_t>(width);
     const auto padded = static_cast<std::size_t>(paddedWidth(width));
     const std::size_t rows = std::min(pixels.size() / columns, entries.size() / padded);
-    const bool isPlain = platform::instructionSet() == platform::InstructionSet::kPlain;
+    const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     if (!isPlain && HWY_DYNAMIC_DISPATCH(thresholdVectors)(pixels.data(), columns, rows, padded,
                                                            entries.data()))
         return;

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 
-// `pixels` are whole rows of `width` words, as in platform::Picture, top row first. They become as
+// `pixels` are whole rows of `width` words, as in pictures::Picture, top row first. They become as
 // many rows of paddedWidth(width) entries, the last row first, as the entries of a picture are kept:
 //
 //   pixels          entries

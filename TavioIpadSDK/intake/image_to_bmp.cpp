@@ -13,20 +13,20 @@
 
 #include "TavioIpadSDK/imaging/print_bmp.h"
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/target_size.h"
+#include "TavioIpadSDK/machine/large_pages.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
+#include "TavioIpadSDK/pictures/rows_ahead.h"
 #include "TavioIpadSDK/platform/background_queue.h"
-#include "TavioIpadSDK/platform/large_pages.h"
-#include "TavioIpadSDK/platform/open_picture.h"
 #include "TavioIpadSDK/platform/photo_library.h"
-#include "TavioIpadSDK/platform/rows_ahead.h"
+#include "TavioIpadSDK/settings/job.h"
 
 namespace tavio::intake {
 namespace {
 
+using pictures::PictureRows;
 using platform::AssetRepresentation;
 using platform::PhotoLibrary;
-using platform::PictureRows;
 
 // Rows that are decoded at once, on another core than the one that prints them.
 constexpr std::int32_t kDecodedAhead = 64;
@@ -60,7 +60,7 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
         bytesRead = std::min<std::size_t>(bytesRead, length);
     }
     Bytes file;
-    platform::reserveOnLargePages(file, bytesRead);
+    machine::reserveOnLargePages(file, bytesRead);
     file.assign(block, block + bytesRead);
     return std::make_shared<const Bytes>(std::move(file));
 }
@@ -77,7 +77,7 @@ bool loadFile(const AssetRepresentation* representation) {
     const std::uint64_t size = representation != nullptr ? representation->size() : 0;
     const Block block = allocate(size);
     if (!block) return false;
-    platform::preferLargePages(std::as_bytes(std::span(block.get(), size)));
+    machine::preferLargePages(std::as_bytes(std::span(block.get(), size)));
     imaging::myImageData = readFile(representation, block.get(), size);
     return true;
 }
@@ -92,8 +92,8 @@ bool loadAndPrint(const AssetRepresentation* representation) {
     std::unique_ptr<PictureRows> image;
     try {
         if (!loadFile(representation)) return false;
-        image = platform::openPicture(imaging::myImageData).rows;
-        if (image) image = platform::rowsAhead(std::move(image), kDecodedAhead);
+        image = pictures::openPicture(imaging::myImageData).rows;
+        if (image) image = pictures::rowsAhead(std::move(image), kDecodedAhead);
     } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
         image.reset();
     }

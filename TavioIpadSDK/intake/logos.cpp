@@ -3,10 +3,10 @@
 #include <string>
 
 #include "TavioIpadSDK/intake/image_to_bmp.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/pdf_to_bmp.h"
 #include "TavioIpadSDK/intake/routes.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 
 namespace tavio {
 

@@ -7,21 +7,21 @@
 
 #include "TavioIpadSDK/imaging/print_bmp.h"
 #include "TavioIpadSDK/intake/target_size.h"
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 #include "TavioIpadSDK/platform/canvas.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 
 namespace tavio::intake {
 namespace {
 
+using pictures::Picture;
 using platform::PdfPage;
-using platform::Picture;
 
 // The page on its canvas; none when the canvas would be too large, or memory is short.
 std::optional<Picture> drawOnCanvas(const PdfPage& page) {
-    const std::int32_t width = platform::truncateToInt32(std::ceil(page.width));
-    const std::int32_t height = platform::truncateToInt32(std::ceil(page.height));
-    if (std::int64_t{width} * height > platform::kMostPixels) return std::nullopt;
+    const std::int32_t width = machine::truncateToInt32(std::ceil(page.width));
+    const std::int32_t height = machine::truncateToInt32(std::ceil(page.height));
+    if (std::int64_t{width} * height > pictures::kMostPixels) return std::nullopt;
     try {
         platform::Canvas canvas(width, height);
         canvas.placeOpaque(page.picture, page.left, page.top);

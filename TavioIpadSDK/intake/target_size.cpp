@@ -1,12 +1,12 @@
 #include "TavioIpadSDK/intake/target_size.h"
 
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 #include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio::intake {
 namespace {
 
-using platform::truncateToInt32;
+using machine::truncateToInt32;
 
 DotSize oriented(DotSize size) {
     return PrinterOrientation == "<LM>" ? size : DotSize{size.height, size.width};

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 // The sum in two's complement: what runs over the top comes back at the bottom.
 constexpr std::int32_t wrappingAdd(std::int32_t a, std::int32_t b) {
@@ -25,4 +25,4 @@ constexpr std::int32_t truncateToInt32(double value) {
     return static_cast<std::int32_t>(value);
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

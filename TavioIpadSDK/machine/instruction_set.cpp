@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <hwy/highway.h>
 
-namespace tavio::platform {
+namespace tavio::machine {
 namespace {
 
 struct Target {
@@ -77,4 +77,4 @@ void useInstructionSet(InstructionSet set) {
     hwy::GetChosenTarget().Update(target.bit != 0 ? target.bit : availableBits());
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 enum class InstructionSet {
     kPlain,   // C++ dot by dot, on every processor
@@ -32,4 +32,4 @@ InstructionSet instructionSet();
 // leaves things as they are. Not to be called while a job is running.
 void useInstructionSet(InstructionSet set);
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

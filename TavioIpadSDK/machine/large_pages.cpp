@@ -1,9 +1,9 @@
-#include "TavioIpadSDK/platform/large_pages.h"
+#include "TavioIpadSDK/machine/large_pages.h"
 
 #include <cstdint>
 #include <sys/mman.h>
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 void preferLargePages(std::span<const std::byte> memory) {
     constexpr std::uintptr_t kLargePage = std::uintptr_t{1} << 21;
@@ -15,4 +15,4 @@ void preferLargePages(std::span<const std::byte> memory) {
     ::madvise(aligned, end - first, MADV_HUGEPAGE);  // where it is refused, small pages do
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

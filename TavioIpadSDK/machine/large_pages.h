@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 // Asks the system to back this memory, none of it used yet, with large pages, so that touching it
 // for the first time takes hundreds of times fewer interruptions: without, a page of dots takes
@@ -19,4 +19,4 @@ void reserveOnLargePages(Array& array, std::size_t size) {
     preferLargePages(std::as_bytes(unused));
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/regular_file.h"
+#include "TavioIpadSDK/machine/regular_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 std::unique_ptr<RegularFile> RegularFile::open(const std::string& path) {
     // A path that C calls would cut short at a NUL byte would name another file.
@@ -44,4 +44,4 @@ std::optional<std::size_t> RegularFile::read(std::span<Byte> into, std::uint64_t
     return used;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

@@ -8,9 +8,9 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 class RegularFile {
   public:
@@ -36,4 +36,4 @@ class RegularFile {
     int descriptor_;
 };
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::machine {
 
 // As std::allocator, but what is made without a value is left as the memory happened to be.
 template <typename T>
@@ -39,4 +39,4 @@ inline bool operator==(const UnclearedBytes& a, const Bytes& b) {
     return std::ranges::equal(a, b);
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::machine

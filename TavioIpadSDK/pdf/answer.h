@@ -17,9 +17,9 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 
-namespace tavio::platform::pdf {
+namespace tavio::pdf {
 
 inline constexpr std::uint32_t kAnswerMagic = 0x47505654;  // reads TVPG in memory
 inline constexpr std::uint32_t kAnswerVersion = 1;
@@ -80,11 +80,11 @@ inline AnswerHeader drawnHeader(double x, double y, double width, double height)
     header.y = y;
     header.width = width;
     header.height = height;
-    header.left = truncateToInt32(box.left);
-    header.top = truncateToInt32(box.top);
+    header.left = machine::truncateToInt32(box.left);
+    header.top = machine::truncateToInt32(box.top);
     header.columns = static_cast<std::uint32_t>(box.columns);
     header.rows = static_cast<std::uint32_t>(box.rows);
     return header;
 }
 
-}  // namespace tavio::platform::pdf
+}  // namespace tavio::pdf

@@ -12,20 +12,19 @@
 #include <utility>
 #include <vector>
 
-#include "TavioIpadSDK/platform/pdf_answer.h"
-#include "TavioIpadSDK/platform/pdf_helper_process.h"
+#include "TavioIpadSDK/pdf/answer.h"
+#include "TavioIpadSDK/pdf/helper_process.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 
-namespace tavio::platform {
+namespace tavio::pdf {
 
 namespace {
 
-using pdf::Answer;
-using pdf::AnswerHeader;
-using pdf::Deadline;
-using pdf::Descriptor;
-using pdf::Ending;
-using pdf::HelperProcess;
+using platform::PdfLimits;
+using platform::PdfOutcome;
+using platform::PdfPage;
+using platform::PdfPageResult;
+using platform::Url;
 
 constexpr const char* kHelperName = "tavio-pdf-page";
 constexpr int kLibrariesMissing = 127;  // how the dynamic loader ends a program it cannot load
@@ -121,11 +120,12 @@ PdfOutcome outcomeOf(const Ending& ending, const PdfLimits& limits) {
 // Whether every field of a drawn page's header is what its crop box makes it.
 bool inForm(const AnswerHeader& header, const PdfLimits& limits) {
     if (!std::isfinite(header.x) || !std::isfinite(header.y)) return false;
-    if (!pdf::sidesAllowed(header.width, header.height, limits.mostPointsPerSide)) return false;
-    const pdf::PixelBox box = pdf::pixelBox(header.x, header.y, header.width, header.height);
+    if (!sidesAllowed(header.width, header.height, limits.mostPointsPerSide)) return false;
+    const PixelBox box = pixelBox(header.x, header.y, header.width, header.height);
     if (!(box.columns >= 1 && box.rows >= 1)) return false;
-    if (!(box.columns * box.rows <= static_cast<double>(kMostPixels))) return false;
-    return header.left == truncateToInt32(box.left) && header.top == truncateToInt32(box.top) &&
+    if (!(box.columns * box.rows <= static_cast<double>(pictures::kMostPixels))) return false;
+    return header.left == machine::truncateToInt32(box.left) &&
+           header.top == machine::truncateToInt32(box.top) &&
            static_cast<double>(header.columns) == box.columns &&
            static_cast<double>(header.rows) == box.rows;
 }
@@ -144,7 +144,7 @@ PdfPage blankPage(const AnswerHeader& header) {
     return page;
 }
 
-bool isOpaque(const Picture& picture) {
+bool isOpaque(const pictures::Picture& picture) {
     return std::ranges::all_of(picture.pixels, [](UInt32 pixel) { return pixel >> 24 == 255; });
 }
 
@@ -157,7 +157,7 @@ class AnswerReader {
     PdfPageResult read() {
         AnswerHeader header;
         if (!fill(std::as_writable_bytes(std::span(&header, 1)))) return refused(failure_);
-        if (header.magic != pdf::kAnswerMagic || header.version != pdf::kAnswerVersion) {
+        if (header.magic != kAnswerMagic || header.version != kAnswerVersion) {
             return refused(PdfOutcome::kHelperFailed);
         }
         if (header.outcome != Answer::kDrawn) return refused(outcomeOf(header.outcome));
@@ -211,15 +211,18 @@ PdfPageResult drawWithHelper(const Url& url, const PdfLimits& limits, const std:
 }
 
 }  // namespace
+}  // namespace tavio::pdf
+
+namespace tavio::platform {
 
 PdfPageResult drawPdfPageWithHelper(const Url& url, const PdfLimits& limits,
                                     const std::string& helper) noexcept {
     try {
-        return drawWithHelper(url, limits, helper);
+        return pdf::drawWithHelper(url, limits, helper);
     } catch (const std::bad_alloc&) {
-        return refused(PdfOutcome::kMemoryLimit);
+        return pdf::refused(PdfOutcome::kMemoryLimit);
     } catch (...) {
-        return refused(PdfOutcome::kHelperFailed);
+        return pdf::refused(PdfOutcome::kHelperFailed);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/pdf_helper_process.h"
+#include "TavioIpadSDK/pdf/helper_process.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace tavio::platform::pdf {
+namespace tavio::pdf {
 
 namespace {
 
@@ -238,4 +238,4 @@ Ending HelperProcess::stopAndReap() {
     return ending;
 }
 
-}  // namespace tavio::platform::pdf
+}  // namespace tavio::pdf

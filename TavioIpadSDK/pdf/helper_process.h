@@ -9,7 +9,7 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace tavio::platform::pdf {
+namespace tavio::pdf {
 
 // Closes a file descriptor at the end of its scope; a negative number is none.
 class Descriptor {
@@ -81,4 +81,4 @@ class HelperProcess {
     Descriptor answer_;  // the pipe's reading end
 };
 
-}  // namespace tavio::platform::pdf
+}  // namespace tavio::pdf

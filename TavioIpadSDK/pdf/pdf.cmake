@@ -1,9 +1,8 @@
-# Pages of PDF documents: the adapter in the library, and the program that draws them.
+# Pages of PDF documents: what the library has of them, and the program that draws them.
 
 target_sources(tavio_sdk PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/pdf_helper.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/pdf_helper_process.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/pdf_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/helper_process.cpp
 )
 
 # The program's folder in the build tree.
@@ -12,15 +11,15 @@ if(TAVIO_BUILD_PROGRAMS)
   set(built "$<TARGET_FILE_DIR:tavio-pdf-page>")
 endif()
 
-# Where the adapter looks for the program when it does not lie beside the running one.
+# Where the library looks for the program when it does not lie beside the running one.
 file(RELATIVE_PATH TAVIO_PDF_HELPER_FROM_PROGRAM
      "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio")
-set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/pdf_helper.cpp PROPERTIES
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp PROPERTIES
   COMPILE_DEFINITIONS
   "TAVIO_PDF_HELPER_FROM_PROGRAM=\"${TAVIO_PDF_HELPER_FROM_PROGRAM}\";TAVIO_PDF_HELPER_INSTALLED=\"${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio\";TAVIO_PDF_HELPER_BUILT=\"${built}\"")
 
 if(TAVIO_BUILD_PROGRAMS)
-  add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/pdf-helper)
+  add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/helper)
   # Whoever builds something that prints pages can then also run it.
   add_dependencies(tavio_sdk tavio-pdf-page)
 endif()

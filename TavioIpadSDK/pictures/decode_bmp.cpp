@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/decode_bmp.h"
+#include "TavioIpadSDK/pictures/decode_bmp.h"
 
 #include <array>
 #include <bit>
@@ -8,13 +8,13 @@
 #include <string>
 #include <utility>
 
-#include "TavioIpadSDK/platform/decode_bmp_header.h"
-#include "TavioIpadSDK/platform/decode_bmp_rle.h"
-#include "TavioIpadSDK/platform/decode_jpeg.h"
-#include "TavioIpadSDK/platform/decode_png.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/decode_bmp_header.h"
+#include "TavioIpadSDK/pictures/decode_bmp_rle.h"
+#include "TavioIpadSDK/pictures/decode_jpeg.h"
+#include "TavioIpadSDK/pictures/decode_png.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr std::uint64_t kRowAlignmentBits = 32;
@@ -184,4 +184,4 @@ OpenedFile openBmp(std::span<const Byte> file) {
     return {std::make_unique<PlainBmp>(std::move(header)), {}};
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

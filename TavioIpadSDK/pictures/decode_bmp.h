@@ -3,10 +3,10 @@
 
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/stored_picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // True when the file begins like a BMP file.
 bool looksLikeBmp(std::span<const Byte> file);
@@ -19,4 +19,4 @@ bool looksLikeBmp(std::span<const Byte> file);
 // Throws std::bad_alloc.
 OpenedFile openBmp(std::span<const Byte> file);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,11 +1,11 @@
-#include "TavioIpadSDK/platform/decode_bmp_header.h"
+#include "TavioIpadSDK/pictures/decode_bmp_header.h"
 
 #include <algorithm>
 #include <optional>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr std::size_t kFileHeaderBytes = 14;
@@ -200,4 +200,4 @@ BmpHeaderRead readBmpHeader(std::span<const Byte> file) {
     return HeaderReader(file).read();
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 enum class BmpCoding { kPlain, kRunLength8, kRunLength4, kJpeg, kPng };
 
@@ -35,4 +35,4 @@ struct BmpHeaderRead {
 // `file`: begins with "BM".
 BmpHeaderRead readBmpHeader(std::span<const Byte> file);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,10 +1,10 @@
-#include "TavioIpadSDK/platform/decode_bmp_rle.h"
+#include "TavioIpadSDK/pictures/decode_bmp_rle.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr Byte kEndOfLine = 0;
@@ -118,4 +118,4 @@ std::string readBmpRuns(const BmpHeader& header, std::span<UInt32> pixels) {
     return RunReader(header, pixels).read();
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

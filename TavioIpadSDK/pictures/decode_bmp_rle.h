@@ -4,10 +4,10 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/decode_bmp_header.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/decode_bmp_header.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // Fills `pixels` (header.width * header.height, all 0 before, row 0 at the top) from header.data.
 // Returns an empty text, or why the data is refused: it writes outside of the picture, uses an
@@ -15,4 +15,4 @@ namespace tavio::platform {
 // the header states the size of the data.
 std::string readBmpRuns(const BmpHeader& header, std::span<UInt32> pixels);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

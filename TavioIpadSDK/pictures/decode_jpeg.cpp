@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/decode_jpeg.h"
+#include "TavioIpadSDK/pictures/decode_jpeg.h"
 
 #include <algorithm>
 #include <array>
@@ -16,10 +16,10 @@
 
 #include <jpeglib.h>
 
-#include "TavioIpadSDK/platform/exif_orientation.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/exif_orientation.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr int kExifMarker = JPEG_APP0 + 1;
@@ -207,4 +207,4 @@ OpenedFile openJpeg(std::span<const Byte> file) {
     return {std::make_unique<JpegPicture>(std::move(reader)), {}};
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

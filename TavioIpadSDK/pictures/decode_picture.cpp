@@ -1,12 +1,13 @@
-#include "TavioIpadSDK/platform/decode_picture.h"
+#include "TavioIpadSDK/pictures/decode_picture.h"
 
 #include <exception>
 #include <utility>
 
-#include "TavioIpadSDK/platform/picture_rows.h"
-#include "TavioIpadSDK/platform/stored_picture.h"
+#include "TavioIpadSDK/pictures/open_file.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 DecodedPicture decode(std::span<const Byte> file) {
@@ -30,4 +31,4 @@ DecodedPicture decodePicture(std::span<const Byte> file) noexcept {
     }
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -5,10 +5,10 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // A decoded picture, or why there is none.
 struct DecodedPicture {
@@ -23,4 +23,4 @@ struct DecodedPicture {
 // format or of more than kMostPixels pixels is no picture, not half a picture. Never throws.
 DecodedPicture decodePicture(std::span<const Byte> file) noexcept;
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/decode_png.h"
+#include "TavioIpadSDK/pictures/decode_png.h"
 
 #include <algorithm>
 #include <array>
@@ -14,10 +14,10 @@
 
 #include <png.h>
 
-#include "TavioIpadSDK/platform/exif_orientation.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/exif_orientation.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr std::array<Byte, 8> kSignature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
@@ -209,4 +209,4 @@ OpenedFile openPng(std::span<const Byte> file) {
     return {std::make_unique<PngPicture>(std::move(reader), orientationOf(file)), {}};
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -3,10 +3,10 @@
 
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/stored_picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // True when the file begins like a PNG file.
 bool looksLikePng(std::span<const Byte> file);
@@ -17,4 +17,4 @@ bool looksLikePng(std::span<const Byte> file);
 // std::bad_alloc.
 OpenedFile openPng(std::span<const Byte> file);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,10 +1,10 @@
-#include "TavioIpadSDK/platform/exif_orientation.h"
+#include "TavioIpadSDK/pictures/exif_orientation.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr std::size_t kEntryBytes = 12;
@@ -68,4 +68,4 @@ int exifOrientation(std::span<const Byte> exif) {
     return 1;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

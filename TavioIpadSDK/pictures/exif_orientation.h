@@ -3,9 +3,9 @@
 
 #include <span>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // `exif`: the block from its byte order mark ("II" or "MM") on, as a PNG's eXIf holds it and a
 // JPEG's APP1 holds it behind "Exif\0\0".
@@ -14,4 +14,4 @@ namespace tavio::platform {
 // malformed.
 int exifOrientation(std::span<const Byte> exif);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/open_picture.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,9 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "TavioIpadSDK/platform/stored_picture.h"
+#include "TavioIpadSDK/pictures/open_file.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
+#include "TavioIpadSDK/pictures/upright.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 constexpr int kUpright = 1;
@@ -148,4 +150,4 @@ OpenedPicture openPicture(std::shared_ptr<const Bytes> file) noexcept {
     }
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // The rows of a picture file, or why there are none.
 struct OpenedPicture {
@@ -33,4 +33,4 @@ struct OpenedPicture {
 // run-length coded picture are asked for first. Never throws.
 OpenedPicture openPicture(std::shared_ptr<const Bytes> file) noexcept;
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // More pixels than this are refused before memory is taken for them (1 GiB at 4 bytes each).
 inline constexpr std::int64_t kMostPixels = std::int64_t{1} << 28;
@@ -30,12 +30,4 @@ constexpr UInt32 premultipliedPixel(unsigned red, unsigned green, unsigned blue,
     return scaled(red) | (scaled(green) << 8) | (scaled(blue) << 16) | (alpha << 24);
 }
 
-// The size of the picture once it stands upright: swapped for orientations 5 to 8.
-std::int32_t uprightWidth(const Picture& picture);
-std::int32_t uprightHeight(const Picture& picture);
-
-// The same picture with its pixels turned so that its orientation is 1. Exact: no pixel changes its
-// value. The memory of an already upright picture is moved, not copied.
-Picture upright(Picture picture);
-
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

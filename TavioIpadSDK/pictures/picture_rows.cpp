@@ -1,12 +1,12 @@
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <vector>
 
-#include "TavioIpadSDK/platform/upright_view.h"
+#include "TavioIpadSDK/pictures/upright.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 class RowsInMemory : public PictureRows {
@@ -58,4 +58,4 @@ std::unique_ptr<PictureRows> rowsOf(const Picture& picture) {
     return std::make_unique<RowsInMemory>(uprightView(picture));
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -7,9 +7,9 @@
 #include <span>
 #include <stdexcept>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // An upright picture, its top row first. Its rows are asked for once, from one thread at a time.
 class PictureRows {
@@ -43,4 +43,4 @@ struct DamagedPicture : std::runtime_error {
 // are not copied. The picture must outlive the rows, unchanged.
 std::unique_ptr<PictureRows> rowsOf(const Picture& picture);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/rows_ahead.h"
+#include "TavioIpadSDK/pictures/rows_ahead.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 // A thread is started and ended in the time that some ten thousand pixels take.
@@ -137,4 +137,4 @@ std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std:
     }
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <memory>
 
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // The rows of `source`, made ahead by a thread of their own while those before them are being used:
 //
@@ -21,4 +21,4 @@ namespace tavio::platform {
 // is given back as it is.
 std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std::int32_t strip);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

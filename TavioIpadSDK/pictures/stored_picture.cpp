@@ -1,20 +1,9 @@
-#include "TavioIpadSDK/platform/stored_picture.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
 #include <cstddef>
 #include <vector>
 
-#include "TavioIpadSDK/platform/decode_bmp.h"
-#include "TavioIpadSDK/platform/decode_jpeg.h"
-#include "TavioIpadSDK/platform/decode_png.h"
-
-namespace tavio::platform {
-
-OpenedFile openFile(std::span<const Byte> file) {
-    if (looksLikePng(file)) return openPng(file);
-    if (looksLikeJpeg(file)) return openJpeg(file);
-    if (looksLikeBmp(file)) return openBmp(file);
-    return {nullptr, "the file is neither a PNG nor a JPEG nor a BMP"};
-}
+namespace tavio::pictures {
 
 Picture readWhole(StoredPicture& stored) {
     const auto count =
@@ -25,4 +14,4 @@ Picture readWhole(StoredPicture& stored) {
     return picture;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

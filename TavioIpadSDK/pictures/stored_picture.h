@@ -1,6 +1,7 @@
 // A picture file that has been opened, and whose pixels are decoded as far as they are asked for.
 //
 //   decode_png.h, decode_jpeg.h, decode_bmp.h    each opens the files of its format
+//       open_file.h                              opens a file of any of them
 //       decode_picture.h                         reads all of one into memory
 //       open_picture.h                           hands it out upright, a few rows at a time
 #pragma once
@@ -10,10 +11,10 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // The pixels as they are stored, not turned upright. Used by one thread at a time.
 class StoredPicture {
@@ -51,11 +52,7 @@ struct OpenedFile {
     std::string why;
 };
 
-// Opens a PNG, JPEG or BMP file, recognised by content. Nothing is copied: the file must outlive
-// the picture. Throws std::bad_alloc.
-OpenedFile openFile(std::span<const Byte> file);
-
 // All of a picture that nothing has been read of yet. Throws as StoredPicture::read.
 Picture readWhole(StoredPicture& stored);
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

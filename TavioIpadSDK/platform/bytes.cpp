@@ -5,13 +5,13 @@
 #include <span>
 #include <sys/stat.h>
 
-#include "TavioIpadSDK/platform/regular_file.h"
+#include "TavioIpadSDK/machine/regular_file.h"
 
 namespace tavio::platform {
 namespace {
 
 // Reads to the end of the file. The size it had at first is only a first guess: files grow.
-std::optional<Bytes> readToEnd(const RegularFile& file) {
+std::optional<Bytes> readToEnd(const machine::RegularFile& file) {
     constexpr std::size_t kStep = std::size_t{1} << 16;
     Bytes bytes(static_cast<std::size_t>(file.size()) + 1);
     std::size_t used = 0;
@@ -36,7 +36,7 @@ bool fileExists(const std::string& path) {
 
 std::optional<Bytes> readWholeFile(const std::string& path) noexcept {
     try {
-        const auto file = RegularFile::open(path);
+        const auto file = machine::RegularFile::open(path);
         return file ? readToEnd(*file) : std::nullopt;
     } catch (const std::exception&) {  // no memory for it
         return std::nullopt;

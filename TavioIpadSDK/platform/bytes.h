@@ -1,18 +1,10 @@
-// Byte containers, and reading a whole file into one.
+// Reading a whole file into memory.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
-namespace tavio {
-
-using Byte = std::uint8_t;     // one unsigned 8-bit value
-using UInt32 = std::uint32_t;  // one unsigned 32-bit value
-using Bytes = std::vector<Byte>;
-
-}  // namespace tavio
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::platform {
 

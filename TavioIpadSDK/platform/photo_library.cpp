@@ -5,7 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "TavioIpadSDK/platform/regular_file.h"
+#include "TavioIpadSDK/machine/regular_file.h"
+#include "TavioIpadSDK/platform/bytes.h"
 
 namespace tavio::platform {
 namespace {
@@ -47,7 +48,8 @@ class BytesRepresentation : public AssetRepresentation {
 // A picture file on disk, held open: it stays the same file whatever becomes of its name.
 class FileRepresentation : public AssetRepresentation {
   public:
-    explicit FileRepresentation(std::unique_ptr<RegularFile> file) : file_(std::move(file)) {}
+    explicit FileRepresentation(std::unique_ptr<machine::RegularFile> file)
+        : file_(std::move(file)) {}
 
     std::uint64_t size() const override { return file_->size(); }
 
@@ -63,7 +65,7 @@ class FileRepresentation : public AssetRepresentation {
     }
 
   private:
-    std::unique_ptr<RegularFile> file_;
+    std::unique_ptr<machine::RegularFile> file_;
 };
 
 // The largest picture there may be takes 1 GiB when nothing of it is compressed. A photo that memory
@@ -130,7 +132,7 @@ void FolderPhotoLibrary::assetForURL(const Url& url, AssetResultHandler onResult
         onResult(nullptr);
         return;
     }
-    auto file = RegularFile::open(path);
+    auto file = machine::RegularFile::open(path);
     Byte first = 0;
     if (!file || !file->read({&first, 1}, 0)) {
         onFailure(kUnreadable);

@@ -10,7 +10,7 @@
 #include <span>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/platform/url.h"
 
 namespace tavio::platform {

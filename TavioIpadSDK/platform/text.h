@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio {
 

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/intake/job.h"
+#include "TavioIpadSDK/settings/job.h"
 
 namespace tavio {
 

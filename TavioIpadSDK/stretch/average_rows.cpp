@@ -13,33 +13,33 @@
 // Proof that cutting this to a whole number is exact for T of up to 2^26: with the 1/2, which S has
 // room for, the exact value is 2^-17 / T or more, so 2^-43, away from a whole number, and it is at
 // most 2^8. The factor and the product err by a 2^53rd part each, together by at most 2^-44.
-#include "TavioIpadSDK/platform/stretch_average_rows.h"
+#include "TavioIpadSDK/stretch/average_rows.h"
 
 #include <algorithm>
 #include <array>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
-#include "TavioIpadSDK/platform/stretch_axis.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
+#include "TavioIpadSDK/stretch/axis.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "TavioIpadSDK/platform/stretch_average_rows.cpp"
+#define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/average_rows.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 #ifndef TAVIO_STRETCH_AVERAGE_ROWS_ONCE
 #define TAVIO_STRETCH_AVERAGE_ROWS_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 constexpr std::uint64_t kMostTotal = 1 << 26;
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace tavio::platform::HWY_NAMESPACE {
+namespace tavio::stretch::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
@@ -98,11 +98,11 @@ void averageBlocks(const SumBlock* /*sums*/, double /*constant*/, double /*facto
 
 #endif
 
-}  // namespace tavio::platform::HWY_NAMESPACE
+}  // namespace tavio::stretch::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 HWY_EXPORT(addBlocks);
@@ -120,12 +120,13 @@ void addPlainly(const PassedRow& row, double weight, std::vector<SumBlock>& sums
 void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
     sums_.resize(row.blocks.size());
     const auto factor = static_cast<double>(weight);
-    if (instructionSet() == InstructionSet::kPlain) return addPlainly(row, factor, sums_);
+    if (machine::instructionSet() == machine::InstructionSet::kPlain)
+        return addPlainly(row, factor, sums_);
     HWY_DYNAMIC_DISPATCH(addBlocks)(row.blocks.data(), factor, sums_.size(), sums_.data());
 }
 
 void AverageRows::average(std::span<UInt32> target) {
-    if (total_ > kMostTotal || instructionSet() == InstructionSet::kPlain) {
+    if (total_ > kMostTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
         averagePlainly(target);
     } else {
         averageInVectors(target);
@@ -161,5 +162,5 @@ void AverageRows::averageInVectors(std::span<UInt32> target) const {
     std::copy_n(last.begin(), rest.size(), rest.begin());
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif

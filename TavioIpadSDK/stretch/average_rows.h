@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/platform/stretch_passed_row.h"
+#include "TavioIpadSDK/stretch/passed_row.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 // Weighted sums of PassedBlocks.
 struct alignas(64) SumBlock {
@@ -35,4 +35,4 @@ class AverageRows {
     std::vector<SumBlock> sums_;  // empty when nothing has been added
 };
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

@@ -6,7 +6,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 // A target pixel of a direction that grows: the blend of source pixels `first` and `first` + 1. The
 // second one has weight `beyond`, the first one the rest of Axis::total(). With `beyond` 0 the second
@@ -90,4 +90,4 @@ class Divider {
     std::uint64_t reciprocal_;
 };
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

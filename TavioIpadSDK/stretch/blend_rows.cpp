@@ -28,24 +28,24 @@
 // In double it is exact for T of up to 2^24: e is a multiple of 1/T. The share errs by a 2^53rd part,
 // so the product by at most 2^-29, and roundings add at most 2^-29 each. With 2^-26 added, the double
 // is above e by more than nothing and by less than 2^-25, so no whole number lies between the two.
-#include "TavioIpadSDK/platform/stretch_blend_rows.h"
+#include "TavioIpadSDK/stretch/blend_rows.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
-#include "TavioIpadSDK/platform/stretch_axis.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
+#include "TavioIpadSDK/stretch/axis.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "TavioIpadSDK/platform/stretch_blend_rows.cpp"
+#define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/blend_rows.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 #ifndef TAVIO_STRETCH_BLEND_ROWS_ONCE
 #define TAVIO_STRETCH_BLEND_ROWS_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 // Blocks of both rows, and the share that the lower one has in the blend.
@@ -62,11 +62,11 @@ constexpr float kToHalves = 1 << (kFractionBits + 8);  // from here on floats ar
 constexpr std::uint64_t kMostTotal = 1 << 24;
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace tavio::platform::HWY_NAMESPACE {
+namespace tavio::stretch::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
@@ -176,11 +176,11 @@ void blendVectors(const RowPair& /*rows*/, std::size_t /*blocks*/, bool /*areOpa
 
 #endif
 
-}  // namespace tavio::platform::HWY_NAMESPACE
+}  // namespace tavio::stretch::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 HWY_EXPORT(blendVectors);
@@ -207,7 +207,7 @@ void blendPlainly(const PassedRow& upper, const PassedRow& lower, std::uint64_t 
 
 void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
                std::uint64_t total, std::span<UInt32> target) {
-    if (total > kMostTotal || instructionSet() == InstructionSet::kPlain)
+    if (total > kMostTotal || machine::instructionSet() == machine::InstructionSet::kPlain)
         return blendPlainly(upper, lower, beyond, total, target);
     const bool areOpaque = upper.isOpaque && lower.isOpaque;
     const double share = static_cast<double>(beyond) / static_cast<double>(total);
@@ -223,5 +223,5 @@ void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t bey
     std::copy_n(last.begin(), rest.size(), rest.begin());
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif

@@ -24,22 +24,22 @@
 //     loaded         a b c d e f g h          b c d e f g h i
 //     first - base   0 0 0 1 1 2 2 2          0 0 0 1 1 2 2 2
 //     neighbours     a a a b b c c c          b b b c c d d d
-#include "TavioIpadSDK/platform/stretch_grow_columns.h"
+#include "TavioIpadSDK/stretch/grow_columns.h"
 
 #include <algorithm>
 #include <array>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "TavioIpadSDK/platform/stretch_grow_columns.cpp"
+#define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/grow_columns.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 #ifndef TAVIO_STRETCH_GROW_COLUMNS_ONCE
 #define TAVIO_STRETCH_GROW_COLUMNS_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 // Columns as GrowColumns keeps them.
@@ -54,11 +54,11 @@ constexpr int kRestBits = 24;
 constexpr std::uint64_t kMostTotal = (1 << 17) - 1;
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace tavio::platform::HWY_NAMESPACE {
+namespace tavio::stretch::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
@@ -129,11 +129,11 @@ void growVectors(const UInt32* /*row*/, std::size_t /*pixels*/, const GrownColum
 
 #endif
 
-}  // namespace tavio::platform::HWY_NAMESPACE
+}  // namespace tavio::stretch::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 HWY_EXPORT(growVectors);
@@ -166,7 +166,7 @@ GrowColumns::GrowColumns(const Axis& axis)
 void GrowColumns::pass(std::span<const UInt32> row, PassedRow& passed) const {
     passed.isOpaque = isOpaque(row);
     passed.blocks.resize(blocksOf(columns_));
-    if (!hasVectorForm_ || instructionSet() == InstructionSet::kPlain)
+    if (!hasVectorForm_ || machine::instructionSet() == machine::InstructionSet::kPlain)
         return passPlainly(row, passed);
     std::array<UInt32, kFewestPixels> filled{};
     if (row.size() < kFewestPixels) {
@@ -196,5 +196,5 @@ void GrowColumns::passPlainly(std::span<const UInt32> row, PassedRow& passed) co
     }
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif

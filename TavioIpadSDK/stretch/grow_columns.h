@@ -6,10 +6,10 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/platform/stretch_axis.h"
-#include "TavioIpadSDK/platform/stretch_passed_row.h"
+#include "TavioIpadSDK/stretch/axis.h"
+#include "TavioIpadSDK/stretch/passed_row.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 class GrowColumns {
   public:
@@ -32,4 +32,4 @@ class GrowColumns {
     std::vector<std::int32_t> rest_;     // and what it lacks, in units of 2^-40
 };
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 inline constexpr std::size_t kChannels = 4;  // red, green, blue, alpha
 
@@ -51,4 +51,4 @@ inline bool isOpaque(std::span<const UInt32> row) {
     return all == 0xFF000000;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

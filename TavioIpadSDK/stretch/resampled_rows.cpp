@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/stretched_rows.h"
+#include "TavioIpadSDK/stretch/resampled_rows.h"
 
 #include <algorithm>
 #include <array>
@@ -8,15 +8,18 @@
 #include <variant>
 #include <vector>
 
-#include "TavioIpadSDK/platform/stretch_average_rows.h"
-#include "TavioIpadSDK/platform/stretch_axis.h"
-#include "TavioIpadSDK/platform/stretch_blend_rows.h"
-#include "TavioIpadSDK/platform/stretch_grow_columns.h"
-#include "TavioIpadSDK/platform/stretch_passed_row.h"
-#include "TavioIpadSDK/platform/stretch_shrink_columns.h"
+#include "TavioIpadSDK/stretch/average_rows.h"
+#include "TavioIpadSDK/stretch/axis.h"
+#include "TavioIpadSDK/stretch/blend_rows.h"
+#include "TavioIpadSDK/stretch/grow_columns.h"
+#include "TavioIpadSDK/stretch/passed_row.h"
+#include "TavioIpadSDK/stretch/shrink_columns.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
+
+using pictures::DamagedPicture;
+using pictures::PictureRows;
 
 // So many rows are asked of the source at once.
 constexpr std::int32_t kSourceRows = 16;
@@ -188,15 +191,15 @@ class StretchedRows : public PictureRows {
 
 }  // namespace
 
-std::unique_ptr<PictureRows> stretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width,
+std::unique_ptr<PictureRows> resampledRows(std::unique_ptr<PictureRows> source, std::int32_t width,
                                            std::int32_t height, std::vector<UInt32>* surface) {
     if (width <= 0 || height <= 0 || source->width() <= 0) return std::make_unique<NoRows>();
     const std::int64_t sourcePixels = std::int64_t{source->width()} * source->height();
-    if (std::max(sourcePixels, std::int64_t{width} * height) > kMostPixels)
+    if (std::max(sourcePixels, std::int64_t{width} * height) > pictures::kMostPixels)
         throw std::length_error("a picture has too many pixels to be stretched");
     if (width == source->width() && height == source->height())
         return std::make_unique<UnchangedRows>(std::move(source), surface);
     return std::make_unique<StretchedRows>(std::move(source), width, height, surface);
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

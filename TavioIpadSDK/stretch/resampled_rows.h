@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 // The rows of `source`, stretched to exactly width * height pixels: each direction on its own,
 // nothing kept in proportion, cropped, centred or letter-boxed. Where a direction shrinks, every
@@ -16,7 +16,7 @@ namespace tavio::platform {
 // has that size already comes through bit for bit; a picture of one colour stays exactly that
 // colour; colours stay premultiplied.
 //
-//   const auto rows = stretchedRows(rowsOf(picture), 5100, 6600);
+//   const auto rows = resampledRows(rowsOf(picture), 5100, 6600);
 //   for (auto strip = rows->next(31); !strip.empty(); strip = rows->next(31)) print(strip);
 //
 // next(most) gives exactly as many rows as are asked for, fewer only at the end. It passes on what
@@ -28,8 +28,8 @@ namespace tavio::platform {
 //
 // width, height: when either is 0 or less, or the source is empty, there are no rows and the size is
 // 0 x 0. Throws std::length_error when either picture has more than kMostPixels pixels.
-std::unique_ptr<PictureRows> stretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width,
-                                           std::int32_t height,
-                                           std::vector<UInt32>* surface = nullptr);
+std::unique_ptr<pictures::PictureRows> resampledRows(std::unique_ptr<pictures::PictureRows> source,
+                                                     std::int32_t width, std::int32_t height,
+                                                     std::vector<UInt32>* surface = nullptr);
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

@@ -22,21 +22,21 @@
 // number. It is below 2^24; the factor errs by a 2^53rd part and so the product by at most 2^-29, the
 // constant by far less, and rounding product and sum, or both in one, adds at most 2^-29 and 2^-29.
 // Adding kAdded, which leaves the sum below 2^24, to the constant changes none of this.
-#include "TavioIpadSDK/platform/stretch_shrink_columns.h"
+#include "TavioIpadSDK/stretch/shrink_columns.h"
 
 #include <algorithm>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "TavioIpadSDK/platform/stretch_shrink_columns.cpp"
+#define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/shrink_columns.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 #ifndef TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
 #define TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 // Columns as ShrinkColumns keeps them; the pixel and part of one edge more than there are columns.
@@ -51,11 +51,11 @@ struct ShrunkColumns {
 constexpr std::uint64_t kMostTotal = 1 << 20;
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace tavio::platform::HWY_NAMESPACE {
+namespace tavio::stretch::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
@@ -138,11 +138,11 @@ void shrinkVectors(std::span<const UInt32> /*row*/, const ShrunkColumns& /*colum
 
 #endif
 
-}  // namespace tavio::platform::HWY_NAMESPACE
+}  // namespace tavio::stretch::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 HWY_EXPORT(shrinkVectors);
@@ -167,7 +167,7 @@ ShrinkColumns::ShrinkColumns(const Axis& axis)
 void ShrinkColumns::pass(std::span<const UInt32> row, PassedRow& passed) {
     passed.isOpaque = isOpaque(row);
     passed.blocks.resize(blocksOf(columns_));
-    if (!hasVectorForm_ || instructionSet() == InstructionSet::kPlain)
+    if (!hasVectorForm_ || machine::instructionSet() == machine::InstructionSet::kPlain)
         return passPlainly(row, passed);
     const auto total = static_cast<double>(total_);
     const std::uint64_t rounding = total_ / 2;
@@ -198,5 +198,5 @@ void ShrinkColumns::passPlainly(std::span<const UInt32> row, PassedRow& passed) 
     }
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch
 #endif

@@ -7,10 +7,10 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/platform/stretch_axis.h"
-#include "TavioIpadSDK/platform/stretch_passed_row.h"
+#include "TavioIpadSDK/stretch/axis.h"
+#include "TavioIpadSDK/stretch/passed_row.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 
 class ShrinkColumns {
   public:
@@ -36,4 +36,4 @@ class ShrinkColumns {
     std::vector<Sums> within_;  // of each column: the weighted sum of the pixels that it covers
 };
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

@@ -3,11 +3,11 @@
 #include <TavioIpadSDK/TavioIpadSDK.h>
 #include <filesystem>
 #include <iostream>
-#include <links/file_link.h>
-#include <links/preview_link.h>
-#include <links/transport_operations.h>
 #include <memory>
 #include <string>
+#include <tavio/links/file_link.h>
+#include <tavio/links/transport_operations.h>
+#include <tavio/preview/preview_link.h>
 
 using namespace tavio;
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/encoder/parse_bmp.h"
-#include "TavioIpadSDK/intake/job.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 

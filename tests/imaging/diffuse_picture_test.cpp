@@ -22,7 +22,7 @@ TEST(DiffusePicture, EqualsItsLiteralTwinOnOneAndTwoCores) {
     for (std::size_t i = 0; i < std::size(widths); ++i) {
         SCOPED_TRACE(testing::Message() << widths[i] << " x " << heights[i]);
         const int kind = test::between(random, 0, test::kKinds - 1);
-        const platform::Picture picture = test::pictureOfKind(random, kind, widths[i], heights[i]);
+        const pictures::Picture picture = test::pictureOfKind(random, kind, widths[i], heights[i]);
         const Bytes expected = test::ditherLiterally(picture);
         test::withEachInstructionSet([&] {
             Bytes entries(expected.size(), 0xA5);

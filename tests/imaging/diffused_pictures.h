@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 #include "support/random_picture.h"
 
 namespace tavio::test {
@@ -35,8 +35,8 @@ inline UInt32 pixelOfKind(Random& random, int kind, int column, UInt32 flat) {
     }
 }
 
-inline platform::Picture pictureOfKind(Random& random, int kind, int width, int height) {
-    platform::Picture picture{width, height, {}, 1};
+inline pictures::Picture pictureOfKind(Random& random, int kind, int width, int height) {
+    pictures::Picture picture{width, height, {}, 1};
     const auto flat = static_cast<UInt32>(random());
     for (int row = 0; row < height; ++row)
         for (int column = 0; column < width; ++column)

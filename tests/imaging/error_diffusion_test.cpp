@@ -14,7 +14,7 @@
 namespace tavio::imaging {
 namespace {
 
-using platform::Picture;
+using pictures::Picture;
 using test::between;
 using test::pictureOfKind;
 using test::Random;
@@ -105,10 +105,10 @@ TEST_F(ErrorDiffusionTest, GoesOnWithAnotherInstructionSet) {
         Bytes entries(expected.size());
         ErrorDiffusion diffusion(300);
         diffusion.convert(pixels.first(40 * 300), std::span(entries).last(40 * 320));
-        platform::useInstructionSet(platform::InstructionSet::kPlain);
+        machine::useInstructionSet(machine::InstructionSet::kPlain);
         diffusion.convert(pixels.subspan(40 * 300, 20 * 300),
                           std::span(entries).subspan(30 * 320, 20 * 320));
-        platform::useInstructionSet(platform::availableInstructionSets().back());
+        machine::useInstructionSet(machine::availableInstructionSets().back());
         diffusion.convert(pixels.last(30 * 300), std::span(entries).first(30 * 320));
         EXPECT_EQ(entries, expected);
     });

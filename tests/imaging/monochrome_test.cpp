@@ -10,8 +10,8 @@
 namespace tavio::imaging {
 namespace {
 
-using platform::Picture;
-using platform::premultipliedPixel;
+using pictures::Picture;
+using pictures::premultipliedPixel;
 using test::pictureOf;
 using test::plainPicture;
 

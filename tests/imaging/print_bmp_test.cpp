@@ -17,7 +17,7 @@
 namespace tavio::imaging {
 namespace {
 
-using platform::Picture;
+using pictures::Picture;
 using test::pictureOf;
 using test::plainPicture;
 using test::transport;
@@ -122,12 +122,12 @@ TEST_F(PrintBmp, TakesNoMemoryForWidthWithoutHeight) {
 }
 
 // Rows that end before their picture does.
-class DamagedRows : public platform::PictureRows {
+class DamagedRows : public pictures::PictureRows {
   public:
     std::int32_t width() const override { return 40; }
     std::int32_t height() const override { return 40; }
     std::span<const UInt32> next(std::int32_t /*most*/) override {
-        if (row_++ == 39) throw platform::DamagedPicture("cut short");
+        if (row_++ == 39) throw pictures::DamagedPicture("cut short");
         return pixels_;
     }
 

@@ -10,11 +10,11 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/send_file.h"
 #include "TavioIpadSDK/platform/notice.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "TavioIpadSDK/settings/settings.h"
 #include "intake/picture_files.h"
 #include "intake/printed_picture.h"
@@ -146,7 +146,7 @@ TEST_F(PhotoPrinting, RefusesAPhotoThatIsDamagedOnItsLastRowLikeOneThatIsAbsent)
     struct State {
         std::int32_t width, height, dataWidth, length, read;
         UInt32 written;
-        platform::UnclearedBytes entries, packed;
+        machine::UnclearedBytes entries, packed;
         Bytes file;
         bool operator==(const State&) const = default;
     };

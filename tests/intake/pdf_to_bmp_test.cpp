@@ -10,10 +10,10 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/send_file.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "TavioIpadSDK/settings/settings.h"
 #include "intake/printed_picture.h"
 #include "support/fresh_state.h"

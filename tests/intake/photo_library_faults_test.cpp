@@ -13,10 +13,10 @@
 
 #include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/intake/image_to_bmp.h"
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/platform/background_queue.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "TavioIpadSDK/settings/settings.h"
 #include "intake/picture_files.h"
 #include "intake/printed_picture.h"

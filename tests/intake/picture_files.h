@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 #include "support/bitmaps.h"
 
 namespace tavio::test {

@@ -8,11 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/logos.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "intake/picture_files.h"
 #include "intake/printed_picture.h"
 #include "support/fresh_state.h"

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/intake/job.h"
 #include "TavioIpadSDK/intake/send_file.h"
 #include "TavioIpadSDK/session/session.h"
+#include "TavioIpadSDK/settings/job.h"
 #include "support/fresh_state.h"
 #include "support/rights.h"
 #include "support/temporary_folder.h"

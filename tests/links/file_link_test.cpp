@@ -1,4 +1,4 @@
-#include "links/file_link.h"
+#include "tavio/links/file_link.h"
 
 #include <array>
 #include <filesystem>
@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
-#include "links/transport_operations.h"
 #include "support/temporary_folder.h"
+#include "tavio/links/transport_operations.h"
 
 namespace tavio::links {
 namespace {

@@ -1,11 +1,11 @@
-#include "links/link_report.h"
+#include "tavio/links/link_report.h"
 
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "links/reply_text.h"
-#include "links/stream_sentences.h"
+#include "tavio/links/reply_text.h"
+#include "tavio/links/stream_sentences.h"
 
 namespace tavio::links {
 namespace {

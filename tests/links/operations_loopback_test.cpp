@@ -4,9 +4,9 @@
 
 #include "TavioIpadSDK/session/session.h"
 #include "TavioIpadSDK/session/transport.h"
-#include "links/recording_link.h"
-#include "links/transport_operations.h"
 #include "support/loopback_peer.h"
+#include "tavio/links/recording_link.h"
+#include "tavio/links/transport_operations.h"
 
 namespace tavio::links {
 namespace {

@@ -1,4 +1,4 @@
-#include "links/recording_link.h"
+#include "tavio/links/recording_link.h"
 
 #include <array>
 #include <new>

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/system_calls.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::links::test {
 

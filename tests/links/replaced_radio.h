@@ -11,9 +11,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 #include "links/replaced_calls.h"
-#include "links/rfcomm_socket.h"
+#include "tavio/links/rfcomm_socket.h"
 
 namespace tavio::links::test {
 

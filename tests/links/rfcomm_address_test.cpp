@@ -1,4 +1,4 @@
-#include "links/rfcomm_address.h"
+#include "tavio/links/rfcomm_address.h"
 
 #include <cstring>
 #include <utility>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/rfcomm_socket.h"
+#include "tavio/links/rfcomm_socket.h"
 
 namespace tavio::links {
 namespace {

@@ -1,4 +1,4 @@
-#include "links/rfcomm_link.h"
+#include "tavio/links/rfcomm_link.h"
 
 #include <atomic>
 #include <future>

@@ -1,11 +1,11 @@
-#include "links/serial_address.h"
+#include "tavio/links/serial_address.h"
 
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "links/serial_speed.h"
+#include "tavio/links/serial_speed.h"
 
 namespace tavio::links {
 namespace {

@@ -1,6 +1,6 @@
 // Opening a serial device, its settings, and what can go wrong, on a clock of the test's own.
 
-#include "links/serial_link.h"
+#include "tavio/links/serial_link.h"
 
 #include <deque>
 #include <optional>

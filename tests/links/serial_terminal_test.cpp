@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "links/job_bytes.h"
-#include "links/reply_text.h"
-#include "links/serial_link.h"
 #include "support/pseudo_terminal.h"
+#include "tavio/links/reply_text.h"
+#include "tavio/links/serial_link.h"
 
 namespace tavio::links {
 namespace {

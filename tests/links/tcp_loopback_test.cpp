@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "links/job_bytes.h"
-#include "links/tcp_link.h"
 #include "support/loopback_peer.h"
+#include "tavio/links/tcp_link.h"
 
 // TcpLink over the network of this machine. Deadlines that are to be reached are short, all others
 // so long that reaching them means that something hangs.

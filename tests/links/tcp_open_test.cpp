@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/tcp_link.h"
 #include "links/virtual_tcp.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::links {
 namespace {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "links/job_bytes.h"
-#include "links/tcp_link.h"
 #include "links/tcp_messages.h"
 #include "links/virtual_tcp.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::links {
 namespace {

@@ -1,4 +1,4 @@
-#include "links/transport_operations.h"
+#include "tavio/links/transport_operations.h"
 
 #include <array>
 #include <limits>
@@ -9,7 +9,7 @@
 
 #include "TavioIpadSDK/session/session.h"
 #include "TavioIpadSDK/session/transport.h"
-#include "links/recording_link.h"
+#include "tavio/links/recording_link.h"
 
 namespace tavio::links {
 namespace {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "links/system_calls.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::links::test {
 

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/stream_link.h"
 #include "links/virtual_tcp.h"
+#include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 namespace {

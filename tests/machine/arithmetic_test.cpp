@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/arithmetic.h"
+#include "TavioIpadSDK/machine/arithmetic.h"
 
 #include <cmath>
 #include <limits>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tavio::platform {
+namespace tavio::machine {
 namespace {
 
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
@@ -72,4 +72,4 @@ TEST(TruncateToInt32, TakesNotANumberForZero) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::machine

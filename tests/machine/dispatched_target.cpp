@@ -1,4 +1,4 @@
-#include "platform/dispatched_target.h"
+#include "machine/dispatched_target.h"
 
 #include <cstdint>
 

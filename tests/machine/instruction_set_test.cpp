@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/dispatched_target.h"
+#include "machine/dispatched_target.h"
 
-namespace tavio::platform {
+namespace tavio::machine {
 namespace {
 
 constexpr std::array kAll = {InstructionSet::kPlain, InstructionSet::kSse4, InstructionSet::kAvx2,
@@ -124,4 +124,4 @@ TEST_F(InstructionSets, AreAtFirstTheBestOne) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::machine

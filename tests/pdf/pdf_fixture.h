@@ -17,14 +17,14 @@
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "pdf/pdf_builder.h"
 
-namespace tavio::platform {
+namespace tavio::pdf {
 
 // How googletest prints an outcome.
 inline void PrintTo(PdfOutcome outcome, std::ostream* out) {
     *out << describe(outcome);
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pdf
 
 namespace tavio::test {
 
@@ -82,7 +82,7 @@ inline void PrintTo(const Marks& marks, std::ostream* out) {
 }
 
 inline Marks marksOn(const platform::PdfPage& page) {
-    const platform::Picture& picture = page.picture;
+    const pictures::Picture& picture = page.picture;
     int left = picture.width;
     int right = 0;
     int top = picture.height;

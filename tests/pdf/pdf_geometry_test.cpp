@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/pdf_answer.h"
+#include "TavioIpadSDK/pdf/answer.h"
 #include "pdf/pdf_fixture.h"
 
 namespace tavio::test {
@@ -214,7 +214,7 @@ TEST_F(PdfGeometry, AnnotationsAreDrawnIfTheyAreToBePrinted) {
 }
 
 TEST(PdfPixelBox, HoldsEveryPixelThatTheCropBoxTouches) {
-    const auto box = platform::pdf::pixelBox(10.5, 20.25, 100, 50);
+    const auto box = pdf::pixelBox(10.5, 20.25, 100, 50);
     EXPECT_EQ(box.left, 10);
     EXPECT_EQ(box.top, -21);
     EXPECT_EQ(box.columns, 101);

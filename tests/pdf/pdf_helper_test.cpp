@@ -16,23 +16,23 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/pdf_answer.h"
+#include "TavioIpadSDK/pdf/answer.h"
 #include "pdf/pdf_fixture.h"
 
 namespace tavio::test {
 namespace {
 
+using pdf::Answer;
+using pdf::AnswerHeader;
 using platform::drawPdfPageWithHelper;
 using platform::PdfLimits;
 using platform::PdfOutcome;
 using platform::PdfPageResult;
 using platform::Url;
-using platform::pdf::Answer;
-using platform::pdf::AnswerHeader;
 
 // A page of 3.5 by 2 points: four columns, two rows.
 AnswerHeader smallHeader() {
-    return platform::pdf::drawnHeader(0, 0, 3.5, 2);
+    return pdf::drawnHeader(0, 0, 3.5, 2);
 }
 
 std::string bytesOf(const AnswerHeader& header) {
@@ -166,7 +166,7 @@ TEST_F(PdfHelper, HasFailedIfAFieldOfItsAnswerIsOutOfForm) {
 }
 
 TEST_F(PdfHelper, HasFailedIfItPromisesMorePixelsThanAPictureMayHave) {
-    const AnswerHeader header = platform::pdf::drawnHeader(0, 0, 16385, 16384);
+    const AnswerHeader header = pdf::drawnHeader(0, 0, 16385, 16384);
     EXPECT_EQ(withAnswer(bytesOf(header), {.mostPointsPerSide = 1e6}), PdfOutcome::kHelperFailed);
 }
 

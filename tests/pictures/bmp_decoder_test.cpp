@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
+#include "pictures/sample_pictures.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::bmpFile;
@@ -170,4 +170,4 @@ TEST(BmpDecoder, HandsAFileInsideOn) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

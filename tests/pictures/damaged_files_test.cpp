@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/decode_picture.h"
-#include "sample_pictures.h"
+#include "TavioIpadSDK/pictures/decode_picture.h"
+#include "pictures/sample_pictures.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::BmpPlan;
@@ -183,4 +183,4 @@ TEST(DecodePicture, RefusesWhatIsNoPicture) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/exif_orientation.h"
+#include "TavioIpadSDK/pictures/exif_orientation.h"
 
 #include <cstddef>
 #include <random>
@@ -6,10 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
-#include "slow_stretch.h"
+#include "TavioIpadSDK/pictures/upright.h"
+#include "pictures/sample_pictures.h"
+#include "stretch/slow_resample.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::exifBlock;
@@ -110,4 +111,4 @@ TEST(ExifOrientation, TurnsAllPortraitPhotosUpright) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

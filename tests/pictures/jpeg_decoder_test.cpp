@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
+#include "pictures/sample_pictures.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::asText;
@@ -193,4 +193,4 @@ TEST(JpegDecoder, DecodesTheSameSamplePictureFromDifferentCodings) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,5 +1,5 @@
 // The rows of an opened picture file: always those of the decoded picture, turned upright.
-#include "TavioIpadSDK/platform/open_picture.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
 
 #include <array>
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
+#include "pictures/sample_pictures.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::BmpPlan;
@@ -328,4 +328,4 @@ TEST_F(OpenPicture, GivesNoRowOfADamagedFileThatIsTurned) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

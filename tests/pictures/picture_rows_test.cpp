@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
-namespace tavio::platform {
+#include "TavioIpadSDK/pictures/upright.h"
+
+namespace tavio::pictures {
 namespace {
 
 // Pixels that are all different.
@@ -102,4 +104,4 @@ TEST(RowsOfAPicture, AreNoneWhereThereAreNoPixels) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
+#include "pictures/sample_pictures.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 using samples::asText;
@@ -258,4 +258,4 @@ TEST(PngDecoder, RefusesMoreOrFewerPixelsThanTheSizeAsksFor) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

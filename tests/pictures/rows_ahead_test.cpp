@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/rows_ahead.h"
+#include "TavioIpadSDK/pictures/rows_ahead.h"
 
 #include <algorithm>
 #include <memory>
@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 Picture numberedPicture(std::int32_t width, std::int32_t height) {
@@ -122,4 +122,4 @@ TEST(RowsAhead, EndsItsThreadAndItsSourceWhenNobodyWantsTheRest) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "sample_pictures.h"
+#include "pictures/sample_pictures.h"
 
 #include <algorithm>
 #include <array>
@@ -14,11 +14,12 @@
 #include <jpeglib.h>
 #include <png.h>
 
-#include "TavioIpadSDK/platform/decode_picture.h"
-#include "TavioIpadSDK/platform/open_picture.h"
+#include "TavioIpadSDK/pictures/decode_picture.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
+#include "TavioIpadSDK/pictures/upright.h"
 #include "pictures/some_rows.h"
 
-namespace tavio::platform::samples {
+namespace tavio::pictures::samples {
 namespace {
 
 constexpr std::size_t kPngHeaderEnd = 8 + 25;
@@ -337,4 +338,4 @@ Bytes bmpFile(const BmpPlan& plan) {
     return file;
 }
 
-}  // namespace tavio::platform::samples
+}  // namespace tavio::pictures::samples

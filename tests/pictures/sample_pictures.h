@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform::samples {
+namespace tavio::pictures::samples {
 
 // Whether the folder of public sample files is on this machine.
 bool haveCorpus();
@@ -104,4 +104,4 @@ struct BmpPlan {
 };
 Bytes bmpFile(const BmpPlan& plan);
 
-}  // namespace tavio::platform::samples
+}  // namespace tavio::pictures::samples

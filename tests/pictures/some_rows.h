@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/picture_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 
 // At most `most` rows by next() or by nextInto(), as chance has it. Checks that nothing is written
 // behind the rows. The result stays as it is until the next call.
@@ -35,4 +35,4 @@ inline std::vector<UInt32> someRows(PictureRows& rows, std::int32_t most, std::m
     return pixels;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,3 +1,5 @@
+#include "TavioIpadSDK/pictures/upright.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -5,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 Picture pictureOf(const std::string& letters, std::int32_t width, int orientation) {
@@ -80,4 +82,4 @@ TEST(PremultipliedPixel, RoundsToTheNearest) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-#include "links/preview_link.h"
+#include "tavio/preview/preview_link.h"
 
 #include <stdexcept>
 #include <string_view>

@@ -23,8 +23,8 @@ std::array<std::size_t, 4> heldMemory() {
 class Memory : public test::FreshState {};
 
 TEST_F(Memory, StopsGrowingAfterTheSecondPrintOfTheLargestSize) {
-    const platform::Picture largest = test::plainPicture(120, 90, 10, 200, 30);
-    const platform::Picture smaller = test::plainPicture(60, 40, 10, 200, 30);
+    const pictures::Picture largest = test::plainPicture(120, 90, 10, 200, 30);
+    const pictures::Picture smaller = test::plainPicture(60, 40, 10, 200, 30);
     imaging::PrintBMP(240, 180, largest);
     imaging::PrintBMP(240, 180, largest);
     const auto afterSecond = heldMemory();

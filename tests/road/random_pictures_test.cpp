@@ -14,7 +14,7 @@
 namespace tavio {
 namespace {
 
-using platform::Picture;
+using pictures::Picture;
 using test::between;
 using test::chance;
 using test::LiteralJob;

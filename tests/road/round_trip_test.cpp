@@ -12,7 +12,7 @@
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 #include "support/random_picture.h"
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio {
 namespace {
@@ -152,7 +152,7 @@ class RoundTrip : public test::FreshState, public testing::WithParamInterface<un
 };
 
 Rows randomRows(test::Random& random) {
-    const platform::Picture picture = test::randomPicture(random, 200);
+    const pictures::Picture picture = test::randomPicture(random, 200);
     Rows rows;
     for (std::int32_t y = 0; y < picture.height; ++y) {
         rows.emplace_back();

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/settings/stock_table.h"
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio {
 namespace {

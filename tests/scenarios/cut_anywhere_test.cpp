@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include "links/tcp_link.h"
 #include "scenarios/real_jobs.h"
 #include "scenarios/sample_jobs.h"
 #include "scenarios/virtual_network.h"
 #include "support/random_picture.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::scenarios {
 namespace {

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <vector>
 
-#include "links/system_calls.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::scenarios {
 

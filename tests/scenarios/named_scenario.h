@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "links/link_report.h"
 #include "scenarios/sample_jobs.h"
 #include "scenarios/scenario.h"
+#include "tavio/links/link_report.h"
 
 namespace tavio::scenarios {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 #include "scenarios/event_queue.h"
 #include "scenarios/virtual_connection.h"
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace tavio::scenarios {
 

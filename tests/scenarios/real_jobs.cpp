@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
-#include "links/recording_link.h"
-#include "links/transport_operations.h"
+#include "tavio/links/recording_link.h"
+#include "tavio/links/transport_operations.h"
 
 namespace tavio::scenarios {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "virtual-printer/printer.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio::scenarios {
 

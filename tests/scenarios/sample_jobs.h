@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "virtual-printer/printer.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio::scenarios {
 

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <utility>
 
-#include "links/tcp_link.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::scenarios {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "links/deadlines.h"
-#include "links/link.h"
 #include "scenarios/virtual_network.h"
+#include "tavio/links/deadlines.h"
+#include "tavio/links/link.h"
 
 namespace tavio::scenarios {
 

@@ -11,7 +11,7 @@
 #include <sys/types.h>
 #include <utility>
 
-#include "TavioIpadSDK/platform/bytes.h"
+#include "TavioIpadSDK/machine/bytes.h"
 #include "scenarios/event_queue.h"
 #include "scenarios/virtual_wire.h"
 

@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "links/system_calls.h"
 #include "scenarios/event_queue.h"
 #include "scenarios/name_server.h"
 #include "scenarios/printer_server.h"
 #include "scenarios/virtual_connection.h"
-#include "virtual-printer/server/device.h"
+#include "tavio/links/system_calls.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace tavio::scenarios {
 

@@ -13,8 +13,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/system_calls.h"
 #include "scenarios/sample_jobs.h"
+#include "tavio/links/system_calls.h"
 
 namespace tavio::scenarios {
 namespace {

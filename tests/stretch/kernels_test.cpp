@@ -9,15 +9,15 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/stretch_average_rows.h"
-#include "TavioIpadSDK/platform/stretch_axis.h"
-#include "TavioIpadSDK/platform/stretch_blend_rows.h"
-#include "TavioIpadSDK/platform/stretch_grow_columns.h"
-#include "TavioIpadSDK/platform/stretch_shrink_columns.h"
-#include "slow_stretch.h"
+#include "TavioIpadSDK/stretch/average_rows.h"
+#include "TavioIpadSDK/stretch/axis.h"
+#include "TavioIpadSDK/stretch/blend_rows.h"
+#include "TavioIpadSDK/stretch/grow_columns.h"
+#include "TavioIpadSDK/stretch/shrink_columns.h"
+#include "stretch/slow_resample.h"
 #include "support/instruction_sets.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
 using Random = std::mt19937_64;
@@ -259,4 +259,4 @@ TEST(AverageRows, DecidesExactlyNextToHalfBytes) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

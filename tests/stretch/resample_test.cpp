@@ -8,15 +8,19 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_pictures.h"
-#include "slow_stretch.h"
+#include "TavioIpadSDK/pictures/upright.h"
+#include "pictures/sample_pictures.h"
+#include "stretch/slow_resample.h"
 #include "support/instruction_sets.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
-using samples::asText;
-using samples::randomPicture;
+using pictures::Picture;
+using pictures::upright;
+
+using pictures::samples::asText;
+using pictures::samples::randomPicture;
 
 constexpr std::uint32_t kSeed = 20240611;
 
@@ -182,4 +186,4 @@ TEST(Stretch, RoundsOnlyOnceForBothDirections) {
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/stretched_rows.h"
+#include "TavioIpadSDK/stretch/resampled_rows.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,14 +15,20 @@
 
 #include <gtest/gtest.h>
 
+#include "pictures/sample_pictures.h"
 #include "pictures/some_rows.h"
-#include "sample_pictures.h"
-#include "slow_stretch.h"
+#include "stretch/slow_resample.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
 
-using samples::randomPicture;
+using pictures::DamagedPicture;
+using pictures::Picture;
+using pictures::PictureRows;
+using pictures::rowsOf;
+using pictures::someRows;
+
+using pictures::samples::randomPicture;
 
 constexpr std::uint32_t kSeed = 20240611;
 
@@ -91,7 +97,7 @@ TEST(StretchedRows, GivesAsManyRowsAsAskedForHoweverTheSourceGivesItsRows) {
         const Picture picture = randomPicture(random, side(random), side(random), round % 2 == 0);
         const std::int32_t width = round % 4 == 0 ? picture.width : side(random);
         const std::int32_t height = round % 4 <= 1 ? picture.height : side(random);
-        const auto rows = stretchedRows(std::make_unique<UnevenRows>(picture), width, height);
+        const auto rows = resampledRows(std::make_unique<UnevenRows>(picture), width, height);
         ASSERT_EQ(rows->width(), width);
         ASSERT_EQ(rows->height(), height);
         ASSERT_TRUE(read(*rows, random) == slowStretch(picture, width, height).pixels);
@@ -102,7 +108,7 @@ TEST(StretchedRows, GivesAllRowsAtOnceToWhoeverAsksForNoEndOfThem) {
     std::mt19937 random(kSeed);
     const Picture picture = randomPicture(random, 7, 9, true);
     for (const auto& [width, height] : {std::pair{7, 9}, {20, 30}, {3, 2}}) {
-        const auto rows = stretchedRows(std::make_unique<UnevenRows>(picture), width, height);
+        const auto rows = resampledRows(std::make_unique<UnevenRows>(picture), width, height);
         const auto all = rows->next(std::numeric_limits<std::int32_t>::max());
         EXPECT_TRUE(
             std::equal(all.begin(), all.end(), slowStretch(picture, width, height).pixels.begin()));
@@ -114,7 +120,7 @@ TEST(StretchedRows, GivesAllRowsAtOnceToWhoeverAsksForNoEndOfThem) {
 TEST(StretchedRows, HandsRowsOfThatSizeOnWithoutCopyingThem) {
     std::mt19937 random(kSeed);
     const Picture picture = randomPicture(random, 20, 50, false);
-    const auto rows = stretchedRows(rowsOf(picture), 20, 50);
+    const auto rows = resampledRows(rowsOf(picture), 20, 50);
     EXPECT_EQ(rows->next(31).data(), picture.pixels.data());
     const auto rest = rows->next(31);
     EXPECT_EQ(rest.data(), picture.pixels.data() + std::ptrdiff_t{20} * 31);
@@ -126,12 +132,12 @@ TEST(StretchedRows, HasNoRowsWithoutASizeOrAPicture) {
     const Picture dot{1, 1, {5}, 1};
     const Picture none;
     for (const auto& [width, height] : {std::pair{0, 7}, {7, 0}, {0, 0}, {7, -1}, {-1, 7}}) {
-        const auto rows = stretchedRows(rowsOf(dot), width, height);
+        const auto rows = resampledRows(rowsOf(dot), width, height);
         EXPECT_EQ(rows->width(), 0);
         EXPECT_EQ(rows->height(), 0);
         EXPECT_TRUE(rows->next(1).empty());
     }
-    const auto rows = stretchedRows(rowsOf(none), 7, 7);
+    const auto rows = resampledRows(rowsOf(none), 7, 7);
     EXPECT_EQ(rows->width(), 0);
     EXPECT_EQ(rows->height(), 0);
     EXPECT_TRUE(rows->next(1).empty());
@@ -139,7 +145,7 @@ TEST(StretchedRows, HasNoRowsWithoutASizeOrAPicture) {
 
 TEST(StretchedRows, RefusesATargetOfTooManyPixels) {
     const Picture dot{1, 1, {5}, 1};
-    EXPECT_THROW(stretchedRows(rowsOf(dot), 1 << 15, (1 << 13) + 1), std::length_error);
+    EXPECT_THROW(resampledRows(rowsOf(dot), 1 << 15, (1 << 13) + 1), std::length_error);
 }
 
 // Growing, shrinking and as it is.
@@ -152,7 +158,7 @@ TEST(StretchedRows, PassesOnThatThePictureIsDamaged) {
         SCOPED_TRACE(height);
         auto source = std::make_unique<UnevenRows>(picture);
         source->endAt(25, [] { throw DamagedPicture("cut short"); });
-        const auto rows = stretchedRows(std::move(source), width, height);
+        const auto rows = resampledRows(std::move(source), width, height);
         EXPECT_EQ(rows->next(4).size(), pixelsOf(*rows, 4));
         try {
             rows->next(height);
@@ -171,7 +177,7 @@ TEST(StretchedRows, PassesOnThatThereIsNoMemory) {
         SCOPED_TRACE(height);
         auto source = std::make_unique<UnevenRows>(picture);
         source->endAt(0, [] { throw std::bad_alloc(); });
-        const auto rows = stretchedRows(std::move(source), width, height);
+        const auto rows = resampledRows(std::move(source), width, height);
         EXPECT_THROW(rows->next(4), std::bad_alloc);
         EXPECT_TRUE(rows->next(4).empty());
     }
@@ -184,11 +190,11 @@ TEST(StretchedRows, CallsAPictureDamagedThatEndsBeforeItsLastRow) {
         SCOPED_TRACE(height);
         auto source = std::make_unique<UnevenRows>(picture);
         source->endAt(39);
-        const auto rows = stretchedRows(std::move(source), width, height);
+        const auto rows = resampledRows(std::move(source), width, height);
         EXPECT_THROW(rows->next(height), DamagedPicture);
         EXPECT_TRUE(rows->next(4).empty());
     }
 }
 
 }  // namespace
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

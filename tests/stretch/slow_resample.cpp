@@ -1,14 +1,18 @@
-#include "slow_stretch.h"
+#include "stretch/slow_resample.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 
-#include "TavioIpadSDK/platform/picture_rows.h"
-#include "TavioIpadSDK/platform/stretched_rows.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
+#include "TavioIpadSDK/pictures/upright.h"
+#include "TavioIpadSDK/stretch/resampled_rows.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
 namespace {
+
+using pictures::rowsOf;
+using pictures::upright;
 
 // The weight of source pixel `from` in target pixel `to`. A growing direction: a triangle around the
 // target's centre, which is kept between the centres of the outermost source pixels. A shrinking
@@ -101,11 +105,11 @@ Picture slowStretch(const Picture& picture, std::int32_t width, std::int32_t hei
 }
 
 Picture stretched(const Picture& picture, std::int32_t width, std::int32_t height) {
-    const auto rows = stretchedRows(rowsOf(picture), width, height);
+    const auto rows = resampledRows(rowsOf(picture), width, height);
     Picture target{rows->width(), rows->height(), {}, 1};
     for (auto strip = rows->next(31); !strip.empty(); strip = rows->next(31))
         target.pixels.insert(target.pixels.end(), strip.begin(), strip.end());
     return target;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

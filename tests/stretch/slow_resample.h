@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
-namespace tavio::platform {
+namespace tavio::stretch {
+
+using pictures::Picture;
 
 // A source pixel and how much it weighs in a target pixel, more than 0.
 struct Weight {
@@ -25,7 +27,7 @@ std::int64_t passedValue(std::int64_t sum, std::int64_t total);
 // `picture`, upright and stretched.
 Picture slowStretch(const Picture& picture, std::int32_t width, std::int32_t height);
 
-// The same by stretchedRows(), asked for a few rows at a time.
+// The same by resampledRows(), asked for a few rows at a time.
 Picture stretched(const Picture& picture, std::int32_t width, std::int32_t height);
 
-}  // namespace tavio::platform
+}  // namespace tavio::stretch

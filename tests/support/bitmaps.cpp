@@ -4,8 +4,8 @@
 
 namespace tavio::test {
 
-using platform::Picture;
-using platform::premultipliedPixel;
+using pictures::Picture;
+using pictures::premultipliedPixel;
 
 std::string readable(std::span<const Byte> bytes) {
     std::string text;

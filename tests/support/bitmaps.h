@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
 namespace tavio::test {
 
@@ -30,10 +30,10 @@ Bytes bitmapFile(const Rows& rows, bool paddingBits = true);
 Rows allBlack(std::size_t width, std::size_t height);
 
 // An opaque picture: black for "X", white for " ".
-platform::Picture pictureOf(const Rows& rows);
+pictures::Picture pictureOf(const Rows& rows);
 
 // An opaque picture of one colour.
-platform::Picture plainPicture(std::int32_t width, std::int32_t height, unsigned red,
+pictures::Picture plainPicture(std::int32_t width, std::int32_t height, unsigned red,
                                unsigned green, unsigned blue);
 
 }  // namespace tavio::test

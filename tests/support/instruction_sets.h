@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/instruction_set.h"
+#include "TavioIpadSDK/machine/instruction_set.h"
 
 namespace tavio::test {
 
@@ -11,13 +11,13 @@ namespace tavio::test {
 // that was. A failure inside says which it was.
 template <typename Check>
 void withEachInstructionSet(Check check) {
-    const platform::InstructionSet before = platform::instructionSet();
-    for (const platform::InstructionSet set : platform::availableInstructionSets()) {
-        SCOPED_TRACE(platform::nameOf(set));
-        platform::useInstructionSet(set);
+    const machine::InstructionSet before = machine::instructionSet();
+    for (const machine::InstructionSet set : machine::availableInstructionSets()) {
+        SCOPED_TRACE(machine::nameOf(set));
+        machine::useInstructionSet(set);
         check();
     }
-    platform::useInstructionSet(before);
+    machine::useInstructionSet(before);
 }
 
 }  // namespace tavio::test

@@ -25,7 +25,7 @@ bool isBlackGrey(double first, double second, double third) {
 
 class Dither {
   public:
-    explicit Dither(const platform::Picture& picture)
+    explicit Dither(const pictures::Picture& picture)
         : width_(picture.width), height_(picture.height) {
         for (const UInt32 word : picture.pixels) {
             // Red, green and blue move on by one field.
@@ -76,7 +76,7 @@ int padded(int width) {
 
 }  // namespace
 
-Bytes ditherLiterally(const platform::Picture& picture) {
+Bytes ditherLiterally(const pictures::Picture& picture) {
     const std::vector<Record> records = Dither(picture).run();
     Bytes entries;
     for (int r = picture.height; r >= 1; --r) {
@@ -90,7 +90,7 @@ Bytes ditherLiterally(const platform::Picture& picture) {
     return entries;
 }
 
-Bytes thresholdLiterally(const platform::Picture& picture) {
+Bytes thresholdLiterally(const pictures::Picture& picture) {
     Bytes entries;
     for (int j = picture.height - 1; j >= 0; --j) {
         for (int x = 0; x < padded(picture.width); ++x) {

@@ -3,15 +3,15 @@
 
 #include <cstdint>
 
-#include "TavioIpadSDK/platform/bytes.h"
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
 namespace tavio::test {
 
 // The black (0) and white (1) entries of an upright picture, rows bottom first, each padded to a
 // multiple of 32 with white.
-Bytes ditherLiterally(const platform::Picture& picture);
-Bytes thresholdLiterally(const platform::Picture& picture);  // the top row is white
+Bytes ditherLiterally(const pictures::Picture& picture);
+Bytes thresholdLiterally(const pictures::Picture& picture);  // the top row is white
 
 // The one-bit bitmap file that these entries are packed into.
 Bytes bitmapFileLiterally(const Bytes& entries, std::int32_t width, std::int32_t height);

@@ -5,8 +5,8 @@
 namespace tavio::test {
 namespace {
 
-using platform::Picture;
-using platform::premultipliedPixel;
+using pictures::Picture;
+using pictures::premultipliedPixel;
 using PixelAt = std::function<UInt32(int x, int y)>;
 
 unsigned component(Random& random) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <random>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
 namespace tavio::test {
 
@@ -21,6 +21,6 @@ inline bool chance(Random& random, int percent) {
 
 // A picture of 1 to `mostSide` pixels a side: noise, gradient, lines, sparse or text-like; most are
 // opaque, some partly transparent.
-platform::Picture randomPicture(Random& random, int mostSide);
+pictures::Picture randomPicture(Random& random, int mostSide);
 
 }  // namespace tavio::test

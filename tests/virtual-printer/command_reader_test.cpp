@@ -1,11 +1,11 @@
-#include "virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/command_reader.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,11 +1,11 @@
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
 
 #include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "virtual-printer/font.h"
+#include "tavio/virtual-printer/font.h"
 
 #include <algorithm>
 #include <set>

@@ -1,4 +1,4 @@
-#include "virtual-printer/logo_memory.h"
+#include "tavio/virtual-printer/logo_memory.h"
 
 #include <random>
 #include <vector>

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/printer.h"
 
 #include <random>
 #include <stdexcept>
@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,8 +1,8 @@
-#include "test_streams.h"
+#include "virtual-printer/test_streams.h"
 
 #include <sstream>
 
-#include "virtual-printer/escaped_text.h"
+#include "tavio/virtual-printer/escaped_text.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

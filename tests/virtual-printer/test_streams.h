@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual-printer/command_reader.h"
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio::virtual_printer::testing {
 

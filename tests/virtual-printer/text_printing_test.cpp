@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "test_streams.h"
-#include "virtual-printer/font.h"
+#include "tavio/virtual-printer/font.h"
+#include "virtual-printer/test_streams.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

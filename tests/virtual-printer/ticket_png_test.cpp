@@ -1,4 +1,4 @@
-#include "virtual-printer/ticket_png.h"
+#include "tavio/virtual-printer/ticket_png.h"
 
 #include <cstring>
 #include <filesystem>

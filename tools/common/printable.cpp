@@ -1,4 +1,4 @@
-#include "command-line/printable.h"
+#include "tools/common/printable.h"
 
 #include <cstddef>
 

@@ -1,10 +1,10 @@
-#include "command-line/ticket_options.h"
+#include "tools/common/ticket_options.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
 
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::command_line {
 

@@ -1,10 +1,10 @@
-#include "virtual-printer/server/line_output.h"
+#include "tools/tavio-printer/line_output.h"
 
 #include <cerrno>
 #include <poll.h>
 #include <unistd.h>
 
-#include "command-line/printable.h"
+#include "tools/common/printable.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -4,9 +4,9 @@
 #include <unistd.h>
 #include <variant>
 
-#include "virtual-printer/server/line_output.h"
-#include "virtual-printer/server/options.h"
-#include "virtual-printer/server/program.h"
+#include "tools/tavio-printer/line_output.h"
+#include "tools/tavio-printer/options.h"
+#include "tools/tavio-printer/program.h"
 
 namespace {
 

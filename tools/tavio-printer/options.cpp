@@ -1,4 +1,4 @@
-#include "virtual-printer/server/options.h"
+#include "tools/tavio-printer/options.h"
 
 #include <algorithm>
 #include <array>
@@ -11,9 +11,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "command-line/printable.h"
-#include "command-line/ticket_options.h"
-#include "virtual-printer/server/link_rate.h"
+#include "tools/common/printable.h"
+#include "tools/common/ticket_options.h"
+#include "tools/tavio-printer/device/link_rate.h"
 
 namespace tavio::virtual_printer {
 namespace {

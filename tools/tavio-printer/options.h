@@ -8,8 +8,8 @@
 #include <string_view>
 #include <variant>
 
-#include "virtual-printer/server/print_server.h"
-#include "virtual-printer/server/ticket_store.h"
+#include "tools/tavio-printer/doors/print_server.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
 
 namespace tavio::virtual_printer {
 

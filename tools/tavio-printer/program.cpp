@@ -1,4 +1,4 @@
-#include "virtual-printer/server/program.h"
+#include "tools/tavio-printer/program.h"
 
 #include <array>
 #include <cerrno>
@@ -12,10 +12,10 @@
 #include <unistd.h>
 #include <utility>
 
-#include "virtual-printer/server/line_output.h"
-#include "virtual-printer/server/print_server.h"
-#include "virtual-printer/server/socket_handle.h"
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/doors/print_server.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
+#include "tools/tavio-printer/line_output.h"
+#include "tools/tavio-printer/web/web_server.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -1,8 +1,8 @@
 // The program between its start and its end.
 #pragma once
 
-#include "virtual-printer/server/device.h"
-#include "virtual-printer/server/options.h"
+#include "tools/tavio-printer/device/device.h"
+#include "tools/tavio-printer/options.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,18 +1,18 @@
-#include "tavio/commands.h"
+#include "tools/tavio/commands.h"
 
 #include <cstdint>
 #include <iostream>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
-#include "command-line/printable.h"
-#include "tavio/destination.h"
-#include "tavio/document.h"
-#include "tavio/failure.h"
-#include "tavio/input_file.h"
-#include "tavio/job.h"
-#include "tavio/stocks.h"
-#include "tavio/ticket_fit.h"
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
+#include "tools/common/printable.h"
+#include "tools/tavio/destination.h"
+#include "tools/tavio/document.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/input_file.h"
+#include "tools/tavio/job.h"
+#include "tools/tavio/stocks.h"
+#include "tools/tavio/ticket_fit.h"
 
 namespace tavio::tool {
 

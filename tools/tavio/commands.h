@@ -1,8 +1,8 @@
 // What the commands do.
 #pragma once
 
-#include "tavio/console.h"
-#include "tavio/options.h"
+#include "tools/tavio/console.h"
+#include "tools/tavio/options.h"
 
 namespace tavio::tool {
 

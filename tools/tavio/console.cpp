@@ -1,4 +1,4 @@
-#include "tavio/console.h"
+#include "tools/tavio/console.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,8 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "command-line/printable.h"
-#include "tavio/failure.h"
+#include "tools/common/printable.h"
+#include "tools/tavio/failure.h"
 
 namespace tavio::tool {
 

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <thread>
 
-#include "tavio/progress_line.h"
+#include "tools/tavio/progress_line.h"
 
 namespace tavio::tool {
 

@@ -1,12 +1,12 @@
-#include "tavio/destination.h"
+#include "tools/tavio/destination.h"
 
 #include <algorithm>
 
-#include "links/file_link.h"
-#include "links/rfcomm_link.h"
-#include "links/serial_link.h"
-#include "links/tcp_link.h"
-#include "tavio/failure.h"
+#include "tavio/links/file_link.h"
+#include "tavio/links/rfcomm_link.h"
+#include "tavio/links/serial_link.h"
+#include "tavio/links/tcp_link.h"
+#include "tools/tavio/failure.h"
 
 namespace tavio::tool {
 

@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "links/deadlines.h"
-#include "links/link.h"
-#include "links/preview_link.h"
-#include "tavio/console.h"
-#include "tavio/options.h"
+#include "tavio/links/deadlines.h"
+#include "tavio/links/link.h"
+#include "tavio/preview/preview_link.h"
+#include "tools/tavio/console.h"
+#include "tools/tavio/options.h"
 
 namespace tavio::tool {
 

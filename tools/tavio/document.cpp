@@ -1,16 +1,16 @@
-#include "tavio/document.h"
+#include "tools/tavio/document.h"
 
 #include <cstdint>
 #include <memory>
 #include <new>
 #include <utility>
 
-#include "TavioIpadSDK/platform/open_picture.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/platform/photo_library.h"
 #include "TavioIpadSDK/platform/text.h"
-#include "tavio/failure.h"
-#include "tavio/input_file.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/input_file.h"
 
 namespace tavio::tool {
 
@@ -30,11 +30,11 @@ std::string refusalOf(const std::string& path, const std::string& why) {
 // Decodes the picture to its last row and keeps nothing of it.
 std::string damageOf(const std::string& path, const std::shared_ptr<const Bytes>& bytes) {
     constexpr std::int32_t kRows = 16;
-    auto opened = platform::openPicture(bytes);
+    auto opened = pictures::openPicture(bytes);
     if (!opened.rows) return refusalOf(path, opened.why);
     try {
         while (!opened.rows->next(kRows).empty()) continue;
-    } catch (const platform::DamagedPicture& damage) {
+    } catch (const pictures::DamagedPicture& damage) {
         return refusalOf(path, damage.what());
     } catch (const std::bad_alloc&) {
         return refusalOf(path, "out of memory");
@@ -46,7 +46,7 @@ Document preparePicture(const std::string& path, const std::string& extension, I
                         Console& console) {
     auto bytes = std::make_shared<const Bytes>(file.rest());
     console.stage("looking at the picture");
-    auto opened = platform::openPicture(bytes);
+    auto opened = pictures::openPicture(bytes);
     if (!opened.rows) throw Failure(refusalOf(path, opened.why));
     auto size = intake::photoTargetSize(opened.rows->width(), opened.rows->height());
     auto photos = std::make_shared<platform::InMemoryPhotoLibrary>();

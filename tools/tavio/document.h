@@ -8,8 +8,8 @@
 
 #include "TavioIpadSDK/intake/target_size.h"
 #include "TavioIpadSDK/platform/url.h"
-#include "tavio/console.h"
-#include "tavio/extension.h"
+#include "tools/tavio/console.h"
+#include "tools/tavio/extension.h"
 
 namespace tavio::tool {
 

@@ -1,11 +1,11 @@
-#include "tavio/extension.h"
+#include "tools/tavio/extension.h"
 
 #include <algorithm>
 #include <cctype>
 #include <optional>
 
 #include "TavioIpadSDK/intake/routes.h"
-#include "tavio/failure.h"
+#include "tools/tavio/failure.h"
 
 namespace tavio::tool {
 

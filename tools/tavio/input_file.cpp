@@ -1,4 +1,4 @@
-#include "tavio/input_file.h"
+#include "tools/tavio/input_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "tavio/failure.h"
+#include "tools/tavio/failure.h"
 
 namespace tavio::tool {
 

@@ -1,4 +1,4 @@
-#include "tavio/interrupts.h"
+#include "tools/tavio/interrupts.h"
 
 #include <array>
 #include <atomic>

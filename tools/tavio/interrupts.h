@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "links/link.h"
+#include "tavio/links/link.h"
 
 namespace tavio::tool {
 

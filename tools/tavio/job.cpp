@@ -1,4 +1,4 @@
-#include "tavio/job.h"
+#include "tools/tavio/job.h"
 
 #include <algorithm>
 #include <iostream>
@@ -7,10 +7,10 @@
 #include <string>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
-#include "command-line/printable.h"
-#include "links/transport_operations.h"
-#include "tavio/failure.h"
-#include "tavio/interrupts.h"
+#include "tavio/links/transport_operations.h"
+#include "tools/common/printable.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/interrupts.h"
 
 namespace tavio::tool {
 

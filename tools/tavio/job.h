@@ -6,9 +6,9 @@
 #include <string>
 
 #include "TavioIpadSDK/platform/text.h"
-#include "tavio/console.h"
-#include "tavio/destination.h"
-#include "tavio/options.h"
+#include "tools/tavio/console.h"
+#include "tools/tavio/destination.h"
+#include "tools/tavio/options.h"
 
 namespace tavio::tool {
 

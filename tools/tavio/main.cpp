@@ -3,10 +3,10 @@
 #include <new>
 #include <variant>
 
-#include "tavio/commands.h"
-#include "tavio/console.h"
-#include "tavio/failure.h"
-#include "tavio/options.h"
+#include "tools/tavio/commands.h"
+#include "tools/tavio/console.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/options.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tavio/options.h"
+#include "tools/tavio/options.h"
 
 #include <algorithm>
 #include <charconv>
@@ -9,9 +9,9 @@
 #include <CLI/CLI.hpp>
 
 #include "TavioIpadSDK/platform/text.h"
-#include "command-line/printable.h"
-#include "command-line/ticket_options.h"
-#include "tavio/console.h"
+#include "tools/common/printable.h"
+#include "tools/common/ticket_options.h"
+#include "tools/tavio/console.h"
 
 namespace tavio::tool {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-#include "tavio/target.h"
+#include "tools/tavio/target.h"
 
 namespace tavio::tool {
 

@@ -1,11 +1,11 @@
-#include "tavio/stocks.h"
+#include "tools/tavio/stocks.h"
 
 #include <cctype>
 #include <iomanip>
 #include <sstream>
 
 #include "TavioIpadSDK/settings/stock_table.h"
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::tool {
 

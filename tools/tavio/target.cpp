@@ -1,4 +1,4 @@
-#include "tavio/target.h"
+#include "tools/tavio/target.h"
 
 #include <array>
 

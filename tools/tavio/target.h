@@ -6,9 +6,9 @@
 #include <string_view>
 #include <variant>
 
-#include "links/rfcomm_address.h"
-#include "links/serial_address.h"
-#include "links/tcp_address.h"
+#include "tavio/links/rfcomm_address.h"
+#include "tavio/links/serial_address.h"
+#include "tavio/links/tcp_address.h"
 
 namespace tavio::tool {
 

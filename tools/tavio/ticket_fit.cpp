@@ -1,9 +1,9 @@
-#include "tavio/ticket_fit.h"
+#include "tools/tavio/ticket_fit.h"
 
 #include <optional>
 
 #include "TavioIpadSDK/settings/dot_width_table.h"
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::tool {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "TavioIpadSDK/intake/target_size.h"
-#include "tavio/extension.h"
-#include "tavio/options.h"
+#include "tools/tavio/extension.h"
+#include "tools/tavio/options.h"
 
 namespace tavio::tool {
 

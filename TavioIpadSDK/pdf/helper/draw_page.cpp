@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/platform/pdf-helper/draw_page.h"
+#include "TavioIpadSDK/pdf/helper/draw_page.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,14 +6,14 @@
 
 #include <poppler.h>
 
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/picture.h"
 
 namespace tavio::pdf_helper {
 
 namespace {
 
-using platform::pdf::Answer;
-using platform::pdf::PixelBox;
+using pdf::Answer;
+using pdf::PixelBox;
 
 struct ObjectDeleter {
     void operator()(void* object) const { g_object_unref(object); }
@@ -57,10 +57,10 @@ CropBox cropBoxOf(PopplerPage* page) {
 bool fitsSurface(const CropBox& box, double mostPointsPerSide) {
     constexpr double kMostSide = 32767;
     if (!std::isfinite(box.x) || !std::isfinite(box.y)) return false;
-    if (!platform::pdf::sidesAllowed(box.width, box.height, mostPointsPerSide)) return false;
-    const PixelBox pixels = platform::pdf::pixelBox(box.x, box.y, box.width, box.height);
+    if (!pdf::sidesAllowed(box.width, box.height, mostPointsPerSide)) return false;
+    const PixelBox pixels = pdf::pixelBox(box.x, box.y, box.width, box.height);
     return pixels.columns <= kMostSide && pixels.rows <= kMostSide &&
-           pixels.columns * pixels.rows <= static_cast<double>(platform::kMostPixels);
+           pixels.columns * pixels.rows <= static_cast<double>(pictures::kMostPixels);
 }
 
 // Notes about the page, as against parts of it; a print leaves the former out.
@@ -105,7 +105,7 @@ void fitIntoBox(cairo_t* context, PopplerPage* page, const CropBox& box) {
 }
 
 cairo_status_t render(PopplerPage* page, const CropBox& box, cairo_surface_t* surface) {
-    const PixelBox pixels = platform::pdf::pixelBox(box.x, box.y, box.width, box.height);
+    const PixelBox pixels = pdf::pixelBox(box.x, box.y, box.width, box.height);
     const Context context(cairo_create(surface));
     cairo_set_source_rgb(context.get(), 1, 1, 1);
     cairo_paint(context.get());
@@ -132,7 +132,7 @@ DrawnPage drawPage(int descriptor, double mostPointsPerSide) {
     const CropBox box = cropBoxOf(page.get());
     if (!fitsSurface(box, mostPointsPerSide)) return refused(Answer::kTooLarge);
 
-    DrawnPage drawn{platform::pdf::drawnHeader(box.x, box.y, box.width, box.height), nullptr};
+    DrawnPage drawn{pdf::drawnHeader(box.x, box.y, box.width, box.height), nullptr};
     drawn.surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
                                                    static_cast<int>(drawn.header.columns),
                                                    static_cast<int>(drawn.header.rows)));

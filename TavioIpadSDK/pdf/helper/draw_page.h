@@ -5,7 +5,7 @@
 
 #include <cairo.h>
 
-#include "TavioIpadSDK/platform/pdf_answer.h"
+#include "TavioIpadSDK/pdf/answer.h"
 
 namespace tavio::pdf_helper {
 
@@ -15,7 +15,7 @@ struct SurfaceDeleter {
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
 struct DrawnPage {
-    platform::pdf::AnswerHeader header;
+    pdf::AnswerHeader header;
     Surface surface;  // header.columns by header.rows, flushed, CAIRO_FORMAT_ARGB32; present
                       // exactly when header.outcome is kDrawn
 };

@@ -14,16 +14,16 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "TavioIpadSDK/platform/pdf-helper/draw_page.h"
-#include "TavioIpadSDK/platform/pdf-helper/memory_guard.h"
-#include "TavioIpadSDK/platform/pdf_answer.h"
+#include "TavioIpadSDK/pdf/answer.h"
+#include "TavioIpadSDK/pdf/helper/draw_page.h"
+#include "TavioIpadSDK/pdf/helper/memory_guard.h"
 
 namespace tavio::pdf_helper {
 
 namespace {
 
-using platform::pdf::Answer;
-using platform::pdf::AnswerHeader;
+using pdf::Answer;
+using pdf::AnswerHeader;
 
 constexpr int kFailed = 1;
 constexpr int kBadUsage = 2;

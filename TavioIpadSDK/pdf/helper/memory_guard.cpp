@@ -2,7 +2,7 @@
 // aborts, one throws, one leaves out what it was about to draw. A page with a picture missing must
 // not be printed, and an abort could not be told from a crash. So this program puts itself before
 // the C library's functions: all parts of it get their memory here.
-#include "TavioIpadSDK/platform/pdf-helper/memory_guard.h"
+#include "TavioIpadSDK/pdf/helper/memory_guard.h"
 
 #include <cerrno>
 #include <cstddef>

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "bluetooth/two_radios.h"
-#include "links/rfcomm_link.h"
+#include "links/bluetooth/two_radios.h"
+#include "tavio/links/rfcomm_link.h"
 
 namespace tavio::links {
 namespace {

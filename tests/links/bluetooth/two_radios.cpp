@@ -1,4 +1,4 @@
-#include "bluetooth/two_radios.h"
+#include "links/bluetooth/two_radios.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "links/rfcomm_socket.h"
+#include "tavio/links/rfcomm_socket.h"
 
 namespace tavio::links::test {
 

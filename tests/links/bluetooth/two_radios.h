@@ -6,7 +6,7 @@
 #include <string>
 #include <sys/types.h>
 
-#include "links/rfcomm_address.h"
+#include "tavio/links/rfcomm_address.h"
 
 namespace tavio::links::test {
 

@@ -1,4 +1,4 @@
-#include "rate/slow_network.h"
+#include "links/rate/slow_network.h"
 
 #include <cstdlib>
 #include <fstream>

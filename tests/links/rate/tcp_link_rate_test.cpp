@@ -12,8 +12,8 @@
 
 #include <gtest/gtest.h>
 
-#include "links/tcp_link.h"
-#include "rate/slow_network.h"
+#include "links/rate/slow_network.h"
+#include "tavio/links/tcp_link.h"
 
 namespace tavio::links {
 namespace {

@@ -1,4 +1,4 @@
-#include "command-line/ticket_options.h"
+#include "tools/common/ticket_options.h"
 
 #include <string_view>
 

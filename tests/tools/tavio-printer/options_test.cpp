@@ -1,5 +1,5 @@
 // The command line of tavio-printer.
-#include "virtual-printer/server/options.h"
+#include "tools/tavio-printer/options.h"
 
 #include <gtest/gtest.h>
 

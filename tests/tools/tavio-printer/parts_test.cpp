@@ -7,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "printer-server/test_device.h"
-#include "virtual-printer/server/line_output.h"
-#include "virtual-printer/server/listen_address.h"
-#include "virtual-printer/server/program.h"
-#include "virtual-printer/server/receive_buffer.h"
+#include "tools/tavio-printer/device/receive_buffer.h"
+#include "tools/tavio-printer/device/test_device.h"
+#include "tools/tavio-printer/doors/listen_address.h"
+#include "tools/tavio-printer/line_output.h"
+#include "tools/tavio-printer/program.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "printer-server/printer_process.h"
+#include "tools/tavio-printer/printer_process.h"
 
 #include <array>
 #include <cerrno>

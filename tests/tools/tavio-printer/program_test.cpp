@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "printer-server/printer_process.h"
-#include "printer-server/server_bench.h"
 #include "support/temporary_folder.h"
+#include "tools/tavio-printer/doors/server_bench.h"
+#include "tools/tavio-printer/printer_process.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "tavio/console.h"
+#include "tools/tavio/console.h"
 
 #include <condition_variable>
 #include <future>

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tool/process.h"
-#include "tool/sample_files.h"
+#include "tools/tavio/process.h"
+#include "tools/tavio/sample_files.h"
 
 namespace tavio::test {
 namespace {

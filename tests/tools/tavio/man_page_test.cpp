@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tool/process.h"
+#include "tools/tavio/process.h"
 
 namespace tavio::test {
 namespace {

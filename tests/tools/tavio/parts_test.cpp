@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tavio/destination.h"
-#include "tavio/extension.h"
-#include "tavio/failure.h"
-#include "tavio/options.h"
-#include "tavio/ticket_fit.h"
+#include "tools/tavio/destination.h"
+#include "tools/tavio/extension.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/options.h"
+#include "tools/tavio/ticket_fit.h"
 
 namespace tavio::tool {
 namespace {

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/platform/decode_picture.h"
-#include "tool/process.h"
-#include "tool/sample_files.h"
+#include "TavioIpadSDK/pictures/decode_picture.h"
+#include "tools/tavio/process.h"
+#include "tools/tavio/sample_files.h"
 
 namespace tavio::test {
 namespace {
@@ -23,7 +23,7 @@ struct Marks {
 Marks marksOf(const std::string& path) {
     std::string file = readFile(path);
     auto decoded =
-        platform::decodePicture({reinterpret_cast<const Byte*>(file.data()), file.size()});
+        pictures::decodePicture({reinterpret_cast<const Byte*>(file.data()), file.size()});
     if (!decoded.picture) {
         ADD_FAILURE() << path << ": " << decoded.why;
         return {};

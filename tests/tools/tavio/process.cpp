@@ -1,4 +1,4 @@
-#include "tool/process.h"
+#include "tools/tavio/process.h"
 
 #include <array>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "tavio/progress_line.h"
+#include "tools/tavio/progress_line.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tool/sample_files.h"
+#include "tools/tavio/sample_files.h"
 
 #include <cstddef>
 #include <sstream>

@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include "links/recording_link.h"
-#include "tavio/interrupts.h"
-#include "tool/process.h"
-#include "tool/socket_printer.h"
+#include "tavio/links/recording_link.h"
+#include "tools/tavio/interrupts.h"
+#include "tools/tavio/process.h"
+#include "tools/tavio/socket_printer.h"
 
 namespace tavio::test {
 namespace {

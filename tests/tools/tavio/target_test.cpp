@@ -1,5 +1,5 @@
 // What --to takes.
-#include "tavio/target.h"
+#include "tools/tavio/target.h"
 
 #include <utility>
 #include <variant>

@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "tool/process.h"
-#include "tool/sample_files.h"
-#include "tool/socket_printer.h"
+#include "tools/tavio/process.h"
+#include "tools/tavio/sample_files.h"
+#include "tools/tavio/socket_printer.h"
 
 namespace tavio::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,10 +6,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "virtual-printer/server/job_stream.h"
-#include "virtual-printer/server/link_rate.h"
-#include "virtual-printer/server/receive_buffer.h"
-#include "virtual-printer/server/reply_queue.h"
+#include "tools/tavio-printer/device/job_stream.h"
+#include "tools/tavio-printer/device/link_rate.h"
+#include "tools/tavio-printer/device/receive_buffer.h"
+#include "tools/tavio-printer/device/reply_queue.h"
 
 namespace tavio::virtual_printer {
 namespace {

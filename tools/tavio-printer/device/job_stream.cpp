@@ -1,4 +1,4 @@
-#include "virtual-printer/server/job_stream.h"
+#include "tools/tavio-printer/device/job_stream.h"
 
 #include <algorithm>
 #include <cstring>

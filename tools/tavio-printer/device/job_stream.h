@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device_ticket.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/link_rate.h"
+#include "tools/tavio-printer/device/link_rate.h"
 
 #include <algorithm>
 #include <cmath>

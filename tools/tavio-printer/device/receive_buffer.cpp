@@ -1,4 +1,4 @@
-#include "virtual-printer/server/receive_buffer.h"
+#include "tools/tavio-printer/device/receive_buffer.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/reply_queue.h"
+#include "tools/tavio-printer/device/reply_queue.h"
 
 namespace tavio::virtual_printer {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-#include "virtual-printer/command_reader.h"
+#include "tavio/virtual-printer/command_reader.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/listen_address.h"
+#include "tools/tavio-printer/doors/listen_address.h"
 
 #include <algorithm>
 #include <charconv>

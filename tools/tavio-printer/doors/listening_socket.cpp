@@ -1,4 +1,4 @@
-#include "virtual-printer/server/listening_socket.h"
+#include "tools/tavio-printer/doors/listening_socket.h"
 
 #include <algorithm>
 #include <cerrno>

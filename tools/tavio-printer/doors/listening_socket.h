@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <optional>
 
-#include "virtual-printer/server/listen_address.h"
-#include "virtual-printer/server/socket_handle.h"
+#include "tools/tavio-printer/doors/listen_address.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 

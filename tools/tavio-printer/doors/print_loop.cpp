@@ -1,4 +1,4 @@
-#include "virtual-printer/server/print_loop.h"
+#include "tools/tavio-printer/doors/print_loop.h"
 
 #include <algorithm>
 #include <span>

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "virtual-printer/server/device.h"
-#include "virtual-printer/server/door.h"
+#include "tools/tavio-printer/device/device.h"
+#include "tools/tavio-printer/doors/door.h"
 
 namespace tavio::virtual_printer {
 

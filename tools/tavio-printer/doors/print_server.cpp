@@ -1,4 +1,4 @@
-#include "virtual-printer/server/print_server.h"
+#include "tools/tavio-printer/doors/print_server.h"
 
 #include <algorithm>
 #include <atomic>
@@ -11,10 +11,10 @@
 #include <utility>
 #include <vector>
 
-#include "virtual-printer/server/print_loop.h"
-#include "virtual-printer/server/socket_handle.h"
-#include "virtual-printer/server/tcp_door.h"
-#include "virtual-printer/server/tty_door.h"
+#include "tools/tavio-printer/doors/print_loop.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
+#include "tools/tavio-printer/doors/tcp_door.h"
+#include "tools/tavio-printer/doors/tty_door.h"
 
 namespace tavio::virtual_printer {
 namespace {

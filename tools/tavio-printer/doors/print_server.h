@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "virtual-printer/server/device.h"
-#include "virtual-printer/server/listen_address.h"
+#include "tools/tavio-printer/device/device.h"
+#include "tools/tavio-printer/doors/listen_address.h"
 
 namespace tavio::virtual_printer {
 

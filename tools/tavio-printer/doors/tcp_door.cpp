@@ -1,4 +1,4 @@
-#include "virtual-printer/server/tcp_door.h"
+#include "tools/tavio-printer/doors/tcp_door.h"
 
 #include <array>
 #include <cerrno>
@@ -6,7 +6,7 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
-#include "virtual-printer/server/listening_socket.h"
+#include "tools/tavio-printer/doors/listening_socket.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -1,9 +1,9 @@
 // Clients that come over the network.
 #pragma once
 
-#include "virtual-printer/server/door.h"
-#include "virtual-printer/server/listen_address.h"
-#include "virtual-printer/server/socket_handle.h"
+#include "tools/tavio-printer/doors/door.h"
+#include "tools/tavio-printer/doors/listen_address.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 

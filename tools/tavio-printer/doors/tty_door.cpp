@@ -1,4 +1,4 @@
-#include "virtual-printer/server/tty_door.h"
+#include "tools/tavio-printer/doors/tty_door.h"
 
 #include <array>
 #include <cerrno>

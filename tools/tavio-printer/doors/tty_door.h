@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "virtual-printer/server/door.h"
-#include "virtual-printer/server/socket_handle.h"
+#include "tools/tavio-printer/doors/door.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 

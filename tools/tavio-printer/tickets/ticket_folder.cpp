@@ -1,4 +1,4 @@
-#include "virtual-printer/server/ticket_folder.h"
+#include "tools/tavio-printer/tickets/ticket_folder.h"
 
 #include <cerrno>
 #include <charconv>

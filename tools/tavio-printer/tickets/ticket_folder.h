@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,10 +1,10 @@
-#include "virtual-printer/server/ticket_store.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "virtual-printer/server/ticket_folder.h"
-#include "virtual-printer/ticket_png.h"
+#include "tavio/virtual-printer/ticket_png.h"
+#include "tools/tavio-printer/tickets/ticket_folder.h"
 
 namespace tavio::virtual_printer {
 namespace {

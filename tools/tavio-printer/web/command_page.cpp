@@ -1,4 +1,4 @@
-#include "virtual-printer/server/command_page.h"
+#include "tools/tavio-printer/web/command_page.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,7 +7,7 @@
 #include <streambuf>
 #include <string_view>
 
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
 
 namespace tavio::virtual_printer {
 namespace {

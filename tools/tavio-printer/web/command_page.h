@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "virtual-printer/problems.h"
-#include "virtual-printer/ticket.h"
+#include "tavio/virtual-printer/problems.h"
+#include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::virtual_printer {
 

@@ -27,8 +27,8 @@ foreach(file IN LISTS files)
     "    {\"${path}\", \"${type_${extension}}\", textOf(${array})},\n")
 endforeach()
 
-file(WRITE "${OUTPUT}" "// Made from virtual-printer/server/page.
-#include \"virtual-printer/server/page_files.h\"
+file(WRITE "${OUTPUT}" "// Made from tools/tavio-printer/page.
+#include \"tools/tavio-printer/web/page_files.h\"
 
 #include <array>
 #include <cstddef>

@@ -1,9 +1,9 @@
-#include "virtual-printer/server/event_stream.h"
+#include "tools/tavio-printer/web/event_stream.h"
 
 #include <charconv>
 #include <optional>
 
-#include "virtual-printer/server/ticket_json.h"
+#include "tools/tavio-printer/web/ticket_json.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -15,8 +15,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual-printer/server/ticket_store.h"
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
+#include "tools/tavio-printer/web/printer_panel.h"
 
 namespace tavio::virtual_printer {
 

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/http_connection.h"
+#include "tools/tavio-printer/web/http_connection.h"
 
 #include <algorithm>
 #include <array>

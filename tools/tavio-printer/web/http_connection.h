@@ -6,7 +6,7 @@
 #include <httplib.h>
 #include <string>
 
-#include "virtual-printer/server/socket_handle.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 

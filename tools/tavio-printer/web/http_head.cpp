@@ -1,4 +1,4 @@
-#include "virtual-printer/server/http_head.h"
+#include "tools/tavio-printer/web/http_head.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/http_listener.h"
+#include "tools/tavio-printer/web/http_listener.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,8 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
-#include "virtual-printer/server/http_head.h"
-#include "virtual-printer/server/listening_socket.h"
+#include "tools/tavio-printer/doors/listening_socket.h"
+#include "tools/tavio-printer/web/http_head.h"
 
 namespace tavio::virtual_printer {
 namespace {

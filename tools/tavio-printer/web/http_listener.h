@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "virtual-printer/server/socket_handle.h"
+#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 

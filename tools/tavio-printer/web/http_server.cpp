@@ -1,4 +1,4 @@
-#include "virtual-printer/server/http_server.h"
+#include "tools/tavio-printer/web/http_server.h"
 
 #include <csignal>
 #include <exception>
@@ -6,8 +6,8 @@
 #include <sys/socket.h>
 #include <utility>
 
-#include "virtual-printer/server/http_connection.h"
-#include "virtual-printer/server/http_head.h"
+#include "tools/tavio-printer/web/http_connection.h"
+#include "tools/tavio-printer/web/http_head.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "virtual-printer/server/http_listener.h"
+#include "tools/tavio-printer/web/http_listener.h"
 
 namespace tavio::virtual_printer {
 

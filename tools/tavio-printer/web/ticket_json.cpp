@@ -1,9 +1,9 @@
-#include "virtual-printer/server/ticket_json.h"
+#include "tools/tavio-printer/web/ticket_json.h"
 
 #include <vector>
 
-#include "virtual-printer/server/command_page.h"
-#include "virtual-printer/server/json.h"
+#include "tools/tavio-printer/web/command_page.h"
+#include "tools/tavio-printer/web/json.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "virtual-printer/server/device.h"
-#include "virtual-printer/server/ticket_store.h"
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/device/device.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
+#include "tools/tavio-printer/web/printer_panel.h"
 
 namespace tavio::virtual_printer {
 

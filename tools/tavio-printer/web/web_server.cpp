@@ -1,4 +1,4 @@
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/web/web_server.h"
 
 #include <algorithm>
 #include <array>
@@ -11,11 +11,11 @@
 #include <string_view>
 #include <utility>
 
-#include "virtual-printer/server/event_stream.h"
-#include "virtual-printer/server/http_head.h"
-#include "virtual-printer/server/http_server.h"
-#include "virtual-printer/server/page_files.h"
-#include "virtual-printer/server/ticket_json.h"
+#include "tools/tavio-printer/web/event_stream.h"
+#include "tools/tavio-printer/web/http_head.h"
+#include "tools/tavio-printer/web/http_server.h"
+#include "tools/tavio-printer/web/page_files.h"
+#include "tools/tavio-printer/web/ticket_json.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "virtual-printer/server/device.h"
-#include "virtual-printer/server/ticket_store.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
+#include "tools/tavio-printer/web/printer_panel.h"
 
 namespace tavio::virtual_printer {
 
@@ -15,15 +14,6 @@ struct WebSettings {
     std::string address = "127.0.0.1";  // to listen on
     std::uint16_t port = 9180;          // 0: any that is free
     std::size_t mostPages = 32;         // event streams at once; more are told to come back
-};
-
-// What the page shows and does besides tickets. Called on threads of the web server.
-struct PrinterPanel {
-    PrinterSettings settings;  // the ticket that is in the printer
-    std::string stock;         // its name for people, e.g. "concert, 5.5 x 2 in"
-    std::string printAddress;  // where to print to, e.g. "tcp://127.0.0.1:9100"
-    std::function<DeviceState()> state;
-    std::function<void()> loadPaper;
 };
 
 // Runs until it is destroyed or stopped, which takes less than 2 seconds also with pages open.

@@ -1,8 +1,8 @@
 // However long a stream is and whatever is in it, a device takes no more memory than it says.
 #include <gtest/gtest.h>
 
-#include "printer-server/memory_counter.h"
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/memory_counter.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

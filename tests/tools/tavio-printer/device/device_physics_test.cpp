@@ -1,7 +1,7 @@
 // The receive buffer, the link and the paper.
 #include <gtest/gtest.h>
 
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "printer-server/slow_device.h"
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/slow_device.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

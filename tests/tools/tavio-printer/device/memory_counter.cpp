@@ -1,4 +1,4 @@
-#include "printer-server/memory_counter.h"
+#include "tools/tavio-printer/device/memory_counter.h"
 
 #include <atomic>
 #include <cstddef>

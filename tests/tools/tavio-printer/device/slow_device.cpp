@@ -1,8 +1,8 @@
-#include "printer-server/slow_device.h"
+#include "tools/tavio-printer/device/slow_device.h"
 
 #include <algorithm>
 
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace tavio::virtual_printer::testing {
 

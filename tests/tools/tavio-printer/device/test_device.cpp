@@ -1,4 +1,4 @@
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 #include <gtest/gtest.h>
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace tavio::virtual_printer::testing {
 

@@ -1,12 +1,12 @@
 // The loop between clients and device, with clients that are made up and a clock that is a variable.
-#include "virtual-printer/server/print_loop.h"
+#include "tools/tavio-printer/doors/print_loop.h"
 
 #include <deque>
 #include <memory>
 
 #include <gtest/gtest.h>
 
-#include "printer-server/test_device.h"
+#include "tools/tavio-printer/device/test_device.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "printer-server/server_bench.h"
+#include "tools/tavio-printer/doors/server_bench.h"
 
 #include <array>
 #include <cerrno>

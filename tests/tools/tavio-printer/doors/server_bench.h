@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "printer-server/test_device.h"
-#include "virtual-printer/server/print_server.h"
+#include "tools/tavio-printer/device/test_device.h"
+#include "tools/tavio-printer/doors/print_server.h"
 
 namespace tavio::virtual_printer::testing {
 

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "printer-server/server_bench.h"
+#include "tools/tavio-printer/doors/server_bench.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

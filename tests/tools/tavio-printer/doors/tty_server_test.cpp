@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "printer-server/server_bench.h"
 #include "support/temporary_folder.h"
+#include "tools/tavio-printer/doors/server_bench.h"
 
 namespace tavio::virtual_printer::testing {
 namespace {

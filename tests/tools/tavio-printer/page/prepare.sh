@@ -2,7 +2,7 @@
 # $1 is the folder of the built programs; what is installed and made goes beside it.
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-bin=$(cd "${1:-$here/../../build/release/bin}" && pwd)
+bin=$(cd "${1:-$here/../../../../build/release/bin}" && pwd)
 work=$bin/../browser
 
 chromium=$(command -v chromium || command -v chromium-browser || true)

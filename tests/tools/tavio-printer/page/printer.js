@@ -8,7 +8,7 @@ import { fileURLToPath } from "node:url";
 
 const bin = process.env.TAVIO_BIN;
 export const pictures = join(process.env.TAVIO_WORK, "pictures");
-const examples = fileURLToPath(new URL("../../examples/", import.meta.url));
+const examples = fileURLToPath(new URL("../../../../examples/", import.meta.url));
 
 export class Printer {
   // Options of tavio-printer; it listens on ports that are free.

@@ -1,10 +1,10 @@
-#include "page_tickets.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
 
 #include <optional>
 
 #include <png.h>
 
-#include "virtual-printer/printer.h"
+#include "tavio/virtual-printer/printer.h"
 
 namespace tavio::test {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "virtual-printer/server/device.h"
+#include "tools/tavio-printer/device/device.h"
 
 namespace tavio::test {
 
@@ -13,6 +13,6 @@ virtual_printer::DeviceTicket printed(std::string_view stream,
                                       virtual_printer::TicketSize size = {64, 200, 100});
 
 // The dots of a picture, in the text form of Ticket::toText(); "" where it is no 1-bit grey PNG.
-std::string dotsOf(const std::vector<virtual_printer::Byte>& png);
+std::string dotsOf(const Bytes& png);
 
 }  // namespace tavio::test

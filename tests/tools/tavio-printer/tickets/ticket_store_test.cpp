@@ -1,11 +1,11 @@
-#include "virtual-printer/server/ticket_store.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
 
 #include <atomic>
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
 
 namespace tavio::virtual_printer {
 namespace {

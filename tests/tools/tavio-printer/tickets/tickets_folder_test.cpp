@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
 #include "support/rights.h"
 #include "support/temporary_folder.h"
-#include "virtual-printer/server/ticket_folder.h"
-#include "virtual-printer/server/ticket_store.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
+#include "tools/tavio-printer/tickets/ticket_folder.h"
+#include "tools/tavio-printer/tickets/ticket_store.h"
 
 namespace tavio::virtual_printer {
 namespace {

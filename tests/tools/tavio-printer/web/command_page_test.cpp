@@ -1,4 +1,4 @@
-#include "virtual-printer/server/command_page.h"
+#include "tools/tavio-printer/web/command_page.h"
 
 #include <algorithm>
 #include <random>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "virtual-printer/decode_listing.h"
+#include "tavio/virtual-printer/decode_listing.h"
 
 namespace tavio::virtual_printer {
 namespace {

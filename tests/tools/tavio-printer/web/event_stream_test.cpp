@@ -1,9 +1,9 @@
-#include "virtual-printer/server/event_stream.h"
+#include "tools/tavio-printer/web/event_stream.h"
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
-#include "raw_http.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
+#include "tools/tavio-printer/web/raw_http.h"
 
 namespace tavio::virtual_printer {
 namespace {

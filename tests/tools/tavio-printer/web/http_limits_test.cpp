@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
-#include "raw_http.h"
-#include "virtual-printer/server/event_stream.h"
-#include "virtual-printer/server/http_head.h"
-#include "virtual-printer/server/http_listener.h"
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
+#include "tools/tavio-printer/web/event_stream.h"
+#include "tools/tavio-printer/web/http_head.h"
+#include "tools/tavio-printer/web/http_listener.h"
+#include "tools/tavio-printer/web/raw_http.h"
+#include "tools/tavio-printer/web/web_server.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -1,4 +1,4 @@
-#include "virtual-printer/server/json.h"
+#include "tools/tavio-printer/web/json.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "raw_http.h"
+#include "tools/tavio-printer/web/raw_http.h"
 
 #include <arpa/inet.h>
 #include <array>

@@ -1,8 +1,8 @@
-#include "virtual-printer/server/ticket_json.h"
+#include "tools/tavio-printer/web/ticket_json.h"
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
 
 namespace tavio::virtual_printer {
 namespace {

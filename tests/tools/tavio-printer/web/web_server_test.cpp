@@ -1,4 +1,4 @@
-#include "virtual-printer/server/web_server.h"
+#include "tools/tavio-printer/web/web_server.h"
 
 #include <atomic>
 #include <httplib.h>
@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "page_tickets.h"
-#include "raw_http.h"
+#include "tools/tavio-printer/tickets/page_tickets.h"
+#include "tools/tavio-printer/web/raw_http.h"
 
 namespace tavio::virtual_printer {
 namespace {

@@ -1,10 +1,6 @@
-#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/pictures/upright.h"
 
-#include <cstddef>
-
-#include "TavioIpadSDK/platform/upright_view.h"
-
-namespace tavio::platform {
+namespace tavio::pictures {
 namespace {
 
 bool liesOnItsSide(const Picture& picture) {
@@ -66,4 +62,4 @@ Picture upright(Picture picture) {
     return turned;
 }
 
-}  // namespace tavio::platform
+}  // namespace tavio::pictures

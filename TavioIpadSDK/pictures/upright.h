@@ -1,0 +1,35 @@
+// Turning a picture so that it stands upright.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "TavioIpadSDK/pictures/picture.h"
+
+namespace tavio::pictures {
+
+// The size of the picture once it stands upright: swapped for orientations 5 to 8.
+std::int32_t uprightWidth(const Picture& picture);
+std::int32_t uprightHeight(const Picture& picture);
+
+// The same picture with its pixels turned so that its orientation is 1. Exact: no pixel changes its
+// value. The memory of an already upright picture is moved, not copied.
+Picture upright(Picture picture);
+
+// A picture as it stands upright, without its pixels being turned.
+//
+// The upright pixel at (column, row) is origin[column * columnStep + row * rowStep], for columns 0
+// to width - 1 and rows 0 to height - 1. Valid as long as the picture and unchanged; a picture
+// without pixels has a view of size 0 x 0.
+struct UprightView {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    const UInt32* origin = nullptr;
+    std::ptrdiff_t columnStep = 0;
+    std::ptrdiff_t rowStep = 0;
+};
+
+// An orientation outside of 1 to 8 counts as 1.
+UprightView uprightView(const Picture& picture);
+
+}  // namespace tavio::pictures

@@ -1,0 +1,33 @@
+// What comes out of the device.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "tavio/virtual-printer/printer.h"
+#include "tavio/virtual-printer/problems.h"
+
+namespace tavio::virtual_printer {
+
+// A ticket that came out, complete in itself. Its paper begins to move when it is handed over.
+//
+// At the end of a stream the last ticket comes out if something is on it, or if bytes came but no
+// ticket; or else, blank, if there are problems with what came after the last ticket. A client that
+// sent nothing gets none.
+struct DeviceTicket {
+    Ticket ticket;
+    Orientation orientation;
+    TicketEnd end;
+    bool marked;
+    std::uint64_t connection;   // from 1
+    std::uint64_t number;       // of its stream, from 1
+    std::uint64_t beginOffset;  // in the stream
+    std::vector<Byte> bytes;    // at most kMostTicketBytes; more are not kept
+    std::uint64_t byteCount;    // all of them
+    ProblemList problems;       // of this ticket, offsets from the ticket's first byte
+};
+
+inline constexpr std::size_t kMostTicketBytes = std::size_t{16} << 20U;
+
+}  // namespace tavio::virtual_printer

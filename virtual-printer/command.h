@@ -1,0 +1,41 @@
+// The commands of the printer's language.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "TavioIpadSDK/machine/bytes.h"
+
+namespace tavio::virtual_printer {
+
+enum class CommandKind : std::uint8_t {
+    kPath,  // arguments: path number
+    kLandscape,
+    kPortrait,
+    kRe,  // arguments: n
+    kDi,
+    kPosition,   // arguments: row, column
+    kGraphics,   // arguments: count; graphicsBytes() and graphicsEnd() follow
+    kLogoPlace,  // arguments: row, column
+    kPrintLogo,  // arguments: logo number
+    kBeginLogo,  // arguments: logo number
+    kEndLogo,
+    kClearMemory,
+    kCut,
+    kEject,
+    kUnknown,  // a "<...>" that means nothing, or an ESC that begins nothing
+};
+
+// The most bytes of one command, "<" and ">" included.
+inline constexpr std::size_t kMostCommandBytes = 64;
+
+struct Command {
+    std::uint64_t offset = 0;  // of its first byte, from the start of the stream
+    CommandKind kind = CommandKind::kUnknown;
+    std::string_view text;                    // its bytes, as they came; valid during the call
+    std::array<std::int32_t, 2> arguments{};  // as the kind says; 0 where it has none
+};
+
+}  // namespace tavio::virtual_printer
