@@ -10,6 +10,7 @@ include(CMakePackageConfigHelpers)
 # preview's link shows it. All other headers are inner ones.
 set(public_headers
   TavioIpadSDK/TavioIpadSDK.h
+  TavioIpadSDK/intake/job.h
   TavioIpadSDK/intake/logos.h
   TavioIpadSDK/intake/send_file.h
   TavioIpadSDK/machine/bytes.h
@@ -28,6 +29,7 @@ set(public_headers
   TavioIpadSDK/settings/dot_width_table.h
   TavioIpadSDK/settings/job.h
   TavioIpadSDK/settings/settings.h
+  TavioIpadSDK/settings/stock_table.h
   tavio/links/deadlines.h
   tavio/links/file_link.h
   tavio/links/link.h

@@ -1,15 +1,16 @@
 #include "TavioIpadSDK/session/session.h"
 
+#include "TavioIpadSDK/machine/module_state.h"
 #include "TavioIpadSDK/session/transport.h"
 #include "TavioIpadSDK/settings/dot_width_table.h"
 
 namespace tavio {
 
-std::string Mode;
+TAVIO_MODULE_TEXT std::string Mode;
 constinit bool connectionStatus = false;
 constinit std::int32_t connectedBTdevices = 0;
 constinit std::int32_t selectedBTindex = 0;
-std::string s;
+TAVIO_MODULE_TEXT std::string s;
 
 bool OpenSessionBT() {
     InitDotArray();

@@ -19,16 +19,21 @@ namespace tavio {
 // ---- State, from program start to program end ---------------------------------------------------
 
 // The active transport: "BT", "WF", or "" when no session is open. Any other text behaves like ""
-// for texts and reads and like Bluetooth for raw data. Written by the four open and close
-// operations; read by SendString, SendData and ReadPrinter.
-extern std::string Mode;
+// for texts and reads and like Bluetooth for raw data. The open and close operations write it, each
+// sending and reading operation looks at it.
+// Written by: session.cpp, the application
+// Read by: session.cpp
+extern std::string Mode;  // initially ""
 
-// How the last attempt to open a session ended. CloseSessionWiFi sets it to false; CloseSessionBT
-// leaves it as it is. Written by the open operations and CloseSessionWiFi; the library never reads
-// it.
-extern bool connectionStatus;
+// How the last attempt to open a session ended: true when the transport was opened. CloseSessionWiFi
+// sets it to false; CloseSessionBT leaves it as it is. No sending operation looks at it.
+// Written by: session.cpp
+// Read by: session.cpp, the application
+extern bool connectionStatus;  // initially false
 
-// For the application's own use: the library neither reads nor writes these three.
+// For the application's own use, any value.
+// Written by: the application
+// Read by: the application
 extern std::int32_t connectedBTdevices;  // initially 0
 extern std::int32_t selectedBTindex;     // initially 0
 extern std::string s;                    // initially ""

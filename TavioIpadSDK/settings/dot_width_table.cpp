@@ -6,14 +6,13 @@
 #include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio {
-
-constinit std::array<std::array<std::int32_t, 3>, 9> portrait_dot_array{};
-constinit std::int32_t portrait_dots = 0;
-
 namespace {
 
+using Row = std::array<std::int32_t, 3>;
+using Table = std::array<Row, settings::kStockCount>;
+
 // By stock index; in each row the dots at 200, 300 and 600 per inch.
-constexpr std::array<std::array<std::int32_t, 3>, 9> kPortraitDots{{
+constexpr auto kPortraitDots = std::to_array<Row>({
     {384, 576, 1184},
     {640, 960, 1920},
     {416, 608, 1232},
@@ -23,7 +22,8 @@ constexpr std::array<std::array<std::int32_t, 3>, 9> kPortraitDots{{
     {190, 290, 590},
     {250, 380, 780},
     {1700, 2580, 5000},
-}};
+});
+static_assert(kPortraitDots.size() == settings::kStocks.size(), "each stock has its dot widths");
 
 std::optional<std::size_t> columnOf(std::int32_t resolution) {
     switch (resolution) {
@@ -38,8 +38,6 @@ std::optional<std::size_t> columnOf(std::int32_t resolution) {
     }
 }
 
-using Table = std::array<std::array<std::int32_t, 3>, 9>;
-
 std::optional<std::int32_t> entryOf(const Table& table, std::int32_t stock,
                                     std::int32_t resolution) {
     const std::optional<std::size_t> column = columnOf(resolution);
@@ -49,6 +47,9 @@ std::optional<std::int32_t> entryOf(const Table& table, std::int32_t stock,
 }
 
 }  // namespace
+
+constinit Table portrait_dot_array{};
+constinit std::int32_t portrait_dots = 0;
 
 void InitDotArray() {
     portrait_dot_array = kPortraitDots;

@@ -6,22 +6,28 @@
 #include <cstdint>
 #include <optional>
 
+#include "TavioIpadSDK/settings/stock_table.h"
+
 namespace tavio {
 
-// Row: stock index 0 to 8. Column: 0 for 200, 1 for 300, 2 for 600 dots per inch. All 0 until
-// InitDotArray has run, constant afterwards. Written by InitDotArray, read by set_portrait_dots.
-extern std::array<std::array<std::int32_t, 3>, 9> portrait_dot_array;
+// Widths in dots. Row: stock index. Column: 0 for 200, 1 for 300, 2 for 600 dots per inch. All 0
+// until InitDotArray has run, constant afterwards.
+// Written by: dot_width_table.cpp
+// Read by: dot_width_table.cpp
+extern std::array<std::array<std::int32_t, 3>, settings::kStockCount> portrait_dot_array;
 
-// The entry for the current stock and resolution while the orientation is exactly "<PM>", 0 in any
-// other orientation. Written by set_portrait_dots, read by the encoder.
+// The entry for the current stock and resolution, in dots, while the orientation is exactly "<PM>",
+// 0 in any other orientation.
+// Written by: dot_width_table.cpp
+// Read by: dot_width_table.cpp, ../encoder/parse_bmp.cpp
 extern std::int32_t portrait_dots;  // initially 0
 
-// Writes all 27 entries, then calls set_portrait_dots. Called by every opening of a session, before
+// Writes the whole table, then calls set_portrait_dots. Called by every opening of a session, before
 // the transport is opened.
 void InitDotArray();
 
 // Recomputes portrait_dots from the settings. Under "<PM>" with a resolution other than 200, 300
-// and 600, or with a size_indicator outside 0 to 8, it deliberately stays as it was.
+// and 600, or with a size_indicator that is no stock index, it deliberately stays as it was.
 void set_portrait_dots();
 
 }  // namespace tavio
@@ -29,7 +35,7 @@ void set_portrait_dots();
 namespace tavio::settings {
 
 // The fixed number for a stock index and a resolution, whether or not the table has been filled;
-// none for an index outside 0 to 8 or a resolution other than 200, 300 and 600.
+// none for any other index or a resolution other than 200, 300 and 600.
 //
 //   portraitDotsOf(CONCERT, 300)  ->  576
 std::optional<std::int32_t> portraitDotsOf(std::int32_t stock, std::int32_t resolution);

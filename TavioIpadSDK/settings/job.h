@@ -1,4 +1,5 @@
-// The job in progress: where it prints, or which logo it becomes.
+// The job in progress: where it prints, or which logo it becomes. Intake and the logo operations
+// write these variables, the encoder reads them and writes the place of a logo.
 #pragma once
 
 #include <cstdint>
@@ -10,18 +11,28 @@ namespace tavio {
 
 // ---- State of one job, kept until the next ------------------------------------------------------
 
-// "" means the picture is printed at the place below; any other text means that it is stored in the
-// printer as the logo of that number. Written by SendFile ("") and DownloadLogo (the number in
-// decimal), read by the encoder. It is not cleared when a download ends.
+// "" means the picture is printed at the place below; any other text (DownloadLogo writes a number in
+// decimal) means that it is stored in the printer as the logo of that number. SendFile sets it back
+// to ""; the end of a download does not.
+// Written by: ../intake/send_file.cpp, ../intake/logos.cpp, the application
+// Read by: ../encoder/parse_bmp.cpp
 extern std::string LogoNumber;  // initially ""
 
-// The printer row and column of the picture, in dots; any signed 32-bit value. Written by SendFile,
-// set to 0 by the encoder for a logo; read by the encoder.
-extern std::int32_t originalx;  // the row, initially 0
-extern std::int32_t originaly;  // the column, initially 0
+// The printer row of the picture, in dots; any signed 32-bit value. The encoder sets it to 0 for a
+// logo.
+// Written by: ../intake/send_file.cpp, ../encoder/parse_bmp.cpp, the application
+// Read by: ../encoder/parse_bmp.cpp
+extern std::int32_t originalx;  // initially 0
 
-// The absolute text of the URL of the last picture asked for, none before the first. Written by
-// ImageToBmp; the library never reads it.
+// The printer column of the picture, in dots; any signed 32-bit value. The encoder sets it to 0 for
+// a logo.
+// Written by: ../intake/send_file.cpp, ../encoder/parse_bmp.cpp, the application
+// Read by: ../encoder/parse_bmp.cpp
+extern std::int32_t originaly;  // initially 0
+
+// The absolute text of the URL of the last picture asked for, none before the first.
+// Written by: ../intake/image_to_bmp.cpp
+// Read by: the application
 extern Text FileName;
 
 }  // namespace tavio

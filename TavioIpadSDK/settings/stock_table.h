@@ -1,12 +1,13 @@
-// The nine ticket stocks and their sizes.
+// The ticket stocks and their sizes. A stock index is a place in this table, from 0 on.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <string_view>
+
+#include "TavioIpadSDK/settings/settings.h"
 
 namespace tavio::settings {
-
-inline constexpr std::int32_t kStockCount = 9;
 
 struct StockSize {
     double width;   // inches
@@ -19,8 +20,8 @@ struct Stock {
     StockSize otherwise;  // for any other orientation text
 };
 
-// By stock index. CINEMA is deliberately higher than wide in landscape.
-inline constexpr std::array<Stock, kStockCount> kStocks{{
+// CINEMA is deliberately higher than wide in landscape.
+inline constexpr auto kStocks = std::to_array<Stock>({
     {"CONCERT", {5.5, 2.0}, {2.0, 5.5}},
     {"CINEMA", {2.0, 3.25}, {3.25, 2.0}},
     {"CREDITCARD", {3.37, 2.13}, {2.13, 3.37}},
@@ -30,6 +31,14 @@ inline constexpr std::array<Stock, kStockCount> kStocks{{
     {"", {11.0, 1.0}, {1.0, 11.0}},
     {"", {11.0, 1.328}, {1.328, 11.0}},
     {"", {11.0, 8.5}, {8.5, 11.0}},
-}};
+});
+
+inline constexpr auto kStockCount = static_cast<std::int32_t>(kStocks.size());
+static_assert(kStockCount == 9, "settings.h, README.md, the tools and their manual say 0 to 8");
+
+static_assert(kStocks[CONCERT].name == std::string_view("CONCERT"));
+static_assert(kStocks[CINEMA].name == std::string_view("CINEMA"));
+static_assert(kStocks[CREDITCARD].name == std::string_view("CREDITCARD"));
+static_assert(kStocks[RECEIPT].name == std::string_view("RECEIPT"));
 
 }  // namespace tavio::settings

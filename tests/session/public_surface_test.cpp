@@ -61,9 +61,11 @@ namespace {
 template <auto Function, typename Signature>
 constexpr bool kHasSignature = std::is_same_v<decltype(Function), Signature*>;
 
-// Taken before main, so that no test can have changed anything yet; texts are looked at in the
-// tests, since another file's texts may not be made yet.
+// Taken before main, so that no test can have changed anything yet.
 const bool kStatusAtStart = tavio::connectionStatus;
+const std::string kModeAtStart = tavio::Mode;
+const std::string kPathAtStart = tavio::PrinterPath;
+const std::string kOrientationAtStart = tavio::PrinterOrientation;
 const std::int32_t kResolutionAtStart = tavio::PrinterResolution;
 const double kStockWidthAtStart = tavio::StockWidth;
 
@@ -88,7 +90,7 @@ TEST(InitialState, OfTheSettingsIsTheConcertStockInLandscapeAt300) {
 
 TEST(InitialState, OfTheDotWidthsIsZeroThroughout) {
     EXPECT_EQ(tavio::portrait_dots, 0);
-    ASSERT_EQ(tavio::portrait_dot_array.size(), 9U);
+    ASSERT_EQ(tavio::portrait_dot_array.size(), tavio::settings::kStocks.size());
     for (const auto& row : tavio::portrait_dot_array)
         for (const std::int32_t dots : row) EXPECT_EQ(dots, 0);
 }
@@ -110,8 +112,14 @@ TEST(InitialState, OfNumbersIsThereBeforeAnyInitialiserRuns) {
     EXPECT_EQ(kStockWidthAtStart, 5.5);
 }
 
+TEST(InitialState, OfTextsIsThereBeforeAnyInitialiserRuns) {
+    EXPECT_EQ(kModeAtStart, "");
+    EXPECT_EQ(kPathAtStart, "<P1>");
+    EXPECT_EQ(kOrientationAtStart, "<LM>");
+}
+
 TEST(InitialState, PortraitHasNoWidthBeforeTheFirstSession) {
-    for (std::int32_t stock = 0; stock <= 8; ++stock) {
+    for (std::int32_t stock = 0; stock < tavio::settings::kStockCount; ++stock) {
         tavio::ChangeConfiguration("<P1>", 300, false, true, stock, "<PM>");
         EXPECT_EQ(tavio::portrait_dots, 0) << "stock " << stock;
     }
@@ -145,8 +153,7 @@ TEST(PublicSurface, HasTheSessionOperations) {
 }
 
 TEST(PublicSurface, HasTheDocumentAndConfigurationOperations) {
-    using Configure =
-        void(const std::string&, std::int32_t, bool, bool, std::int32_t, const std::string&);
+    using Configure = void(std::string, std::int32_t, bool, bool, std::int32_t, std::string);
     using Send = bool(const tavio::URL&, std::int32_t, std::int32_t);
     EXPECT_TRUE((kHasSignature<&tavio::ChangeConfiguration, Configure>));
     EXPECT_TRUE((kHasSignature<&tavio::InitDotArray, void()>));

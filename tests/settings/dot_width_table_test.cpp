@@ -1,5 +1,6 @@
 #include "TavioIpadSDK/settings/dot_width_table.h"
 
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -7,15 +8,17 @@
 
 #include "TavioIpadSDK/session/session.h"
 #include "TavioIpadSDK/settings/settings.h"
+#include "TavioIpadSDK/settings/stock_table.h"
 #include "support/fresh_state.h"
 
 namespace tavio {
 namespace {
 
-constexpr std::int32_t kExpected[9][3] = {
+constexpr std::int32_t kExpected[][3] = {
     {384, 576, 1184},  {640, 960, 1920}, {416, 608, 1232}, {640, 960, 1920},   {640, 960, 1920},
     {816, 1216, 2360}, {190, 290, 590},  {250, 380, 780},  {1700, 2580, 5000},
 };
+static_assert(std::size(kExpected) == settings::kStocks.size());
 constexpr std::int32_t kResolutions[] = {200, 300, 600};
 
 class DotWidths : public test::FreshState {
@@ -28,7 +31,7 @@ class DotWidths : public test::FreshState {
 
 TEST_F(DotWidths, AreAll27FixedNumbers) {
     InitDotArray();
-    for (std::size_t row = 0; row < 9; ++row)
+    for (std::size_t row = 0; row < std::size(kExpected); ++row)
         for (std::size_t column = 0; column < 3; ++column)
             EXPECT_EQ(portrait_dot_array[row][column], kExpected[row][column])
                 << row << ", " << column;
@@ -36,7 +39,7 @@ TEST_F(DotWidths, AreAll27FixedNumbers) {
 
 TEST_F(DotWidths, AreSelectedByStockAndResolutionInPortrait) {
     OpenSessionBT();
-    for (std::int32_t stock = 0; stock < 9; ++stock)
+    for (std::int32_t stock = 0; stock < settings::kStockCount; ++stock)
         for (std::size_t column = 0; column < 3; ++column) {
             choose(kResolutions[column], stock);
             EXPECT_EQ(portrait_dots, kExpected[stock][column])
@@ -56,7 +59,7 @@ TEST_F(DotWidths, OfTheExamples) {
 
 TEST_F(DotWidths, AreZeroInLandscapeForEveryStockAndResolution) {
     OpenSessionWiFi("192.0.2.7");
-    for (std::int32_t stock = 0; stock < 9; ++stock)
+    for (std::int32_t stock = 0; stock < settings::kStockCount; ++stock)
         for (const std::int32_t resolution : {200, 300, 600, 400}) {
             choose(300, 0, "<PM>");
             ASSERT_EQ(portrait_dots, 576);
@@ -96,7 +99,7 @@ TEST_F(DotWidths, KeepTheZeroOfLandscapeForAResolutionThatTheTableDoesNotKnow) {
 
 TEST_F(DotWidths, AreThoseOfStockZeroForAStockOutOfRange) {
     OpenSessionBT();
-    for (const std::int32_t stock : {9, -1, 1000}) {
+    for (const std::int32_t stock : {settings::kStockCount, -1, 1000}) {
         choose(300, 5);
         choose(300, stock);
         EXPECT_EQ(portrait_dots, 576) << stock;
@@ -104,7 +107,7 @@ TEST_F(DotWidths, AreThoseOfStockZeroForAStockOutOfRange) {
 }
 
 TEST_F(DotWidths, AreZeroBeforeTheFirstSessionAndRightWithTheFirstOpening) {
-    for (std::int32_t stock = 0; stock < 9; ++stock)
+    for (std::int32_t stock = 0; stock < settings::kStockCount; ++stock)
         for (const std::int32_t resolution : kResolutions) {
             choose(resolution, stock);
             EXPECT_EQ(portrait_dots, 0) << stock << ", " << resolution;
@@ -141,7 +144,7 @@ TEST_F(DotWidths, FollowASettingTheApplicationWroteItselfOnlyWhenAsked) {
 TEST_F(DotWidths, KeepTheirValueForASizeIndicatorSetOutsideTheTable) {
     using Limits = std::numeric_limits<std::int32_t>;
     InitDotArray();
-    for (const std::int32_t stock : {9, -1, 10, Limits::max(), Limits::min()}) {
+    for (const std::int32_t stock : {settings::kStockCount, -1, 10, Limits::max(), Limits::min()}) {
         SCOPED_TRACE(stock);
         choose(300, 5);
         size_indicator = stock;

@@ -1,5 +1,6 @@
 #include "TavioIpadSDK/settings/settings.h"
 
+#include <iterator>
 #include <limits>
 #include <string>
 #include <tuple>
@@ -40,6 +41,7 @@ constexpr StockRow kTable[] = {
     {3, 8.0, 3.25, 3.25, 8.0}, {4, 6.0, 3.25, 3.25, 6.0},     {5, 6.0, 4.0, 4.0, 6.0},
     {6, 11.0, 1.0, 1.0, 11.0}, {7, 11.0, 1.328, 1.328, 11.0}, {8, 11.0, 8.5, 8.5, 11.0},
 };
+static_assert(std::size(kTable) == settings::kStocks.size());
 
 TEST_F(Settings, HaveTheExactSizeOfEveryStockInLandscape) {
     for (const StockRow& row : kTable) {
@@ -73,15 +75,16 @@ TEST_F(Settings, KeepTheCinemaStockHigherThanWideInLandscape) {
 }
 
 TEST_F(Settings, EveryStockButCinemaIsWiderThanHighInLandscape) {
-    for (std::int32_t stock = 0; stock <= 8; ++stock) {
+    for (std::int32_t stock = 0; stock < settings::kStockCount; ++stock) {
         choose(stock, "<LM>");
         EXPECT_EQ(StockWidth > StockHeight, stock != CINEMA) << stock;
     }
 }
 
 TEST(StockTable, NamesTheFirstFourStocks) {
-    const std::string names[] = {"CONCERT", "CINEMA", "CREDITCARD", "RECEIPT", "", "", "", "", ""};
-    for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(settings::kStocks[i].name, names[i]);
+    const std::string names[] = {"CONCERT", "CINEMA", "CREDITCARD", "RECEIPT"};
+    for (std::size_t i = 0; i < settings::kStocks.size(); ++i)
+        EXPECT_EQ(settings::kStocks[i].name, i < std::size(names) ? names[i] : "");
 }
 
 // ---- ChangeConfiguration ------------------------------------------------------------------------
@@ -124,7 +127,8 @@ TEST_F(Settings, StorePathsOrientationsAndResolutionsThatNoPrinterKnows) {
 
 TEST_F(Settings, TurnAStockOutOfRangeIntoIndexZeroButKeepTheSizeInUse) {
     using Limits = std::numeric_limits<std::int32_t>;
-    for (const std::int32_t stock : {9, -1, 10, 255, 256, Limits::max(), Limits::min()}) {
+    for (const std::int32_t stock :
+         {settings::kStockCount, -1, 10, 255, 256, Limits::max(), Limits::min()}) {
         SCOPED_TRACE(stock);
         choose(8, "<LM>");
         ChangeConfiguration("<P2>", 200, true, false, stock, "<PM>");
@@ -149,7 +153,7 @@ TEST_F(Settings, LayTheStockOutByTheNewOrientationAndNotByTheOneBefore) {
 
 TEST_F(Settings, AreTheSameAfterTheSameCallAgain) {
     InitDotArray();
-    for (const std::int32_t stock : {0, 5, 9}) {
+    for (const std::int32_t stock : {0, 5, settings::kStockCount}) {
         ChangeConfiguration("<P2>", 600, true, false, stock, "<PM>");
         const auto once = allSettings();
         ChangeConfiguration("<P2>", 600, true, false, stock, "<PM>");
@@ -164,6 +168,20 @@ TEST_F(Settings, AcceptTheirOwnVariablesAsArguments) {
     ChangeConfiguration(PrinterPath, PrinterResolution, ImageScaled, ImageDithered, size_indicator,
                         PrinterOrientation);
     EXPECT_EQ(allSettings(), before);
+}
+
+TEST_F(Settings, MayBeGivenToEachOther) {
+    for (const char* mark : {"", " and characters enough for memory of their own"}) {
+        const std::string first = std::string("<P2>") + mark;
+        const std::string second = std::string("<PM>") + mark;
+        ChangeConfiguration(first, 300, false, true, 0, second);
+        ChangeConfiguration(PrinterOrientation, 300, false, true, 0, PrinterPath);
+        EXPECT_EQ(PrinterPath, second);
+        EXPECT_EQ(PrinterOrientation, first);
+        ChangeConfiguration(PrinterPath, 300, false, true, 0, PrinterPath);
+        EXPECT_EQ(PrinterPath, second);
+        EXPECT_EQ(PrinterOrientation, second);
+    }
 }
 
 TEST_F(Settings, ChangeWithOrWithoutASessionAndSendNothing) {
