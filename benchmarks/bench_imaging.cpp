@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "TavioIpadSDK/imaging/bitmap_file.h"
+#include "TavioIpadSDK/imaging/diffuse_picture.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/print_bmp.h"

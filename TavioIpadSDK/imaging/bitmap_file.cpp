@@ -5,16 +5,18 @@
 #include <span>
 
 #include "TavioIpadSDK/imaging/pack_entries.h"
+#include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/machine/arithmetic.h"
 
 namespace tavio::imaging {
 namespace {
 
 constexpr std::int32_t kHeaderSize = 62;
+static_assert(sizeof(BMPHeader) == kHeaderSize);
 
 // Everything that is the same in every header; zero where a computed field goes.
-constexpr std::array<Byte, 62> fixedFields() {
-    std::array<Byte, 62> header{};
+constexpr std::array<Byte, kHeaderSize> fixedFields() {
+    std::array<Byte, kHeaderSize> header{};
     header[0] = 'B';
     header[1] = 'M';
     header[10] = kHeaderSize;
@@ -35,7 +37,7 @@ void createRawMonochromeData() {
 
 void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index) {
     const auto at = static_cast<std::size_t>(index);  // a negative one becomes too large
-    if (at > BMPHeader.size() - 4) return;
+    if (at > kHeaderSize - 4) return;
     const auto bits = static_cast<UInt32>(intToReverse);
     for (std::size_t i = 0; i < 4; ++i) BMPHeader[at + i] = static_cast<Byte>(bits >> (8 * i));
 }

@@ -3,11 +3,9 @@
 
 #include <cstdint>
 
-#include "TavioIpadSDK/imaging/state.h"
-
 namespace tavio::imaging {
 
-// Packs mDataArray into mRawBitmapData and sets nRead.
+// Packs mDataArray into mRawBitmapData and sets nRead (state.h).
 void createRawMonochromeData();
 
 // Rewrites all 62 bytes of BMPHeader from nRead, mWidth and mHeight: the header of a one-bit bitmap

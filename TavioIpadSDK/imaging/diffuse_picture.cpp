@@ -1,13 +1,17 @@
-// A whole picture on two cores, which take turns at the strips:
+// Two cores take turns at the strips:
 //
 //   strip 0   this thread    ==============>
-//   strip 1   the other        ============>           each a little behind the one above it
+//   strip 1   the other        ============>           each follows the one above it at a distance
 //   strip 2   this thread                   ====>      when done with strip 0
 //   strip 3   the other                       ==>
+#include "TavioIpadSDK/imaging/diffuse_picture.h"
+
+#include <cassert>
+#include <cstddef>
 #include <system_error>
 #include <thread>
+#include <vector>
 
-#include "TavioIpadSDK/imaging/diffuse_strip.h"
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/strip_chain.h"
 
@@ -15,12 +19,12 @@ namespace tavio::imaging {
 namespace {
 
 // Smaller pictures are done before a second thread has begun.
-constexpr std::size_t kLeastPixels = std::size_t{1} << 18;
+constexpr std::size_t kMinPixels = std::size_t{1} << 18;
 
 // False, with nothing done, if no thread can be had.
-bool diffuseOnTwoCores(const std::vector<Strip>& strips) {
-    std::vector<Strip> own;
-    std::vector<Strip> others;
+bool diffuseOnTwoCores(const std::vector<DitherStrip>& strips) {
+    std::vector<DitherStrip> own;
+    std::vector<DitherStrip> others;
     for (std::size_t i = 0; i < strips.size(); ++i)
         (i % 2 == 0 ? own : others).push_back(strips[i]);
     try {
@@ -36,14 +40,15 @@ bool diffuseOnTwoCores(const std::vector<Strip>& strips) {
 
 void diffusePicture(std::span<const UInt32> pixels, std::int32_t width, std::int32_t height,
                     std::span<Byte> entries) {
-    const std::int32_t rows = rowsOfStrip();
-    if (rows == 0 || pixels.size() < kLeastPixels || height <= rows ||
+    assert(pixels.size() == static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const std::int32_t rows = maxStripRows();
+    if (rows == 0 || pixels.size() < kMinPixels || height <= rows ||
         std::thread::hardware_concurrency() < 2) {
         ErrorDiffusion(width).convert(pixels, entries);
         return;
     }
     StripChain chain(width, 2);
-    const std::vector<Strip> strips = chain.cut(pixels, entries, rows);
+    const std::vector<DitherStrip> strips = chain.cut(pixels, entries, rows);
     if (!diffuseOnTwoCores(strips)) diffuseStrips(strips);
 }
 

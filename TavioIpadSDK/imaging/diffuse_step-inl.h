@@ -1,7 +1,7 @@
 // One step of the wave: every lane turns its pixel black or white and passes its error on.
 //
-// Lane l is a row of the picture, and each row is kSkew columns behind the one above it, which is
-// far enough for all that the row above passes down to have arrived:
+// Lane l is a row of the picture, and each row follows the one above it at a distance of kSkew
+// columns, which is far enough for all that the row above passes down to have arrived:
 //
 //                      column ->
 //   lane l      . . . . . . . . . . . . V
@@ -13,11 +13,11 @@
 //
 // While a pixel gathers the errors from above it lies in the lane of the row ABOVE its own, where
 // these errors arise. So three vectors move from lane to lane in a step, one for each field, not
-// one for each error. The order of the additions is that of diffuse(), as it must be, since a field
-// is clamped after each one: upper left, above, upper right, left.
+// one for each error. The order of the additions is that of DitherFloydSteinberg() in raster order,
+// as it must be, since a field is clamped after each one: upper left, above, upper right, left.
 //
-// Lane 0 is the last row of the strip above, done once more. It is known with all that was passed
-// on to it, so nothing may be added: the weights are 0 where lane 0 would receive 7 sixteenths, and
+// Lane 0 is the last row of the strip above, done once more. It comes with all errors that it
+// received, so nothing may be added: the weights are 0 where lane 0 would receive 7 sixteenths, and
 // where the last lane would pass errors down, for the pixels of lane 0 enter through the last one.
 //
 // Numbers:
@@ -268,9 +268,13 @@ HWY_INLINE Fields weighted(const FieldHalves& error, Vec16 even, Vec16 odd) {
             weighted(error.blue, even, odd)};
 }
 
-// The first half of a step: black or white? Writes the pixels' values, the three fields one behind
+// The first half of a step: black or white? Writes the pixels' values, one of the three fields after
 // the other, and one bit for each lane, set for black. Returns the errors for the fields that
-// receive them: that of Green goes to Blue and that of Blue to Green.
+// receive them, crossed as in dither.cpp:
+//
+//   for Red: Red - Red'    for Green: Blue - Blue'    for Blue: Green - Green'
+//
+// so Red 0, Green 160, Blue 32 turned black gives 0, 32 and 160.
 template <bool kEdge>
 HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, const EdgeMasks& masks,
                               Byte (*values)[kLanes], Byte* blackBits) {
@@ -289,7 +293,9 @@ HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, cons
     hn::StoreMaskBits(kU8, hn::MaskFromVec(blackLanes), blackBits);
     const Vec16 white = hn::Set(k16, 255);
     const Halves level = {hn::AndNot(black.even, white), hn::AndNot(black.odd, white)};
-    return {minus(halves.red, level), minus(halves.blue, level), minus(halves.green, level)};
+    return {.red = minus(halves.red, level),
+            .green = minus(halves.blue, level),
+            .blue = minus(halves.green, level)};
 }
 
 // The second half: passes the errors on. The one that the next step waits for comes first.

@@ -19,10 +19,11 @@
 #include "TavioIpadSDK/imaging/diffuse_strip.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 #include <thread>
 
-#include "TavioIpadSDK/imaging/monochrome.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -49,6 +50,9 @@ constexpr int kBitFours = (kLanes + 31) / 32;  // four bytes of bits each
 // So early that the first pixel of lane 0 can enter.
 constexpr int kFirstStep = -kGroup;
 static_assert(kEntersAhead <= kGroup);
+
+// A piece copies up to kPiece words from the end of the row above on.
+static_assert(kPiece <= static_cast<int>(LastRow::kPast));
 
 // The row of lane l + 1 is row l of the strip, and enters in lane l; the row above in the last.
 // Words are turned a group ahead of their steps, so a piece that begins with step s turns those
@@ -109,15 +113,15 @@ HWY_INLINE void turnWords(const UInt32* const* rows, int firstColumn, int quarte
     hn::Store(d, kU8, columns[4 * quarter + 3]);
 }
 
-// The other half of the way, of one column: gives the bytes of its words. Red takes the source
-// green, Green the source blue and Blue the source red.
+// The other half of the way, of one column: gives the bytes of its words. The channels are rotated
+// as by TransformToRGBA: Red = source green, Green = source blue, Blue = source red.
 HWY_INLINE Fields columnOf(const Byte (*columns)[kLanes], int column) {
     VecU8 red = hn::Load(kU8, columns[column]);
     VecU8 green = hn::Load(kU8, columns[column + 4]);
     VecU8 blue = hn::Load(kU8, columns[column + 8]);
     VecU8 alpha = hn::Load(kU8, columns[column + 12]);
     interleave(red, green, blue, alpha);
-    return {less128(green), less128(blue), less128(red)};
+    return {.red = less128(green), .green = less128(blue), .blue = less128(red)};
 }
 
 // The entries of one lane in as many steps as there are lanes, from bytes that hold its bit.
@@ -131,7 +135,7 @@ HWY_INLINE VecU8 entriesOf(VecU8 black, int bit) {
 
 class StripWave {
   public:
-    StripWave(const Constants& constants, const Strip& strip);
+    StripWave(const Constants& constants, const DitherStrip& strip);
     void run();
 
   private:
@@ -153,7 +157,7 @@ class StripWave {
     HWY_INLINE void keepBlack(const Byte* bits, int bitStep);
 
     const Constants& constants_;
-    const Strip& strip_;
+    const DitherStrip& strip_;
     const int width_;
     const int rows_;
     Wave wave_ = makeWave();
@@ -164,8 +168,11 @@ class StripWave {
     Buffers buffers_;
 };
 
-StripWave::StripWave(const Constants& constants, const Strip& strip)
+StripWave::StripWave(const Constants& constants, const DitherStrip& strip)
     : constants_(constants), strip_(strip), width_(strip.width), rows_(strip.rows) {
+    assert(width_ >= 1 && rows_ >= 1 && rows_ < kLanes);
+    assert(strip.pixels.size() ==
+           static_cast<std::size_t>(width_) * static_cast<std::size_t>(rows_));
     std::memset(&buffers_, 0, sizeof(buffers_));
 }
 
@@ -197,7 +204,7 @@ void StripWave::run() {
             writeEntries(first_ + kPiece - bitSteps_);
             bitSteps_ = 0;
             const int done = std::clamp(first_ + kPiece - kSkew * rows_, 0, width_);
-            strip_.last.progress->publish(strip_.last.first + done);
+            strip_.last.done->publish(strip_.last.base + done);
         }
     }
 }
@@ -209,8 +216,8 @@ void StripWave::waitForAbove() {
     constexpr int kSpins = 1000;
     const int needed = std::min(width_, first_ + kGroup + kPiece + kEntersAhead);
     if (needed <= known_) return;
-    const std::int64_t target = strip_.above.first + std::min(width_, needed + kLead);
-    for (int i = 0; strip_.above.progress->done() < target; ++i) {
+    const std::int64_t target = strip_.above.base + std::min(width_, needed + kLead);
+    for (int i = 0; strip_.above.done->count() < target; ++i) {
         if (i < kSpins) {
             hwy::Pause();
         } else {
@@ -245,7 +252,7 @@ void StripWave::copyChecked(int first) {
         for (std::ptrdiff_t i = 0; i < kPiece; ++i)
             words[i] = at + i >= 0 && at + i < size ? pixels[at + i] : 0;
     }
-    const int column = std::min(first + kEntersAhead, width_);  // behind the row are zeros
+    const int column = std::min(first + kEntersAhead, width_);  // past the row are zeros
     copyWords(strip_.above.row->words() + column, buffers_.words[kLanes - 1]);
 }
 
@@ -317,7 +324,7 @@ void StripWave::writeLastRow() {
     }
 }
 
-// Writes the entries of the steps from `first` on. Those that were not done lie behind the end of
+// Writes the entries of the steps from `first` on. Those that were not done lie past the end of
 // every row.
 void StripWave::writeEntries(int first) {
     for (int part = 0; part < kBitParts; ++part) {
@@ -358,20 +365,20 @@ HWY_NOINLINE void StripWave::writeInside(VecU8 entries, Byte* row, int firstColu
     if (begin < end) std::copy(all + begin, all + end, row + firstColumn + begin);
 }
 
-void runStrips(std::span<const Strip> strips) {
+void runStrips(std::span<const DitherStrip> strips) {
     const Constants constants = makeConstants();
-    for (const Strip& strip : strips) StripWave(constants, strip).run();
+    for (const DitherStrip& strip : strips) StripWave(constants, strip).run();
 }
 
-std::int32_t mostRows() {
+std::int32_t maxRows() {
     return kLanes - 1;
 }
 
 #else
 
-void runStrips(std::span<const Strip> /*strips*/) {}
+void runStrips(std::span<const DitherStrip> /*strips*/) {}
 
-std::int32_t mostRows() {
+std::int32_t maxRows() {
     return 0;
 }
 
@@ -385,16 +392,16 @@ namespace tavio::imaging {
 namespace {
 
 HWY_EXPORT(runStrips);
-HWY_EXPORT(mostRows);
+HWY_EXPORT(maxRows);
 
 }  // namespace
 
-std::int32_t rowsOfStrip() {
+std::int32_t maxStripRows() {
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
-    return isPlain ? 0 : HWY_DYNAMIC_DISPATCH(mostRows)();
+    return isPlain ? 0 : HWY_DYNAMIC_DISPATCH(maxRows)();
 }
 
-void diffuseStrips(std::span<const Strip> strips) {
+void diffuseStrips(std::span<const DitherStrip> strips) {
     HWY_DYNAMIC_DISPATCH(runStrips)(strips);
 }
 

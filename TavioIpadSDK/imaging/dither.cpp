@@ -1,28 +1,46 @@
 #include "TavioIpadSDK/imaging/dither.h"
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/grey.h"
 
 namespace tavio::imaging {
 namespace {
 
-struct FieldErrors {
-    int forRed;
-    int forGreen;
-    int forBlue;
-};
-
-// The error of the Green field goes to the neighbours' Blue, that of the Blue field to their Green.
-FieldErrors crossedErrors(ArgbColor original, ArgbColor transformed) {
-    return {original.Red - transformed.Red, original.Blue - transformed.Blue,
-            original.Green - transformed.Green};
+std::size_t areaOf(std::int32_t width, std::int32_t height) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
 }
 
+// Each is added to the neighbours' field of the same name.
+struct FieldErrors {
+    int red;
+    int green;
+    int blue;
+};
+
+// The second and third are crossed:
+//
+//   red error = Red - Red'    blue error = Green - Green'    green error = Blue - Blue'
+//
+// where ' marks the field of the black or white pixel. Red 0, Green 160, Blue 32 turned black gives
+// red 0, blue 160, green 32: the right neighbour receives 7 sixteenths of them, Red 0, Green 14 and
+// Blue 70.
+FieldErrors crossedErrors(ArgbColor original, ArgbColor transformed) {
+    return {.red = original.Red - transformed.Red,
+            .green = original.Blue - transformed.Blue,
+            .blue = original.Green - transformed.Green};
+}
+
+// field = ToByte(field + ((error * sixteenths) >> 4)). The shift rounds towards minus infinity: an
+// error of -1 adds -1 for every weight.
+static_assert((-1 * 7) >> 4 == -1 && (-15 * 1) >> 4 == -1);
 void addError(ArgbColor& neighbour, const FieldErrors& errors, int sixteenths) {
-    neighbour.Red = ToByte(neighbour.Red + ((errors.forRed * sixteenths) >> 4));
-    neighbour.Green = ToByte(neighbour.Green + ((errors.forGreen * sixteenths) >> 4));
-    neighbour.Blue = ToByte(neighbour.Blue + ((errors.forBlue * sixteenths) >> 4));
+    neighbour.Red = ToByte(neighbour.Red + ((errors.red * sixteenths) >> 4));
+    neighbour.Green = ToByte(neighbour.Green + ((errors.green * sixteenths) >> 4));
+    neighbour.Blue = ToByte(neighbour.Blue + ((errors.blue * sixteenths) >> 4));
 }
 
 }  // namespace
@@ -34,12 +52,15 @@ ArgbColor TransformPixel(ArgbColor pixel) {
 
 ArgbColor TransformToRGBA(std::span<const UInt32> RawData, std::span<ArgbColor> OriginalData,
                           std::int32_t width, std::int32_t height) {
-    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    const std::size_t count = areaOf(width, height);
+    assert(RawData.size() == count && OriginalData.size() == count);
     ArgbColor last;
     for (std::size_t index = 0; index < count; ++index) {
         const UInt32 word = RawData[index];
-        last = {static_cast<Byte>(word >> 24), static_cast<Byte>(word >> 8),
-                static_cast<Byte>(word >> 16), static_cast<Byte>(word)};
+        last = {.Alpha = static_cast<Byte>(word >> 24),
+                .Red = static_cast<Byte>(word >> 8),
+                .Green = static_cast<Byte>(word >> 16),
+                .Blue = static_cast<Byte>(word)};
         OriginalData[index] = last;
     }
     return last;
@@ -48,6 +69,8 @@ ArgbColor TransformToRGBA(std::span<const UInt32> RawData, std::span<ArgbColor> 
 void DitherFloydSteinberg(std::span<ArgbColor> original, ArgbColor originalPixel,
                           ArgbColor transformedPixel, std::int32_t x, std::int32_t y,
                           std::int32_t width, std::int32_t height) {
+    assert(x >= 0 && x < width && y >= 0 && y < height);
+    assert(original.size() == areaOf(width, height));
     const auto stride = static_cast<std::size_t>(width);
     const std::size_t index = static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x);
     const FieldErrors errors = crossedErrors(originalPixel, transformedPixel);
@@ -56,20 +79,24 @@ void DitherFloydSteinberg(std::span<ArgbColor> original, ArgbColor originalPixel
 
     if (hasRight) addError(original[index + 1], errors, 7);
     if (!hasBelow) return;
-    if (x - 1 > 0) addError(original[index + stride - 1], errors, 3);
+    if (x - 1 > 0) addError(original[index + stride - 1], errors, 3);  // not from column 1
     addError(original[index + stride], errors, 5);
     if (hasRight) addError(original[index + stride + 1], errors, 1);
 }
 
-void diffuse(std::span<ArgbColor> original, std::int32_t width, std::int32_t height) {
-    std::size_t index = 0;
-    for (std::int32_t row = 0; row < height; ++row) {
-        for (std::int32_t column = 0; column < width; ++column, ++index) {
-            const ArgbColor current = original[index];
-            const ArgbColor transformed = TransformPixel(current);
-            original[index] = transformed;
-            DitherFloydSteinberg(original, current, transformed, column, row, width, height);
-        }
+void makeEntries(std::span<const ArgbColor> records, std::int32_t width, std::span<Byte> entries) {
+    const auto columns = static_cast<std::size_t>(width);
+    const auto padded = static_cast<std::size_t>(paddedWidth(width));
+    assert(width > 0 && records.size() % columns == 0);
+    assert(entries.size() == records.size() / columns * padded);
+    for (; !records.empty(); records = records.subspan(columns)) {
+        const auto line = entries.last(padded);
+        std::ranges::fill(line, static_cast<Byte>(WHITE));
+        std::ranges::transform(records.first(columns), line.begin(), [](ArgbColor record) {
+            const bool black = isBlack(record.Red, record.Green, record.Blue);
+            return static_cast<Byte>(black ? BLACK : WHITE);
+        });
+        entries = entries.first(entries.size() - padded);
     }
 }
 

@@ -1,8 +1,7 @@
 // Error diffusion of a picture whose rows come a strip at a time.
 //
-// The results are those of diffuse() (dither.h) on the whole picture at once, entry for entry. They
-// do not depend on how the rows are cut into strips, nor on the instruction set or the number of
-// cores.
+// The entries are those of diffusing the whole picture at once, pixel by pixel (dither.h). They do
+// not depend on how the rows are cut into strips, nor on the instruction set or the number of cores.
 #pragma once
 
 #include <cstdint>
@@ -28,20 +27,14 @@ class ErrorDiffusion {
     // it is as good. Depends on the instruction set in use.
     static std::int32_t bestStrip();
 
-    // `pixels`: the next n rows, any n from 0 on, n * width words as pictures::Picture has them.
-    // `entries`: their n * paddedWidth(width) entries, overwritten: BLACK or WHITE, the LAST of
-    // these rows first, as in mDataArray, each row filled up with WHITE. Throws std::bad_alloc, and
-    // then the picture cannot be continued.
+    // `pixels`: the next n rows, any n from 0 on, n * width words as Picture has them. `entries`:
+    // their n * paddedWidth(width) entries, overwritten: BLACK or WHITE, the LAST of these rows
+    // first, as in mDataArray, each row filled up with WHITE. Throws std::bad_alloc, and then the
+    // picture cannot be continued.
     void convert(std::span<const UInt32> pixels, std::span<Byte> entries);
 
   private:
     StripChain chain_;
 };
-
-// The entries of a whole picture, width * height words, bottom row first as in mDataArray:
-// `entries` holds height * paddedWidth(width). Large pictures are worked on by two cores, if a
-// thread can be had. Throws std::bad_alloc.
-void diffusePicture(std::span<const UInt32> pixels, std::int32_t width, std::int32_t height,
-                    std::span<Byte> entries);
 
 }  // namespace tavio::imaging

@@ -1,19 +1,28 @@
 // The grey value of a colour, and whether it counts as black.
 #pragma once
 
-#include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::imaging {
 
-// 0.299 first + 0.587 second + 0.114 third, in double, added left to right, each operation rounded
-// on its own (so this project compiles without fused multiply-add), then truncated. Arguments and
-// result 0 to 255. Three equal values may lose one: (128, 128, 128) gives 127.
+inline constexpr int DITHERTHRESHOLD = 128;  // a grey value below it is black
+
+// grey = 0.299 * first + 0.587 * second + 0.114 * third
+//
+// In double, added left to right, each operation rounded on its own (so this project compiles
+// without fused multiply-add), then truncated. Arguments and result 0 to 255.
+//
+//   (128, 128, 128) gives 127: the sum comes out just below 128     black
+//   (129, 129, 129) gives 129                                       white
+//
+// first, second and third are red, green and blue of the source for the threshold, and green, blue
+// and red of the source for the dither, which works on rotated channels (dither.h): pure blue gives
+// 29 by threshold, black, and 149 dithered, white.
 constexpr Byte greyValue(Byte first, Byte second, Byte third) {
     return static_cast<Byte>(0.299 * first + 0.587 * second + 0.114 * third);
 }
 
-// greyValue(...) < DITHERTHRESHOLD, without floating point but where it is needed: only a sum of
+// greyValue(...) < DITHERTHRESHOLD, without floating point except where it is needed: only a sum of
 // exactly 128 can come out on either side once it is rounded.
 constexpr bool isBlack(Byte first, Byte second, Byte third) {
     const int thousandths = 299 * first + 587 * second + 114 * third;

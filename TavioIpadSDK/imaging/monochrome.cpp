@@ -1,10 +1,15 @@
 #include "TavioIpadSDK/imaging/monochrome.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
+#include <limits>
 
+#include "TavioIpadSDK/imaging/diffuse_picture.h"
+#include "TavioIpadSDK/imaging/dither.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/error_diffusion.h"
-#include "TavioIpadSDK/imaging/grey.h"
+#include "TavioIpadSDK/imaging/state.h"
 #include "TavioIpadSDK/imaging/threshold_rows.h"
 #include "TavioIpadSDK/machine/large_pages.h"
 
@@ -16,6 +21,8 @@ std::size_t asSize(std::int64_t count) {
 }
 
 void sizeWorkingArrays(std::int32_t width, std::int32_t height) {
+    assert(width >= 0 && height >= 0);
+    assert(paddedWidth(width) * height <= std::numeric_limits<std::int32_t>::max());
     mWidth = width;
     mHeight = height;
     mDataWidth = static_cast<std::int32_t>(paddedWidth(width));
@@ -27,20 +34,24 @@ void sizeWorkingArrays(std::int32_t width, std::int32_t height) {
 }
 
 // Converts the rows a strip at a time, the picture's top row first, which is mDataArray's last.
-// Makes no more than one strip of rows in memory necessary.
+// Needs no more than one strip of rows in memory.
 template <typename Convert>
-void convertRows(pictures::PictureRows& image, std::int32_t strip, Convert convert) {
+void convertRows(pictures::PictureRows& image, std::int32_t stripRows, Convert convert) {
     std::span<Byte> rest(mDataArray);
     while (!rest.empty()) {
-        const std::span<const UInt32> pixels = image.next(strip);
+        const std::span<const UInt32> pixels = image.next(stripRows);
         if (pixels.empty()) throw pictures::DamagedPicture("the picture has too few rows");
+        assert(pixels.size() % asSize(mWidth) == 0);
         const std::size_t size = pixels.size() / asSize(mWidth) * asSize(mDataWidth);
+        assert(size <= rest.size());
         convert(pixels, rest.last(size));
         rest = rest.first(rest.size() - size);
     }
 }
 
-// The threshold conversion leaves the top row out; it is white whatever was printed before.
+// The threshold conversion leaves the top row out: its rows are height - 1 down to 1, and row 0, the
+// last of the entries, is white whatever was printed before. A 4 x 3 picture has 96 entries, of which
+// the last 32 are white.
 void whitenTopRow() {
     const std::size_t line = mHeight > 0 ? asSize(mDataWidth) : 0;
     std::ranges::fill(std::span(mDataArray).last(line), static_cast<Byte>(WHITE));
@@ -50,18 +61,11 @@ void whitenTopRow() {
 
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,
                       std::int32_t height) {
-    const std::span<Byte> entries(mDataArray);
+    assert(width == mWidth && height == mHeight);
+    assert(originalData.size() == asSize(width) * asSize(height));
     k = 0;
-    for (std::int32_t row = height - 1; row >= 0; --row) {
-        const auto pixels = originalData.subspan(asSize(row) * asSize(width), asSize(width));
-        const auto line = entries.subspan(k, asSize(mDataWidth));
-        std::ranges::fill(line, static_cast<Byte>(WHITE));
-        std::ranges::transform(pixels, line.begin(), [](ArgbColor record) {
-            return static_cast<Byte>(isBlack(record.Red, record.Green, record.Blue) ? BLACK
-                                                                                    : WHITE);
-        });
-        k += static_cast<UInt32>(mDataWidth);
-    }
+    if (!originalData.empty()) makeEntries(originalData, width, mDataArray);
+    k = static_cast<UInt32>(mDataArrayLength);
 }
 
 void CreateTransformedImage(const pictures::Picture& image) {
@@ -87,9 +91,9 @@ void ConvertToMonochrome(const pictures::Picture& image) {
 }
 
 void ConvertToMonochrome(pictures::PictureRows& image) {
-    constexpr std::int32_t kStrip = 32;
+    constexpr std::int32_t kStripRows = 32;
     sizeWorkingArrays(image.width(), image.height());
-    convertRows(image, kStrip, [](std::span<const UInt32> pixels, std::span<Byte> entries) {
+    convertRows(image, kStripRows, [](std::span<const UInt32> pixels, std::span<Byte> entries) {
         thresholdRows(pixels, mWidth, entries);
     });
     whitenTopRow();

@@ -10,9 +10,9 @@
 //   write position    module-wide `k`                      its own
 //
 // Either leaves mWidth, mHeight, mDataWidth, mDataArrayLength and mDataArray filled, and
-// mRawBitmapData sized but not filled. `image` is the fitted picture: upright, at most 2^31 - 1
-// entries once its rows are padded. A fully transparent pixel is all zero, and so black. They throw
-// std::bad_alloc when there is no memory for the working arrays.
+// mRawBitmapData sized but not filled (state.h). `image` is the fitted picture: upright, at most
+// 2^31 - 1 entries once its rows are padded. A fully transparent pixel is all zero, and so black.
+// They throw std::bad_alloc when there is no memory for the working arrays.
 //
 // The fitted picture is given either as a whole, and then large ones are converted on both cores, or
 // row by row. What the rows throw is passed on, rows that end too soon count as DamagedPicture; the
@@ -22,7 +22,7 @@
 #include <cstdint>
 #include <span>
 
-#include "TavioIpadSDK/imaging/state.h"
+#include "TavioIpadSDK/imaging/argb_color.h"
 #include "TavioIpadSDK/pictures/picture.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
 
@@ -33,13 +33,10 @@ void CreateTransformedImage(pictures::PictureRows& image);
 void ConvertToMonochrome(const pictures::Picture& image);  // threshold
 void ConvertToMonochrome(pictures::PictureRows& image);
 
-// Fills mDataArray from records that are black or white already, all rows, bottom row first.
+// The last step of the dithered conversion on its own, for records that are black or white already:
+// width * height of them, top row first, of the picture that the working arrays are sized for. Fills
+// mDataArray with all rows, bottom row first, and takes `k` from 0 to mDataArrayLength.
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,
                       std::int32_t height);
-
-// `width` rounded up to a multiple of 32: the entries of one row.
-constexpr std::int64_t paddedWidth(std::int32_t width) {
-    return (std::int64_t{width} + 31) / 32 * 32;
-}
 
 }  // namespace tavio::imaging

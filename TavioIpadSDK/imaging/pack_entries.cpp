@@ -1,7 +1,7 @@
-// Packing as a plain one, shifted. Eight entries, the first in the top bit, are one byte; the byte
-// that the printer wants is that byte shifted right by one as a signed number, which doubles its
-// top bit and drops its lowest one. The processor gathers one bit from each byte of a vector, that
-// of the first lowest, so the entries of each group only have to stand in the wanted order before:
+// Plain packing makes one byte of eight entries, the first in the top bit. The byte wanted here is
+// that byte shifted right by one as a signed number, which doubles its top bit and drops its lowest
+// one. The processor gathers one bit from each byte of a vector, that of the first byte lowest, so
+// the entries of each group only have to be put in the wanted order first:
 //
 //   entries     a b c d e f g h
 //   reordered   g f e d c b a a      bytes; h is gone, a is there twice
@@ -10,9 +10,10 @@
 // This takes less time than memory needs to bring the entries, so they are asked for well ahead.
 #include "TavioIpadSDK/imaging/pack_entries.h"
 
+#include <cassert>
 #include <cstddef>
 
-#include "TavioIpadSDK/imaging/state.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -85,6 +86,7 @@ void packPlainly(const Byte* entries, std::size_t groups, Byte* packed) {
 
 void packEntries(std::span<const Byte> entries, std::span<Byte> packed) {
     const std::size_t groups = entries.size() / 8;
+    assert(packed.size() >= groups);
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     const std::size_t done =
         isPlain ? 0 : HWY_DYNAMIC_DISPATCH(packVectors)(entries.data(), groups, packed.data());

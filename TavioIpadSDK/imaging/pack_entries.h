@@ -8,8 +8,12 @@
 namespace tavio::imaging {
 
 // packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
-// WHITE. The first entry fills the two top bits and the eighth is dropped: printed pictures depend
-// on exactly this.
+// WHITE, and `packed` has room for one byte a group. Bytes past these are left alone.
+//
+// The first entry fills the two top bits and the eighth is dropped. Applications and printers rely
+// on these bytes:
+//
+//   byte = entry[0]; 7 times, for j = 0 to 6: byte = (byte << 1) | entry[j], 8 bits of it
 //
 //   bit    7 6 5 4 3 2 1 0
 //   entry  0 0 1 2 3 4 5 6          1,0,1,0,1,0,1,0 gives D5; 0,0,0,0,0,0,0,1 gives 00

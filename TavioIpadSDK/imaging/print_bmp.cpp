@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <span>
 #include <utility>
 
 #include "TavioIpadSDK/encoder/parse_bmp.h"
 #include "TavioIpadSDK/imaging/bitmap_file.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/error_diffusion.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/state.h"
@@ -42,7 +44,7 @@ void convert(FittedPicture& fitted) {
     }
 }
 
-// What nothing can be printed of; one direction may be 0 and the other not.
+// Leaves an empty picture, of which nothing can be printed. One of the two sizes may be above 0.
 void convertEmpty(std::int32_t width, std::int32_t height) {
     const Picture empty{width, height, {}, 1};
     convert(empty);
@@ -51,7 +53,7 @@ void convertEmpty(std::int32_t width, std::int32_t height) {
 void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<PictureRows> image) {
     if (!image || image->width() == 0 || !isPrintableSize(width, height)) return convertEmpty(0, 0);
     if (width == 0 || height == 0) {
-        while (!image->next(1).empty()) continue;  // damage counts for no dots, too
+        while (!image->next(1).empty()) continue;  // a damaged picture is refused at any size
         return convertEmpty(width, height);
     }
     const auto fitted =
@@ -95,9 +97,9 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
 }  // namespace
 
 bool isPrintableSize(std::int32_t width, std::int32_t height) {
-    constexpr std::int64_t kMostEntries = 0x7FFFFFFF;  // mDataArrayLength is a signed 32-bit count
+    constexpr std::int64_t kMaxEntries = std::numeric_limits<decltype(mDataArrayLength)>::max();
     return std::int64_t{width} * height <= pictures::kMostPixels &&
-           paddedWidth(width) * height <= kMostEntries;
+           paddedWidth(width) * height <= kMaxEntries;
 }
 
 void PrintBMP(std::int32_t width, std::int32_t height,

@@ -14,7 +14,7 @@ namespace tavio::imaging {
 // at most 2^31 - 1 entries once its rows are padded to a multiple of 32.
 bool isPrintableSize(std::int32_t width, std::int32_t height);
 
-// Stretches the picture, upright, to exactly width * height dots, makes it black and white
+// Resamples the picture, upright, to exactly width * height dots, makes it black and white
 // (dithered or by threshold, as ImageDithered says), wraps it in a monochrome bitmap file image,
 // keeps that in myImageData and hands it to the encoder, which sends it. LogoNumber, originalx and
 // originaly say whether it is printed, and where, or stored as a logo.

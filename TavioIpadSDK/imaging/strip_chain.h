@@ -12,25 +12,25 @@
 
 namespace tavio::imaging {
 
-// Strip i of the picture leaves its last row in place i modulo the number of places, after strip
+// Strip i of the picture leaves its last row in place i modulo the number of places, once strip
 // i - places is done. Two places are enough even for two strips in work at the same time: a strip
 // overwrites a column of its place only after the one above it has read past it.
 class StripChain {
   public:
-    // `places`: 2 or more. Throws std::bad_alloc.
+    // `width`: 0 or more. `places`: 2 or more. Throws std::bad_alloc.
     StripChain(std::int32_t width, std::size_t places);
 
     // The next rows of the picture, with the entries that they become (as ErrorDiffusion::convert
-    // takes both), as strips of at most `most` rows. Throws std::bad_alloc.
-    std::vector<Strip> cut(std::span<const UInt32> pixels, std::span<Byte> entries,
-                           std::int32_t most);
+    // takes both), as strips of at most `maxRows` (1 or more) rows. Throws std::bad_alloc.
+    std::vector<DitherStrip> cut(std::span<const UInt32> pixels, std::span<Byte> entries,
+                                 std::int32_t maxRows);
 
   private:
     // Two threads do not share a line of the cache.
     struct alignas(128) Place {
         explicit Place(std::int32_t width) : row(width) {}
         LastRow row;
-        Progress progress;
+        ColumnsDone done;
     };
 
     Place& placeOf(std::int64_t strip);

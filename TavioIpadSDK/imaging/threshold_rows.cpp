@@ -3,9 +3,10 @@
 //
 //   sum = 299 red + 587 green + 114 blue - 128000
 //
-// is negative. Where the sum is exactly 0, a tie, the rounding of the doubles decides. That is so
-// for 111 colours, mid grey among them. No two of them have the same red, so a table of 256 bits
-// tells from the red whether one is to be taken off the sum; it is asked only where there is a tie.
+// is negative: (127, 127, 127) gives -1000, black, and (129, 129, 129) gives 1000, white. Where the
+// sum is exactly 0, a tie, the rounding of the doubles decides: (128, 128, 128) is black. There are
+// 111 such colours. No two of them have the same red, so a table of 256 bits tells from the red
+// whether one is to be taken off the sum; it is asked only where there is a tie.
 //
 // The bytes of a pixel are two pairs of 16-bit numbers, and vectors multiply and add by pairs:
 //
@@ -29,11 +30,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/grey.h"
-#include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/machine/instruction_set.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -189,16 +191,16 @@ HWY_INLINE void fetch(const UInt32* pixels) {
     for (std::size_t i = 0; i < kStep; i += kLine) hwy::Prefetch(pixels + i);
 }
 
-// What is left of a row, less than kStep pixels, and the white behind it.
+// What is left of a row, less than kStep pixels, and the white past it.
 void finishRow(const UInt32* pixels, std::size_t count, Byte* entries, std::size_t paddedCount) {
     std::array<UInt32, kStep> copied;
     std::array<Byte, kStep> results;
     const auto end = std::copy_n(pixels, count, copied.begin());
     std::fill(end, copied.end(), ~UInt32{0});
     thresholdStep(copied.data(), results.data());
-    const std::size_t most = std::min(kStep, paddedCount);
-    std::copy_n(results.begin(), most, entries);
-    std::fill(entries + most, entries + paddedCount, static_cast<Byte>(WHITE));
+    const std::size_t copies = std::min(kStep, paddedCount);
+    std::copy_n(results.begin(), copies, entries);
+    std::fill(entries + copies, entries + paddedCount, static_cast<Byte>(WHITE));
 }
 
 // Does all rows and returns true.
@@ -256,7 +258,8 @@ void thresholdRows(std::span<const UInt32> pixels, std::int32_t width, std::span
     if (width <= 0) return;
     const auto columns = static_cast<std::size_t>(width);
     const auto padded = static_cast<std::size_t>(paddedWidth(width));
-    const std::size_t rows = std::min(pixels.size() / columns, entries.size() / padded);
+    const std::size_t rows = pixels.size() / columns;
+    assert(pixels.size() == rows * columns && entries.size() == rows * padded);
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     if (!isPlain && HWY_DYNAMIC_DISPATCH(thresholdVectors)(pixels.data(), columns, rows, padded,
                                                            entries.data()))

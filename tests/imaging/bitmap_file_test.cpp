@@ -4,6 +4,7 @@
 
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/pack_entries.h"
+#include "TavioIpadSDK/imaging/state.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 #include "support/literal_imaging.h"

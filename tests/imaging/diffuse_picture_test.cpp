@@ -1,9 +1,9 @@
+#include "TavioIpadSDK/imaging/diffuse_picture.h"
+
 #include <random>
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/imaging/error_diffusion.h"
-#include "TavioIpadSDK/imaging/monochrome.h"
 #include "imaging/diffused_pictures.h"
 #include "support/instruction_sets.h"
 #include "support/literal_imaging.h"

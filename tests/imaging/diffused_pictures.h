@@ -1,8 +1,10 @@
-// Pictures that try error diffusion, and its literal twin's answer.
+// Pictures that try error diffusion, and the operations of dither.h on a whole picture.
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
+#include "TavioIpadSDK/imaging/dither.h"
 #include "TavioIpadSDK/pictures/picture.h"
 #include "support/random_picture.h"
 
@@ -42,6 +44,22 @@ inline pictures::Picture pictureOfKind(Random& random, int kind, int width, int 
         for (int column = 0; column < width; ++column)
             picture.pixels.push_back(pixelOfKind(random, kind, column, flat));
     return picture;
+}
+
+// The picture's records, turned black or white pixel by pixel in raster order.
+inline std::vector<imaging::ArgbColor> diffusedRecords(const pictures::Picture& picture) {
+    std::vector<imaging::ArgbColor> records(picture.pixels.size());
+    imaging::TransformToRGBA(picture.pixels, records, picture.width, picture.height);
+    std::size_t index = 0;
+    for (std::int32_t y = 0; y < picture.height; ++y) {
+        for (std::int32_t x = 0; x < picture.width; ++x, ++index) {
+            const imaging::ArgbColor current = records[index];
+            records[index] = imaging::TransformPixel(current);
+            imaging::DitherFloydSteinberg(records, current, records[index], x, y, picture.width,
+                                          picture.height);
+        }
+    }
+    return records;
 }
 
 }  // namespace tavio::test

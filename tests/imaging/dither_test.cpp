@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/imaging/entries.h"
+
 namespace tavio::imaging {
 
 void PrintTo(const ArgbColor& c, std::ostream* out) {
@@ -101,12 +103,33 @@ TEST(Dither, PassesNothingOverTheEdges) {
     EXPECT_EQ(atBottomRight, Records(12, untouched));
     const Records atRight = passedOn(10, 3, 0, {9, 255, 255, 255}, {9, 0, 0, 0});
     EXPECT_EQ(atRight[8], untouched);
-    EXPECT_EQ(atRight[4], untouched);  // the next row's first pixel, which lies behind in memory
+    EXPECT_EQ(atRight[4], untouched);  // the next row's first pixel, which is next in memory
 }
 
 TEST(Dither, ClampsAfterEveryAddition) {
     EXPECT_EQ(passedOn(250, 2, 0, {9, 255, 255, 255}, {9, 0, 0, 0})[3].Red, 255);
     EXPECT_EQ(passedOn(3, 2, 0, {9, 130, 130, 130}, {9, 255, 255, 255})[3].Red, 0);
+}
+
+TEST(MakeEntries, PutsTheLastRowFirstAndFillsEachUpWithWhite) {
+    const ArgbColor black{9, 0, 0, 0};
+    const ArgbColor white{9, 255, 255, 255};
+    const Records records = {black, white, white,   // the top row
+                             white, white, black};  // the bottom row
+    Bytes entries(64, 0xA5);
+    makeEntries(records, 3, entries);
+    Bytes expected(64, WHITE);
+    expected[2] = BLACK;
+    expected[32] = BLACK;
+    EXPECT_EQ(entries, expected);
+}
+
+TEST(MakeEntries, JudgesRecordsByTheirGreyValue) {
+    const Records records = {
+        {9, 128, 128, 128}, {9, 129, 129, 129}, {9, 0, 255, 0}, {9, 0, 0, 255}};
+    Bytes entries(32);
+    makeEntries(records, 4, entries);
+    EXPECT_EQ(Bytes(entries.begin(), entries.begin() + 4), (Bytes{BLACK, WHITE, WHITE, BLACK}));
 }
 
 }  // namespace

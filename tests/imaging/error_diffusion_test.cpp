@@ -5,8 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/imaging/diffuse_picture.h"
 #include "TavioIpadSDK/imaging/dither.h"
-#include "TavioIpadSDK/imaging/monochrome.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "imaging/diffused_pictures.h"
 #include "support/instruction_sets.h"
 #include "support/literal_imaging.h"
@@ -28,8 +29,8 @@ Bytes converted(const Picture& picture, Random& random, int least, int most) {
     std::span<const UInt32> pixels(picture.pixels);
     std::span<Byte> left(entries);
     for (int row = 0; row < picture.height;) {
-        const int most_left = std::min(most, picture.height - row);
-        const int count = between(random, std::min(least, most_left), most_left);
+        const int atMost = std::min(most, picture.height - row);
+        const int count = between(random, std::min(least, atMost), atMost);
         const auto rows = static_cast<std::size_t>(count);
         diffusion.convert(pixels.first(rows * width), left.last(rows * padded));
         pixels = pixels.subspan(rows * width);
@@ -88,9 +89,7 @@ TEST_F(ErrorDiffusionTest, EqualsItsLiteralTwinAtFullWidth) {
 
 TEST_F(ErrorDiffusionTest, EqualsTheWholePictureForm) {
     const Picture picture = ofAnyKind(333, 222);
-    std::vector<ArgbColor> records(picture.pixels.size());
-    TransformToRGBA(picture.pixels, records, picture.width, picture.height);
-    diffuse(records, picture.width, picture.height);
+    const std::vector<ArgbColor> records = test::diffusedRecords(picture);
     const Bytes entries = converted(picture, random, 1, 100);
     for (std::size_t y = 0; y < 222; ++y)
         for (std::size_t x = 0; x < 333; ++x)

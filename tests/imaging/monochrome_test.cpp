@@ -1,7 +1,13 @@
 #include "TavioIpadSDK/imaging/monochrome.h"
 
+#include <algorithm>
+#include <vector>
+
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/imaging/entries.h"
+#include "TavioIpadSDK/imaging/state.h"
+#include "imaging/diffused_pictures.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 #include "support/literal_imaging.h"
@@ -119,6 +125,30 @@ TEST_F(Monochrome, ConvertsRandomPicturesLikeTheSlowTwins) {
         ASSERT_EQ(mDataArray, test::ditherLiterally(picture));
         ConvertToMonochrome(picture);
         ASSERT_EQ(mDataArray, test::thresholdLiterally(picture));
+    }
+}
+
+TEST_F(Monochrome, ComesOutOfMakeItMonochromeAsOfTheWholeConversion) {
+    for (unsigned seed = 1; seed <= 200; ++seed) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        test::Random random(seed);
+        const Picture picture = test::randomPicture(random, 60);
+        CreateTransformedImage(picture);
+        const Bytes expected(mDataArray.begin(), mDataArray.end());
+        std::ranges::fill(mDataArray, Byte{0xA5});
+        k = 7;
+        MakeItMonochrome(test::diffusedRecords(picture), picture.width, picture.height);
+        ASSERT_EQ(mDataArray, expected);
+        ASSERT_EQ(k, static_cast<UInt32>(mDataArrayLength));
+    }
+}
+
+TEST_F(Monochrome, NeedsNoRecordsToMakeItMonochrome) {
+    for (const auto& [width, height] : {std::pair{0, 0}, {40, 0}, {0, 40}}) {
+        CreateTransformedImage(Picture{width, height, {}, 1});
+        k = 7;
+        MakeItMonochrome({}, width, height);
+        EXPECT_EQ(k, 0U);
     }
 }
 

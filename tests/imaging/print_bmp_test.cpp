@@ -9,6 +9,7 @@
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
 #include "TavioIpadSDK/encoder/state.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/state.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/imaging/monochrome.h"
 #include "support/instruction_sets.h"
 #include "support/random_picture.h"
 
@@ -188,7 +187,7 @@ TEST(ThresholdRows, WritesNothingAroundTheEntries) {
             thresholdRows(pixels, static_cast<std::int32_t>(width), entries);
             for (std::size_t i = 0; i < 64; ++i) {
                 ASSERT_EQ(guarded[i], kGuard) << width << " in front: " << i;
-                ASSERT_EQ(guarded[guarded.size() - 64 + i], kGuard) << width << " behind: " << i;
+                ASSERT_EQ(guarded[guarded.size() - 64 + i], kGuard) << width << " after: " << i;
             }
             EXPECT_EQ(std::count(entries.begin(), entries.end(), kGuard), 0) << width;
         }

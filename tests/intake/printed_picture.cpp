@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/state.h"
 #include "support/recording_transport.h"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/TavioIpadSDK.h"
+#include "TavioIpadSDK/imaging/entries.h"
 #include "TavioIpadSDK/imaging/state.h"
 #include "pdf/pdf_builder.h"
 #include "support/bitmaps.h"
