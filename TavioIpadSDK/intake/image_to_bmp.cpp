@@ -29,13 +29,13 @@ using platform::AssetRepresentation;
 using platform::PhotoLibrary;
 
 // Rows that are decoded at once, on another core than the one that prints them.
-constexpr std::int32_t kDecodedAhead = 64;
+constexpr std::int32_t kRowsDecodedAhead = 64;
 
 // Shared by the waiting caller, the lookup and its two handlers.
 struct Lookup {
     std::binary_semaphore done{0};
-    std::atomic_flag delivered;  // set by the first handler to run: a library that calls a second
-                                 // one would print behind the back of a caller that has gone on
+    std::atomic_flag delivered;  // set by the first handler that runs: a library that calls a
+                                 // second one must not print while the caller has gone on
 };
 
 // A raw block, so that a refusal is a null pointer and not an exception.
@@ -65,7 +65,7 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
     return std::make_shared<const Bytes>(std::move(file));
 }
 
-// Puts the picture file into myImageData: the very one that the library has in memory, else a copy.
+// Puts the picture file into myImageData: the library's own where it has it in memory, else a copy.
 // Returns false when no block could be had for it.
 bool loadFile(const AssetRepresentation* representation) {
     if (representation != nullptr) {
@@ -93,7 +93,7 @@ bool loadAndPrint(const AssetRepresentation* representation) {
     try {
         if (!loadFile(representation)) return false;
         image = pictures::openPicture(imaging::myImageData).rows;
-        if (image) image = pictures::rowsAhead(std::move(image), kDecodedAhead);
+        if (image) image = pictures::rowsAhead(std::move(image), kRowsDecodedAhead);
     } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
         image.reset();
     }

@@ -12,9 +12,8 @@ namespace tavio::intake {
 // The lookup runs on the background queue's thread, the whole print on the thread that the photo
 // library delivers on (the same, for the ready-made ones), while the calling thread waits without
 // limit. It goes on when the print is done or the lookup has failed; the URL of no asset and a file
-// that is no picture end in the encoder's notice. Only where no memory can be had for the picture
-// file does it wait for good: printing on without the photo that was asked for, as if nothing had
-// happened, is what an application must never see.
+// that is no picture end in the encoder's notice. Where no memory can be had for the picture file it
+// waits for good: an application never goes on printing without the photo that it asked for.
 bool ImageToBmp(const URL& url);
 
 }  // namespace tavio::intake

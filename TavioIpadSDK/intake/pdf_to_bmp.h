@@ -11,7 +11,7 @@ namespace tavio::intake {
 //
 // The page is drawn at its crop box's own coordinates on a canvas of the crop box's size. A crop
 // box that does not begin at (0, 0) therefore shifts the page and leaves a strip of the canvas
-// unfilled, which prints black; tickets are laid out for that, and it stays so.
+// unfilled, which prints black. Applications and printers rely on these bytes.
 bool PdfToBmp(const URL& url);
 
 }  // namespace tavio::intake

@@ -15,7 +15,7 @@
 namespace tavio {
 
 bool SendFile(const URL& filename, std::int32_t row, std::int32_t column) {
-    LogoNumber.clear();  // whatever the route: a logo stored before must not swallow this print
+    LogoNumber.clear();  // on every route: after a DownloadLogo this is a print again
     originalx = row;
     originaly = column;
     switch (intake::routeOf(filename.pathExtension())) {

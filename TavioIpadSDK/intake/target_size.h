@@ -2,7 +2,7 @@
 //
 // With ImageScaled set, everything takes the stock's size; else a page takes its own size in inches
 // and a photo one dot for each pixel. In any orientation but exactly "<LM>" width and height are
-// swapped (the picture itself is not turned: it is stretched into the swapped box).
+// swapped (the picture itself is not turned: it is resampled to the swapped size).
 #pragma once
 
 #include <cstdint>

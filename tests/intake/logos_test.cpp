@@ -24,8 +24,8 @@ namespace {
 
 using test::transport;
 using Operations = std::vector<std::string>;
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 
 class Logos : public test::FreshState {
   protected:
@@ -110,7 +110,7 @@ TEST_F(Logos, TakeTheRoutesOfPrintingInBothSpellings) {
 
 TEST_F(Logos, MayHaveAnyNumber) {
     const std::pair<std::int32_t, std::string> numbers[] = {
-        {5, "5"}, {-12, "-12"}, {0, "0"}, {kMost, "2147483647"}, {kLeast, "-2147483648"}};
+        {5, "5"}, {-12, "-12"}, {0, "0"}, {kMax, "2147483647"}, {kMin, "-2147483648"}};
     for (const auto& [number, text] : numbers) {
         transport() = {};
         DownloadLogo(page(), number);
@@ -178,8 +178,8 @@ TEST_F(Logos, ArePrintedWhateverTheNumbers) {
     const Example examples[] = {
         {7, 0, 0, "<SP0,0><LD7>"},
         {-1, 0, 5, "<SP0,5><LD-1>"},
-        {kLeast, kMost, kLeast, "<SP2147483647,-2147483648><LD-2147483648>"},
-        {kMost, -1, 1000000, "<SP-1,1000000><LD2147483647>"},
+        {kMin, kMax, kMin, "<SP2147483647,-2147483648><LD-2147483648>"},
+        {kMax, -1, 1000000, "<SP-1,1000000><LD2147483647>"},
     };
     for (const Example& example : examples) {
         transport() = {};

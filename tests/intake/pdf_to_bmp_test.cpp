@@ -27,8 +27,8 @@ using platform::PdfPageResult;
 using test::Rows;
 using test::transport;
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 
 // The page of a crop box, drawn in one colour over all the pixels that the box touches.
 PdfPage pageOf(double x, double y, double width, double height, unsigned grey) {
@@ -250,7 +250,7 @@ TEST_F(PdfPrinting, DoesNotPrintThePageBeforeInPlaceOfAnAbsentOne) {
 
 TEST_F(PdfPrinting, RefusesResolutionsThatLeaveNoSizeOrTooLargeAOne) {
     for (const bool scaled : {false, true}) {
-        for (const std::int32_t resolution : {kMost, kLeast, 0, -300, -1, 1000000}) {
+        for (const std::int32_t resolution : {kMax, kMin, 0, -300, -1, 1000000}) {
             SCOPED_TRACE(testing::Message() << resolution << ", scaled " << scaled);
             ImageScaled = scaled;
             PrinterResolution = resolution;
@@ -287,8 +287,8 @@ TEST_F(PdfPrinting, RefusesAPageWhoseSizeIsNoNumberOrOutOfAllBounds) {
 
 TEST_F(PdfPrinting, AcceptsAPicturePlacedAtTheEndsOfThePlane) {
     PrinterResolution = 72;
-    for (const std::int32_t left : {kMost, kLeast}) {
-        for (const std::int32_t top : {kMost, kLeast}) {
+    for (const std::int32_t left : {kMax, kMin}) {
+        for (const std::int32_t top : {kMax, kMin}) {
             print({0, 0, 4, 2, left, top, test::plainPicture(2, 2, 255, 255, 255)});
             EXPECT_EQ(test::printedRows(), (Rows{"XXXX", "XXXX"}));
         }

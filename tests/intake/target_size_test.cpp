@@ -17,8 +17,8 @@ void PrintTo(const DotSize& size, std::ostream* out) {
 
 namespace {
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 
 class TargetSize : public test::FreshState {};
 
@@ -100,20 +100,20 @@ TEST_F(TargetSize, OfAScaledPhotoIsTheStocks) {
 }
 
 TEST_F(TargetSize, StaysWithin32BitsAtTheExtremes) {
-    PrinterResolution = kMost;
-    EXPECT_EQ(pageTargetSize(612, 36), (DotSize{kMost, kMost / 2}));
-    PrinterResolution = kLeast;
-    EXPECT_EQ(pageTargetSize(612, 36), (DotSize{kLeast, kLeast / 2}));
+    PrinterResolution = kMax;
+    EXPECT_EQ(pageTargetSize(612, 36), (DotSize{kMax, kMax / 2}));
+    PrinterResolution = kMin;
+    EXPECT_EQ(pageTargetSize(612, 36), (DotSize{kMin, kMin / 2}));
     PrinterResolution = 0;
     EXPECT_EQ(pageTargetSize(612, 792), (DotSize{0, 0}));
     PrinterResolution = 300;
-    EXPECT_EQ(pageTargetSize(HUGE_VAL, -HUGE_VAL), (DotSize{kMost, kLeast}));
+    EXPECT_EQ(pageTargetSize(HUGE_VAL, -HUGE_VAL), (DotSize{kMax, kMin}));
     EXPECT_EQ(pageTargetSize(std::nan(""), 72), (DotSize{0, 300}));
     PrinterResolution = 0;
     EXPECT_EQ(pageTargetSize(HUGE_VAL, 72), (DotSize{0, 0}));  // not a number
     ImageScaled = true;
-    PrinterResolution = kMost;
-    EXPECT_EQ(photoTargetSize(1, 1), (DotSize{kMost, kMost}));
+    PrinterResolution = kMax;
+    EXPECT_EQ(photoTargetSize(1, 1), (DotSize{kMax, kMax}));
 }
 
 }  // namespace
