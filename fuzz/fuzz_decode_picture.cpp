@@ -6,6 +6,7 @@
 
 #include "TavioIpadSDK/pictures/decode_picture.h"
 #include "TavioIpadSDK/pictures/open_picture.h"
+#include "TavioIpadSDK/pictures/upright.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 
 namespace {
 
+using namespace tavio;
 using namespace tavio::virtual_printer;
 using std::chrono::milliseconds;
 

@@ -9,6 +9,7 @@
 
 namespace {
 
+using namespace tavio;
 using namespace tavio::virtual_printer;
 
 std::string ticketsOf(std::span<const Byte> first, std::span<const Byte> second) {

@@ -60,7 +60,7 @@ void whitenTopRow() {
 }  // namespace
 
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,
-                      std::int32_t height) {
+                      [[maybe_unused]] std::int32_t height) {
     assert(width == mWidth && height == mHeight);
     assert(originalData.size() == asSize(width) * asSize(height));
     k = 0;

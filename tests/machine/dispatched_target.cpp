@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "platform/dispatched_target.cpp"
+#define HWY_TARGET_INCLUDE "machine/dispatched_target.cpp"
 #include <hwy/foreach_target.h>
 // Must follow foreach_target.h.
 #include <hwy/highway.h>

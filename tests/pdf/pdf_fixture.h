@@ -17,14 +17,14 @@
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "pdf/pdf_builder.h"
 
-namespace tavio::pdf {
+namespace tavio::platform {
 
 // How googletest prints an outcome.
 inline void PrintTo(PdfOutcome outcome, std::ostream* out) {
     *out << describe(outcome);
 }
 
-}  // namespace tavio::pdf
+}  // namespace tavio::platform
 
 namespace tavio::test {
 

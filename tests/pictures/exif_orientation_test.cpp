@@ -78,7 +78,7 @@ TEST(ExifOrientation, StaysInsideABlockOfRandomBytes) {
 
 // The picture as it stands upright, small enough for the noise of its coding to vanish.
 Picture thumbnail(const Picture& picture) {
-    return stretched(picture, 24, 24);
+    return stretch::stretched(picture, 24, 24);
 }
 
 // File 0 holds the orientation 0, which means nothing, so its pixels stand as they are stored.

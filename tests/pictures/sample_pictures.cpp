@@ -17,6 +17,7 @@
 #include "TavioIpadSDK/pictures/decode_picture.h"
 #include "TavioIpadSDK/pictures/open_picture.h"
 #include "TavioIpadSDK/pictures/upright.h"
+#include "TavioIpadSDK/platform/bytes.h"
 #include "pictures/some_rows.h"
 
 namespace tavio::pictures::samples {
@@ -113,7 +114,7 @@ bool haveCorpus() {
 }
 
 Bytes corpusFile(const std::string& name) {
-    const auto bytes = readWholeFile(std::string(TAVIO_CORPUS_DIR "/") + name);
+    const auto bytes = platform::readWholeFile(std::string(TAVIO_CORPUS_DIR "/") + name);
     if (!bytes) ADD_FAILURE() << name << " cannot be read";
     return bytes.value_or(Bytes{});
 }

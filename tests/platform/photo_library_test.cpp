@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/platform/bytes.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"
 #include "support/rights.h"
