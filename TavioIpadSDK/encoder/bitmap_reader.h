@@ -5,11 +5,10 @@
 #include <cstdint>
 #include <span>
 
-#include "TavioIpadSDK/encoder/state.h"
+#include "TavioIpadSDK/encoder/bitmap_headers.h"
 
 namespace tavio::encoder {
 
-inline constexpr std::size_t kHeaderSize = 62;
 inline constexpr UInt32 IMAGE_MAX_WIDTH = 134217727;
 inline constexpr UInt32 IMAGE_MAX_HEIGHT = 2147483647;
 

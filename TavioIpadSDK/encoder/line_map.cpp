@@ -35,8 +35,7 @@ std::size_t mapRuns(std::span<const Byte> columns, std::int64_t start, std::int3
     const std::size_t inside = columns.empty() ? 0 : changesIn(columns) + 1;
 
     const std::size_t used = inside + std::size_t{isOneMore};
-    if (used > map.size()) map.resize(std::max(used, LINEMAPMAX));
-    std::fill(map.begin(), map.end(), LineParser{});
+    map.assign(std::max({used, map.size(), LINEMAPMAX}), LineParser{});
     listRuns(columns, start, map);
     if (isOneMore) map[inside] = {static_cast<std::int32_t>(behind), 0, ZEROS};
     if (end > behind) map[used - 1].count += static_cast<std::int32_t>(end - behind);

@@ -6,13 +6,14 @@
 #include <span>
 #include <vector>
 
-#include "TavioIpadSDK/encoder/state.h"
+#include "TavioIpadSDK/encoder/runs.h"
+#include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 
 // Overwrites map[0 : result] with the runs of the `count` bytes from index `start` of a stream on;
-// zero and non-zero runs take turns. Grows the map where it is too small, and empties the entries
-// that are not needed. A `count` of 0 or less gives no run. start: 0 or more.
+// zero and non-zero runs take turns. Empties all other entries; a map of fewer entries than
+// LINEMAPMAX, or than there are runs, grows. A `count` of 0 or less gives no run. start: 0 or more.
 //
 // columns: those of these bytes that the stream has. Where it ends early, zeros follow; they are
 // counted, not walked.

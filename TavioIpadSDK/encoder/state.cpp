@@ -4,6 +4,6 @@ namespace tavio::encoder {
 
 constinit FileHeader bmfile;
 constinit InfoHeader bminfo;
-std::vector<LineParser> linemap(LINEMAPMAX);
+constinit std::vector<LineParser> linemap;
 
 }  // namespace tavio::encoder

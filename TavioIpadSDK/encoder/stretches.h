@@ -14,7 +14,7 @@
 
 #include "TavioIpadSDK/encoder/band_stream.h"
 #include "TavioIpadSDK/encoder/long_blank_runs.h"
-#include "TavioIpadSDK/encoder/state.h"
+#include "TavioIpadSDK/encoder/runs.h"
 #include "TavioIpadSDK/encoder/stream_buffer.h"
 
 namespace tavio::encoder {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TavioIpadSDK/encoder/parse_bmp.h"
+#include "TavioIpadSDK/encoder/state.h"
 #include "TavioIpadSDK/settings/job.h"
 #include "support/bitmaps.h"
 #include "support/fresh_state.h"

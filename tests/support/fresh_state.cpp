@@ -47,7 +47,7 @@ void resetImaging() {
 void resetEncoder() {
     encoder::bmfile = {};
     encoder::bminfo = {};
-    encoder::linemap.assign(encoder::LINEMAPMAX, encoder::LineParser{});
+    encoder::linemap.clear();
 }
 
 }  // namespace
