@@ -20,6 +20,7 @@
 // mostly white: where all eight rows are blank, zeros are written at once.
 #include "TavioIpadSDK/encoder/band_columns.h"
 
+#include <cassert>
 #include <cstdint>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
@@ -37,7 +38,7 @@ namespace tavio::encoder::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Swaps the bits of `upper` that `mask` tells with those of `lower` kShift further up.
+// Swaps the bits of `upper` under `mask` with those of `lower` that are kShift further up.
 template <int kShift, class V>
 HWY_INLINE void swapBits(V& upper, V& lower, V mask) {
     const hn::Repartition<std::uint16_t, hn::DFromV<V>> wide;  // bytes have no shift of their own
@@ -173,6 +174,7 @@ void transposePlainly(const Byte* top, std::size_t rowSize, Byte* columns) {
 }  // namespace
 
 void transposeBand(std::span<const Byte> rows, std::size_t rowSize, std::span<Byte> columns) {
+    assert(rows.size() == kBandRows * rowSize && columns.size() >= 8 * rowSize);
     if (rowSize == 0) return;
     const Byte* const top = rows.data() + (kBandRows - 1) * rowSize;
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;

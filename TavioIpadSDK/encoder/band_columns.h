@@ -14,7 +14,8 @@ inline constexpr std::size_t kBandRows = 8;
 // the rows.
 //
 // rows: 8 rows of rowSize bytes as they lie in a bitmap file, so the band's first row comes last;
-// each row's leftmost pixel in its first byte's top bit. columns: 8 * rowSize bytes, overwritten.
+// each row's leftmost pixel in its first byte's top bit. columns: at least 8 * rowSize bytes, of
+// which so many are overwritten.
 void transposeBand(std::span<const Byte> rows, std::size_t rowSize, std::span<Byte> columns);
 
 }  // namespace tavio::encoder

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/encoder/band_runs.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace tavio::encoder {
 
@@ -14,26 +15,31 @@ std::int64_t BandRuns::nextBlank(std::int64_t from) {
     return nextBlank_;
 }
 
-// Fewer than kShortestSkip steps, or one look at the long run that begins the band.
+// Fewer than kMinSkip steps, or one look at the long run that begins the band.
 bool BandRuns::isAllBlank(const Columns& columns) {
     std::int64_t column = columns.start;
-    const std::int64_t walkedTo = std::min(columns.end, columns.start + kShortestSkip);
+    const std::int64_t walkedTo = std::min(columns.end, columns.start + kMinSkip);
     while (column < walkedTo && isBlank(column)) ++column;
     if (column < walkedTo) return false;
     if (column == columns.end) return true;
-    return longRunsIn(columns).front().end >= columns.end;
+    const auto runs = longRunsIn(columns);
+    assert(!runs.empty() && runs.front().start <= columns.start);
+    return runs.front().end >= columns.end;
 }
 
 ColumnKind BandRuns::kindOf(const Columns& columns) {
+    assert(columns.start >= asked_);
+    asked_ = columns.start;
     if (columns.start >= columns.end) return ColumnKind::kBlank;
     if (!isBlank(columns.start))
         return nextBlank(columns.start) >= columns.end ? ColumnKind::kPrinting : ColumnKind::kMixed;
     return isAllBlank(columns) ? ColumnKind::kBlank : ColumnKind::kMixed;
 }
 
+// Where the blank columns at the band's end begin, when they are fewer than kMinSkip.
 std::int64_t BandRuns::withoutBlankEnd(const Columns& columns) const {
     std::int64_t end = columns.end;
-    const std::int64_t walkedTo = std::max(columns.start, columns.end - kShortestSkip);
+    const std::int64_t walkedTo = std::max(columns.start, columns.end - kMinSkip);
     while (end > walkedTo && isBlank(end - 1)) --end;
     return end;
 }

@@ -1,6 +1,31 @@
 // What the second pass must know about the runs of a band.
+//
+// The rule, over the runs of a band's columns from the left, run[0] to run[n - 1], blank and
+// printing ones in turn:
+//
+//   n = 0, or n = 1 and run[0] blank    nothing is written          kBlank
+//   n = 1 and run[0] printing           the band as it stands       kPrinting
+//   n >= 2                              stretches                   kMixed
+//
+//   gathered := 0                                  columns of the stretch to be written
+//   for i = 0 to n - 1:
+//     run[i] printing                              gathered += count
+//     run[i] blank, count >= 19                    write what is gathered; gathered := 0
+//     run[i] blank, count < 19, and i < n - 1      gathered += count
+//   write what is gathered
+//
+// (A short blank run at the band's end is dropped.) For instance a band of 64 columns with the runs
+//
+//   10 printing   30 blank   10 printing   14 blank
+//
+// is written as two stretches of 10 columns, at its columns 0 and 40.
+//
+// Three questions are asked about runs, and each has a file that answers it without listing more
+// than it must: what kind of band it is (here), where its long blank runs are (long_blank_runs.h),
+// and, for the last band of a picture only, what all its runs are (line_map.h).
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -10,7 +35,7 @@
 
 namespace tavio::encoder {
 
-// The columns of a band: the bytes from `start` up to `end` of the stream; those behind the
+// Columns of a band: the bytes from index `start` up to index `end` of the stream. Those past the
 // stream's end are blank. Empty where `end` is not above `start`.
 struct Columns {
     std::int64_t start = 0;
@@ -40,8 +65,24 @@ class BandRuns {
         return longRuns_.between(columns.start, columns.end);
     }
 
-    // Where the blank columns at the band's end begin, when they are fewer than kShortestSkip.
-    std::int64_t withoutBlankEnd(const Columns& columns) const;
+    // Calls use(piece) with each piece of a mixed band that becomes a stretch, from the left. None
+    // is empty, and each lies within the stream.
+    template <typename Use>
+    void forEachPiece(const Columns& columns, Use use) {
+        std::int64_t start = columns.start;  // of the piece being gathered
+        for (const BlankRun& run : longRunsIn(columns)) {
+            const std::int64_t runStart = std::max(run.start, columns.start);
+            const std::int64_t runEnd = std::min(run.end, columns.end);
+            if (runEnd - runStart < kMinSkip) {  // cut short by an end of the band
+                if (runStart >= columns.end) break;
+                continue;
+            }
+            if (runStart > start) use(Columns{start, runStart});
+            start = runEnd;
+        }
+        const std::int64_t end = withoutBlankEnd({start, columns.end});
+        if (end > start) use(Columns{start, end});
+    }
 
     // Bytes looked at so far.
     std::size_t bytesRead() const { return bytesSearched_ + longRuns_.bytesMarked(); }
@@ -53,10 +94,12 @@ class BandRuns {
     }
     std::int64_t nextBlank(std::int64_t from);
     bool isAllBlank(const Columns& columns);
+    std::int64_t withoutBlankEnd(const Columns& columns) const;
 
     BandStream& stream_;
     LongBlankRuns longRuns_;
-    std::int64_t nextBlank_ = -1;  // the first blank byte behind all starts asked for so far
+    std::int64_t asked_ = 0;       // the start of the last columns asked for
+    std::int64_t nextBlank_ = -1;  // the first blank byte after all starts asked for so far
     std::size_t bytesSearched_ = 0;
 };
 

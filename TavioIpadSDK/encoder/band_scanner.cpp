@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <limits>
 
 #include "TavioIpadSDK/encoder/mark_positions.h"
@@ -13,7 +14,7 @@ bool isDigit(Byte c) {
     return c >= '0' && c <= '9';
 }
 
-// Whether a text that begins like this may have another value than 0.
+// Whether a text that begins with this byte may have another value than 0.
 bool mayBeginNumber(Byte c) {
     return isDigit(c) || c == '-' || c == '+' || c == ' ' || c == '\t';
 }
@@ -26,11 +27,10 @@ std::int32_t integerValue(std::span<const Byte> text) {
     bool isNegative = false;
     if (next != text.end() && (*next == '-' || *next == '+')) isNegative = *next++ == '-';
 
-    constexpr std::int64_t kBeyond = std::int64_t{1}
-                                     << 32;  // past either end: more digits are moot
+    constexpr std::int64_t kPastTheRange = std::int64_t{1} << 32;  // more digits change nothing
     std::int64_t value = 0;
     for (; next != text.end() && isDigit(*next); ++next)
-        if (value < kBeyond) value = value * 10 + (*next - '0');
+        if (value < kPastTheRange) value = value * 10 + (*next - '0');
     using Limits = std::numeric_limits<std::int32_t>;
     return static_cast<std::int32_t>(
         std::clamp<std::int64_t>(isNegative ? -value : value, Limits::min(), Limits::max()));
@@ -40,7 +40,7 @@ std::int32_t integerValue(std::span<const Byte> text) {
 // whichever ">" ends it.
 BandScanner::BandScanner(BandStream& stream) : stream_(stream) {
     const auto end = findClose(1).value_or(stream.size());
-    fromSecondByte_ = valueOf(1, end).value_or(0);
+    fromSecondByte_ = numberIn(1, end).value_or(0);
 }
 
 bool BandScanner::hasAt(std::size_t index, std::string_view text) {
@@ -62,8 +62,8 @@ std::optional<std::size_t> BandScanner::lastComma(std::size_t from, std::size_t 
     return std::nullopt;
 }
 
-// The value of the text from `first` up to `end`, none when that text is empty.
-std::optional<std::int32_t> BandScanner::valueOf(std::size_t first, std::size_t end) {
+// The number in the text from `first` up to `end`, none when that text is empty.
+std::optional<std::int32_t> BandScanner::numberIn(std::size_t first, std::size_t end) {
     if (first >= end) return std::nullopt;
     return integerValue(stream_.read(first, end - first));
 }
@@ -72,14 +72,14 @@ BandScanner::Command BandScanner::commandEndingAt(std::size_t close, std::size_t
     Command command{};
     command.close = close;
     command.comma = lastComma(from, close);
-    if (command.comma) command.column = valueOf(*command.comma + 1, close);
+    if (command.comma) command.column = numberIn(*command.comma + 1, close);
     command.hasGraphics = hasAt(close + 1, "<G");
     if (command.hasGraphics) command.dataClose = findClose(close + 3);
-    if (command.dataClose) command.count = valueOf(close + 3, *command.dataClose);
+    if (command.dataClose) command.count = numberIn(close + 3, *command.dataClose);
     return command;
 }
 
-// Makes command_ the one whose ">" comes next at or behind `from`; false when there is none.
+// Makes command_ the one whose ">" comes next at or after `from`; false when there is none.
 bool BandScanner::readCommand(std::size_t from) {
     const auto close = findClose(from);
     if (close) command_ = commandEndingAt(*close, from);
@@ -87,20 +87,21 @@ bool BandScanner::readCommand(std::size_t from) {
 }
 
 FoundBand BandScanner::bandAt(std::size_t startCommand) {
-    // Without graphics the data is taken to begin where it would behind an empty "<G".
-    if (!command_->hasGraphics) return {startCommand, command_->close + 4, texts_};
-    texts_.strg = command_->count.value_or(texts_.strg);
+    // Without graphics the data is taken to begin where it would after an empty "<G".
+    if (!command_->hasGraphics) return {startCommand, command_->close + 4, startData_, numbers_};
+    numbers_.count = command_->count.value_or(numbers_.count);
     startData_ = *command_->dataClose + 1;
-    return {startCommand, startData_, texts_};
+    return {startCommand, startData_, startData_, numbers_};
 }
 
-// Only the last command with a row's text, and the last of all, leave texts behind.
+// Only the last command with a row's text, and the last of all, leave numbers.
 void BandScanner::pass(Passed* passed) {
+    assert(command_);
     std::optional<std::size_t> last;
     if (command_->comma) last = passBefore(*command_->comma - kCommandSize, passed);
-    if (last) readTexts(*last + kCommandSize);
+    if (last) readNumbers(*last + kCommandSize);
     last = passBefore(command_->close, passed);
-    if (last) readTexts(*last + kCommandSize);
+    if (last) readNumbers(*last + kCommandSize);
 }
 
 // Passes over the commands that begin before `limit` and returns the last of them.
@@ -111,19 +112,20 @@ std::optional<std::size_t> BandScanner::passBefore(std::size_t limit, Passed* pa
         const std::uint64_t within = bits >= 64 ? left_ : left_ & ((std::uint64_t{1} << bits) - 1);
         if (within == 0) break;
         last = wordStart() + 63 - static_cast<std::size_t>(std::countl_zero(within));
-        const std::uint64_t behind = left_ & ~within;
-        while (passed != nullptr && left_ != behind) {
+        const std::uint64_t after = left_ & ~within;
+        while (passed != nullptr && left_ != after) {
             ++passed->count;
             passed->indices += nextPosition();
         }
-        left_ = behind;
+        left_ = after;
     }
     return last;
 }
 
 std::size_t BandScanner::passRepeating() {
+    assert(command_);
     std::size_t repeating = 0;
-    // Rows are read in front of the comma, and only while there is one.
+    // Rows are read before the comma, and only while there is one.
     const std::size_t end = command_->comma.value_or(command_->close);
     for (; hasPosition(); left_ &= left_ - 1, ++repeating) {
         const auto bit = static_cast<std::size_t>(std::countr_zero(left_));
@@ -131,7 +133,7 @@ std::size_t BandScanner::passRepeating() {
         if (from >= end) break;
         if (!command_->comma) continue;
         const bool isZero = !mayBeginNumber(stream_.read(from, 1)[0]);
-        if ((isZero ? 0 : *valueOf(from, end)) != texts_.strx) break;
+        if ((isZero ? 0 : *numberIn(from, end)) != numbers_.row) break;
     }
     return repeating;
 }

@@ -1,8 +1,35 @@
 // Finding the bands in a command stream by their positioning commands.
+//
+// The rule, over the bytes b[0] to b[size - 1] of the stream. A number whose text is empty stays
+// what the band before left it, 0 at first:
+//
+//   for k = 0 to size - 1, where b[k .. k+2] is "<RC":
+//     close  := index of the first ">" from k + 3 on
+//     comma  := index of the last "," between them, 0 when there is none
+//     row    := number in b[k+3 .. comma-1]
+//     column := number in b[comma+1 .. close-1]
+//     where b[close+1 .. close+2] is "<G":
+//       dataClose := index of the first ">" from close + 3 on
+//       count     := number in b[close+3 .. dataClose-1]
+//       first     := dataClose + 1
+//     and where it is not:
+//       first     := close + 4
+//     the band has the `count` columns from b[first] on
+//
+// k takes every value: "<RC" counts inside graphics, and inside another command, too. For instance
+//
+//   0         1         2
+//   012345678901234567890123456
+//   <RC1,2><G9><RC3,4>abcdefghi
+//
+// holds two bands: k = 0, row 1, column 2, count 9, first 11, and k = 11, row 3, column 4, count
+// still 9, first 21. Without any comma the column's text begins at b[1]: "x55<RC6>" has k = 3, no
+// text for the row, and column 55, the number at the front of "55<RC6".
 #pragma once
 
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -14,44 +41,43 @@
 
 namespace tavio::encoder {
 
-// What the commands of the bands have said so far: texts keep their last value from band to band.
-struct BandTexts {
-    std::int32_t strx = 0;  // the value of the row's text
-    std::int32_t stry = 0;  // the value of the column's text
-    std::int32_t strg = 0;  // the value of the byte count's text
+// What the commands of the bands have said so far.
+struct BandNumbers {
+    std::int32_t row = 0;
+    std::int32_t column = 0;
+    std::int32_t count = 0;  // graphics bytes
 };
 
 struct FoundBand {
     std::size_t startCommand;  // index of its "<RC"
-    std::size_t firstByte;     // index of its first graphics byte; may lie behind the stream's end
-    BandTexts texts;           // as of this band
+    std::size_t firstByte;     // index of its first graphics byte; may lie past the stream's end
+    std::size_t startData;     // index after the last "<G" command read, 0 before any; firstByte
+                               // where the band has a "<G" of its own
+    BandNumbers numbers;       // as of this band
 };
 
 // Steps through the stream, in time linear in its length however many "<RC" it holds: each byte is
 // looked at once for where commands begin and at most four times for what they say, because all
-// "<RC" in front of the same ">" share what it ends.
+// "<RC" before the same ">" share what it ends.
 class BandScanner {
   public:
     explicit BandScanner(BandStream& stream);
 
-    // The next band, none behind the last. A "<RC", or the "<G" behind it, whose ">" does not come
-    // before the stream's end is passed over; what has been read of it stays in the texts. The
+    // The next band, none after the last. A "<RC", or the "<G" after it, whose ">" does not come
+    // before the stream's end is passed over; what has been read of it stays in the numbers. The
     // stream must still have the bytes from the band before on.
     std::optional<FoundBand> next() {
         while (hasPosition()) {
             const std::size_t startCommand = nextPosition();
             const std::size_t from = startCommand + kCommandSize;
             const bool isKnown = command_ && command_->close >= from;
-            if (!isKnown && !readCommand(from)) break;  // none is left for those behind either
-            readTexts(from);
+            if (!isKnown && !readCommand(from)) break;  // none is left for those after it either
+            readNumbers(from);
             if (!command_->hasGraphics || command_->dataClose) return bandAt(startCommand);
         }
         passAll();
         return std::nullopt;
     }
-
-    // Index of the first graphics byte behind the last "<G" that was read, 0 before any.
-    std::size_t startData() const { return startData_; }
 
     // Commands that were passed over together.
     struct Passed {
@@ -59,8 +85,9 @@ class BandScanner {
         std::size_t indices = 0;  // the sum of their startCommands
     };
 
-    // Passes over all further bands that share the last one's columns, being commands in front of
-    // the same ">". 64 bytes of the stream are one step, however many commands they hold.
+    // Passes over all further bands that share the last one's columns, being commands before the
+    // same ">". 64 bytes of the stream are one step, however many commands they hold. This and the
+    // next two: only after a band was found.
     void passSharing() { pass(nullptr); }
 
     // The same, and adds them up: one step for each command.
@@ -78,15 +105,15 @@ class BandScanner {
     std::size_t bytesRead() const { return bytesRead_; }
 
   private:
-    // What the ">" at `close` ends and what follows it: the same for every "<RC" in front of it, so
-    // it is read once however many there are.
+    // What the ">" at `close` ends and what follows it: the same for every "<RC" before it, so it
+    // is read once however many there are.
     struct Command {
         std::size_t close;                     // index of the ">"
         std::optional<std::size_t> comma;      // index of the last "," between "<RC" and ">"
-        std::optional<std::int32_t> column;    // the value of the text behind that comma
+        std::optional<std::int32_t> column;    // the number after that comma
         bool hasGraphics;                      // "<G" follows
         std::optional<std::size_t> dataClose;  // index of the ">" of that "<G"
-        std::optional<std::int32_t> count;     // the value of the text before it
+        std::optional<std::int32_t> count;     // the number before it
     };
 
     static constexpr std::size_t kCommandSize = 3;  // "<RC"
@@ -94,7 +121,7 @@ class BandScanner {
     bool hasAt(std::size_t index, std::string_view text);
     std::optional<std::size_t> findClose(std::size_t from);
     std::optional<std::size_t> lastComma(std::size_t from, std::size_t close);
-    std::optional<std::int32_t> valueOf(std::size_t first, std::size_t end);
+    std::optional<std::int32_t> numberIn(std::size_t first, std::size_t end);
     Command commandEndingAt(std::size_t close, std::size_t from);
     bool readCommand(std::size_t from);
     FoundBand bandAt(std::size_t startCommand);
@@ -121,14 +148,14 @@ class BandScanner {
         return wordStart() + bit;
     }
 
-    void readTexts(std::size_t from) {
+    void readNumbers(std::size_t from) {
         const bool hasComma = command_->comma && *command_->comma >= from;
         if (!hasComma) {  // then the column's text begins at the stream's second byte
-            texts_.stry = fromSecondByte_;
+            numbers_.column = fromSecondByte_;
             return;
         }
-        texts_.strx = valueOf(from, *command_->comma).value_or(texts_.strx);
-        texts_.stry = command_->column.value_or(texts_.stry);
+        numbers_.row = numberIn(from, *command_->comma).value_or(numbers_.row);
+        numbers_.column = command_->column.value_or(numbers_.column);
     }
 
     static constexpr std::size_t kMarkedWords = 64;
@@ -139,8 +166,8 @@ class BandScanner {
     std::size_t word_ = kMarkedWords;                // the word of marks_ being gone through
     std::uint64_t left_ = 0;                         // what is left of it
     std::optional<Command> command_;                 // the last one read
-    std::int32_t fromSecondByte_ = 0;                // the value of the text there
-    BandTexts texts_;
+    std::int32_t fromSecondByte_ = 0;                // the number at the stream's second byte
+    BandNumbers numbers_;
     std::size_t startData_ = 0;
     std::size_t bytesRead_ = 0;
 };

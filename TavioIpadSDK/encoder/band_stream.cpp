@@ -1,20 +1,34 @@
 #include "TavioIpadSDK/encoder/band_stream.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstring>
 #include <utility>
 
 #include "TavioIpadSDK/encoder/band_columns.h"
-#include "TavioIpadSDK/encoder/stream_buffer.h"
+#include "TavioIpadSDK/encoder/command_text.h"
+#include "TavioIpadSDK/encoder/stream_size.h"
 #include "TavioIpadSDK/machine/arithmetic.h"
 
 namespace tavio::encoder {
 namespace {
 
-// Blanks the padding of a band's columns: `byte` columns for each byte of a row.
+// Blanks the padding of a band's columns, of which there are eight for each byte of a row. A 1 bit
+// prints. The rule counts the half bytes once for the picture, not for each row:
+//
+//   ignore := NibblesToIgnore
+//   for each row of the picture from the top, for its byte number x = 0, 1, ... from the right:
+//     x < BytesToIgnore:   byte := 0,            ignore := ignore - 2, modulo 2^32
+//     else, ignore != 0:   byte := byte & 0xF0,  ignore := 0
+//
+// NibblesToIgnore is 2 * BytesToIgnore or one more. So at x = BytesToIgnore, `ignore` is 0 or 1 in
+// the top row, and 0 - 2 * BytesToIgnore in every row below it. For instance 24 pixels in 32 bits,
+// NibblesToIgnore 2, BytesToIgnore 1: in the top row it is 2 - 2 = 0, and columns 20 to 23 print;
+// in the next row it is 0 - 2 = 4294967294, and they are blank.
 void blankPadding(const RowGeometry& row, bool isTopBand, std::span<Byte> band) {
     const std::size_t padding = 8 * std::size_t{row.BytesToIgnore};
+    assert(padding + 4 <= band.size());
     std::fill(band.end() - static_cast<std::ptrdiff_t>(padding), band.end(), Byte{0});
     constexpr Byte kTopRow = 0x80;
     constexpr Byte kOtherRows = 0x7F;
@@ -27,14 +41,14 @@ void blankPadding(const RowGeometry& row, bool isTopBand, std::span<Byte> band) 
     for (Byte& column : halfByte) column &= kept;
 }
 
-// Where band number `bands` (0-based) goes; the first is placed by the opening.
-Position positionOf(UInt32 bands, const Placement& placement) {
-    const auto rows = static_cast<std::int32_t>(bands * UInt32{kBandRows});
+// Where band number `band`, from 0, goes; the opening places the first.
+Position positionOf(UInt32 band, const Placement& placement) {
+    const auto rows = static_cast<std::int32_t>(band * UInt32{kBandRows});
     using machine::wrappingAdd;
     using machine::wrappingSubtract;
-    if (placement.isLandscape) return {wrappingAdd(placement.originalx, rows), placement.originaly};
-    return {wrappingSubtract(placement.portraitDots, placement.originalx),
-            wrappingAdd(placement.originaly, rows)};
+    if (placement.isLandscape) return {wrappingAdd(placement.row, rows), placement.column};
+    return {wrappingSubtract(placement.portraitDots, placement.row),
+            wrappingAdd(placement.column, rows)};
 }
 
 std::string positionCommandOf(UInt32 band, const Placement& placement) {
@@ -49,19 +63,20 @@ std::span<const Byte> bytesOf(const std::string& text) {
 // The size of a stream of `bands` bands of bandSize bytes each, commands included.
 std::size_t streamSize(std::size_t opening, UInt32 bands, std::size_t bandSize,
                        const Placement& placement) {
-    StreamBuffer counted(0);
-    counted.take(opening);
+    StreamSize size;
+    size.add(opening);
     for (UInt32 band = 0; band < bands; ++band) {
-        if (band > 0) counted.take(positionCommandOf(band, placement).size());
-        counted.take(bandSize);
+        if (band > 0) size.add(positionCommandOf(band, placement).size());
+        size.add(bandSize);
     }
-    return counted.size();
+    return size.sum();
 }
 
 }  // namespace
 
 void fillBand(std::span<const Byte> rows, const RowGeometry& row, bool isTopBand,
               std::span<Byte> band) {
+    assert(rows.size() == kBandRows * row.RowSize && band.size() == rows.size());
     transposeBand(rows, row.RowSize, band);
     blankPadding(row, isTopBand, band);
 }
@@ -73,12 +88,13 @@ BandStream::BandStream(std::span<const Byte> pixels, const RowGeometry& row, UIn
       height_(height),
       bands_(height / UInt32{kBandRows}),
       placement_(placement),
-      behind_{placement.originalx, placement.originaly} {
+      afterLastBand_{placement.row, placement.column} {
+    assert(pixels.size() == std::size_t{row.RowSize} * height);
     if (bands_ == 0) return;
     const std::size_t bandSize = row.RowSize * kBandRows;
     graphicsCommand_ = graphicsCommand(static_cast<std::int64_t>(bandSize));
     size_ = streamSize(opening.size(), bands_, graphicsCommand_.size() + bandSize, placement);
-    behind_ = positionOf(bands_, placement);
+    afterLastBand_ = positionOf(bands_, placement);
     opening_.assign(opening.begin(), opening.end());
     rewind();
 }
@@ -88,8 +104,9 @@ BandStream::BandStream(std::span<const Byte> bytes)
     rewind();
 }
 
-std::string BandStream::lastPosition() const {
-    return bands_ == 0 ? std::string() : positionCommand(behind_.row, behind_.column);
+std::string BandStream::commandAfterLastBand() const {
+    if (bands_ == 0) return {};
+    return positionCommand(afterLastBand_.row, afterLastBand_.column);
 }
 
 void BandStream::rewind() {
@@ -114,6 +131,7 @@ void BandStream::makeUpTo(std::size_t end) {
 }
 
 void BandStream::makeBand() {
+    assert(madeBands_ < bands_);
     const UInt32 band = madeBands_++;
     if (band > 0) put(bytesOf(positionCommandOf(band, placement_)));
     put(bytesOf(graphicsCommand_));
@@ -122,20 +140,23 @@ void BandStream::makeBand() {
     fillBand(pixels_.subspan(end - bandSize, bandSize), row_, band == 0,
              {roomFor(bandSize), bandSize});
     made_ += bandSize;
+    assert(madeBands_ < bands_ ? made_ < size_ : made_ == size_);
 }
 
-// Where the next `count` bytes go. What is kept moves to the front when at least half is free then,
-// and to twice the memory otherwise: either way bytes are moved no more often than others are made.
+// Where the next `count` bytes go. The bytes that may still be read move to the front where that
+// leaves half of the memory free, and into twice the memory otherwise. Either way no byte is moved
+// more often than another is made.
 Byte* BandStream::roomFor(std::size_t count) {
-    constexpr std::size_t kLeast = std::size_t{1} << 16;
+    constexpr std::size_t kMin = std::size_t{1} << 16;
+    assert(base_ <= kept_ && kept_ <= made_ && count <= size_ - made_);
     if (made_ - base_ + count > held_.size()) {
         const std::size_t kept = made_ - kept_;
         const Byte* const from = held_.data() + (kept_ - base_);
         if (kept + count <= held_.size() / 2) {
             std::memmove(held_.data(), from, kept);
         } else {
-            const std::size_t most = size_ - kept_;  // no more bytes than that will come
-            StreamBytes more(std::min(std::max(kLeast, 2 * (kept + count)), most));
+            const std::size_t max = size_ - kept_;  // no more bytes than that will come
+            StreamBytes more(std::min(std::max(kMin, 2 * (kept + count)), max));
             if (kept > 0) std::memcpy(more.data(), from, kept);
             held_ = std::move(more);
         }

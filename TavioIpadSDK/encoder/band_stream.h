@@ -1,14 +1,14 @@
 // The first pass: a bitmap becomes one graphics command per band of 8 rows.
 //
 //   stream := opening  band  { position  band }
-//   band   := "<G" columns ">" columns * byte
-//   position := "<RC" row "," column ">"
+//   band   := graphics  columns * byte           (command_text.h: position, graphics)
 //
 // One graphics byte is one column of 8 dots, its top bit the band's first row. A band has as many
 // columns as a padded row has pixels; the bottom rows that do not fill a band are dropped.
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -16,8 +16,8 @@
 #include <string>
 
 #include "TavioIpadSDK/encoder/bitmap_reader.h"
-#include "TavioIpadSDK/encoder/stream_buffer.h"
-#include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/encoder/stream_bytes.h"
+#include "TavioIpadSDK/platform/bytes.h"
 
 namespace tavio::encoder {
 
@@ -25,8 +25,8 @@ namespace tavio::encoder {
 // Portrait: the column advances, the row is counted back from the portrait dot width.
 struct Placement {
     bool isLandscape = true;
-    std::int32_t originalx = 0;     // the job's row
-    std::int32_t originaly = 0;     // the job's column
+    std::int32_t row = 0;           // the job's
+    std::int32_t column = 0;        // the job's
     std::int32_t portraitDots = 0;  // printable width in portrait
 };
 
@@ -38,6 +38,10 @@ struct Position {
 // The stream, made band by band as it is read: most of it is never in memory at once, and what has
 // just been made is still in the processor's cache when it is read. A reader that looks far ahead
 // makes it hold more, up to all of it.
+//
+//   0          base_        kept_            made_             size_
+//   | given up | forgotten  | may be read    | not made yet    |
+//              |<-------- in memory -------->|
 class BandStream {
   public:
     // pixels: RowSize * height bytes, the bottom row first, each row's leftmost pixel in its first
@@ -47,22 +51,20 @@ class BandStream {
     BandStream(std::span<const Byte> pixels, const RowGeometry& row, UInt32 height,
                std::span<const Byte> opening, const Placement& placement);
 
-    // A stream of these bytes.
-    explicit BandStream(std::span<const Byte> bytes);
-
     // Bytes in all; 0 when the picture has no whole band: the opening goes too.
     std::size_t size() const { return size_; }
 
-    // The position made for the band after the last: the job's place without a band.
-    Position behind() const { return behind_; }
+    // Where a band after the last one would go; without any band, the job's place.
+    Position afterLastBand() const { return afterLastBand_; }
 
     // Its command; "" without a band.
-    std::string lastPosition() const;
+    std::string commandAfterLastBand() const;
 
-    // The `count` bytes from index `first` on, fewer at the stream's end, none behind it. They stay
+    // The `count` bytes from index `first` on, fewer at the stream's end, none past it. They stay
     // where they are until the next call of any kind. first: not among what was forgotten. Throws
     // std::bad_alloc.
     std::span<const Byte> read(std::size_t first, std::size_t count) {
+        assert(first >= kept_);
         if (first >= size_) return {};
         const std::size_t end = first + std::min(count, size_ - first);
         if (end > made_) makeUpTo(end);
@@ -72,14 +74,18 @@ class BandStream {
     // The index of the first such byte from index `from` on.
     std::optional<std::size_t> find(Byte wanted, std::size_t from);
 
-    // The bytes in front of index `first` will not be read again.
+    // The bytes before index `first` will not be read again.
     void forget(std::size_t first) { kept_ = std::max(kept_, std::min(first, made_)); }
-
-    // Memory taken by what of it is held.
-    std::size_t bytesHeld() const { return held_.size(); }
 
     // All bytes can be read again, from the first on.
     void rewind();
+
+  protected:
+    // A stream of these bytes, which need not come from a picture.
+    explicit BandStream(std::span<const Byte> bytes);
+
+    // Bytes of memory taken by what is held of the stream.
+    std::size_t bytesHeld() const { return held_.size(); }
 
   private:
     void makeUpTo(std::size_t end);
@@ -96,27 +102,28 @@ class BandStream {
     Bytes opening_;
     std::string graphicsCommand_;
     std::size_t size_ = 0;
-    Position behind_;
+    Position afterLastBand_;
 
     // What of it is in memory: held_ begins with the byte of index base_.
     StreamBytes held_;
     std::size_t base_ = 0;
     std::size_t kept_ = 0;  // index of the first byte that may still be read
-    std::size_t made_ = 0;  // index behind the last byte made
+    std::size_t made_ = 0;  // index after the last byte made
     UInt32 madeBands_ = 0;
 };
 
 // Turns 8 pixel rows into the columns of one band.
 //
 // rows: 8 * RowSize bytes as they lie in the file, so the band's first row comes last. band:
-// 8 * RowSize bytes, overwritten; band[c] is pixel column c. Padding is blanked by whole half
-// bytes, and in the picture's top row (the first of its top band) by another rule than in all
-// others:
+// 8 * RowSize bytes, overwritten; band[c] is pixel column c.
+//
+// Padding is blanked by whole half bytes, and in the picture's top row (the first of its top band)
+// by another rule than in all others:
 //
 //   whole padding bytes        blank in every row
 //   half byte left of these    blank in the top row when NibblesToIgnore is odd, in every other row
 //                              when BytesToIgnore is not 0 - also where that half byte holds pixels
-//   padding bits left of that  kept: a 0 bit there prints
+//   padding bits left of that  kept: a 0 bit of the file prints there
 void fillBand(std::span<const Byte> rows, const RowGeometry& row, bool isTopBand,
               std::span<Byte> band);
 

@@ -1,24 +1,47 @@
-// The commands in front of a stretch, as text that is made anew only where a number has changed.
+// The printer's graphics commands as text.
+//
+//   position := "<RC" row "," column ">"
+//   graphics := "<G" columns ">"             that many bytes of graphics follow
+//
+// Numbers are decimal, with a minus sign where negative, no padding.
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "TavioIpadSDK/machine/bytes.h"
 
 namespace tavio::encoder {
 
-// Puts the decimal number at `to`, where 11 characters may be overwritten; returns where it ends.
-// Places on a ticket have up to four digits: those are written without a branch, each over the one
-// before as long as that is a leading zero.
+inline std::string positionCommand(std::int32_t row, std::int32_t column) {
+    return "<RC" + std::to_string(row) + "," + std::to_string(column) + ">";
+}
+
+inline std::string graphicsCommand(std::int64_t columns) {
+    return "<G" + std::to_string(columns) + ">";
+}
+
+inline constexpr std::size_t kMaxNumberSize = 11;  // of 32 bits: ten digits and a sign
+
+// How many characters a number takes, its sign included: 1 to kMaxNumberSize.
+constexpr std::size_t numberSize(std::int32_t number) {
+    std::size_t size = number < 0 ? 2 : 1;
+    for (std::int32_t n = number / 10; n != 0; n /= 10) ++size;
+    return size;
+}
+
+// Puts the decimal number at `to`, where kMaxNumberSize characters may be overwritten; returns
+// where it ends. Places on a ticket have up to four digits: those are written without a branch,
+// each over the one before as long as that is a leading zero.
 inline char* writeNumber(std::int32_t number, char* to) {
-    constexpr std::size_t kMostDigits = 11;  // with a sign
     const auto n = static_cast<std::uint32_t>(number);
-    if (n >= 10000) return std::to_chars(to, to + kMostDigits, number).ptr;
+    if (n >= 10000) return std::to_chars(to, to + kMaxNumberSize, number).ptr;
     *to = static_cast<char>('0' + n / 1000);
     to += static_cast<int>(n >= 1000);
     *to = static_cast<char>('0' + n / 100 % 10);
@@ -29,17 +52,19 @@ inline char* writeNumber(std::int32_t number, char* to) {
     return to + 1;
 }
 
-// A number with what stands in front of it and behind it. From stretch to stretch two numbers of a
+// A number with the text before it and the text after it. From stretch to stretch two numbers of a
 // command out of three often stay what they were: the text of a number that comes again is kept.
 class NumberText {
   public:
     static constexpr std::size_t kRoom = 20;  // what write() may overwrite
 
-    // before, behind: at most 3 characters each, 4 together, so that any number fits.
-    NumberText(std::string_view before, std::string_view behind)
-        : beforeSize_(before.size()), behindSize_(behind.size()) {
+    // before, after: at most 3 characters each, 4 together, so that any number fits.
+    NumberText(std::string_view before, std::string_view after)
+        : beforeSize_(before.size()), afterSize_(after.size()) {
+        assert(before.size() <= kMaxAround && after.size() <= kMaxAround);
+        assert(before.size() + kMaxNumberSize + after.size() <= kMaxText);
         std::copy(before.begin(), before.end(), before_);
-        std::copy(behind.begin(), behind.end(), behind_);
+        std::copy(after.begin(), after.end(), after_);
     }
 
     // Puts the text at `to`, where kRoom bytes may be overwritten; returns where it ends. Always in
@@ -51,32 +76,32 @@ class NumberText {
             return make(number, to);
         }
         if (size_ == 0) size_ = static_cast<std::size_t>(make(number, text_) - text_);
-        std::memcpy(to, text_, kMostText);  // always, which is one store where the size is fixed
+        std::memcpy(to, text_, kMaxText);  // always, which is one store where the size is fixed
         return to + size_;
     }
 
   private:
-    static constexpr std::size_t kMostAround = 3;
-    static constexpr std::size_t kMostText = 16;
+    static constexpr std::size_t kMaxAround = 3;
+    static constexpr std::size_t kMaxText = 16;
 
     [[gnu::always_inline]] Byte* make(std::int32_t number, Byte* to) const {
-        std::memcpy(to, before_, kMostAround);
+        std::memcpy(to, before_, kMaxAround);
         char* const digits = reinterpret_cast<char*>(to) + beforeSize_;
         char* const end = writeNumber(number, digits);
-        std::memcpy(end, behind_, kMostAround);
-        return reinterpret_cast<Byte*>(end) + behindSize_;
+        std::memcpy(end, after_, kMaxAround);
+        return reinterpret_cast<Byte*>(end) + afterSize_;
     }
 
-    char before_[kMostAround] = {};
-    char behind_[kMostAround] = {};
+    char before_[kMaxAround] = {};
+    char after_[kMaxAround] = {};
     std::size_t beforeSize_;
-    std::size_t behindSize_;
+    std::size_t afterSize_;
     std::int32_t number_ = 0;
     std::size_t size_ = 0;  // of the kept text, 0 when none is kept
     Byte text_[kRoom] = {};
 };
 
-// "<RC" row "," column "><G" columns ">"
+// The commands of a stretch: position graphics.
 class StretchCommands {
   public:
     static constexpr std::size_t kRoom = 3 * NumberText::kRoom;  // what write() may overwrite
@@ -84,6 +109,12 @@ class StretchCommands {
     // Puts the commands at `to` and returns where they end.
     Byte* write(std::int32_t row, std::int32_t column, std::int32_t columns, Byte* to) {
         return columns_.write(columns, column_.write(column, row_.write(row, to)));
+    }
+
+    // How many bytes write() puts down.
+    static constexpr std::size_t size(std::int32_t row, std::int32_t column, std::int32_t columns) {
+        constexpr std::string_view kAround = "<RC,><G>";
+        return kAround.size() + numberSize(row) + numberSize(column) + numberSize(columns);
     }
 
   private:

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/encoder/line_map.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace tavio::encoder {
 namespace {
@@ -13,8 +14,9 @@ std::size_t changesIn(std::span<const Byte> bytes) {
     return changes;
 }
 
-// Lists the runs; the map has room for all of them.
-void listRuns(std::span<const Byte> bytes, std::int64_t start, std::vector<LineParser>& map) {
+// Lists the runs, and returns how many they are; the map has room for all of them.
+std::size_t listRuns(std::span<const Byte> bytes, std::int64_t start,
+                     std::vector<LineParser>& map) {
     std::size_t used = 0;
     for (std::size_t first = 0, i = 1; first < bytes.size(); ++i) {
         const bool isData = bytes[first] != 0;
@@ -23,22 +25,27 @@ void listRuns(std::span<const Byte> bytes, std::int64_t start, std::vector<LineP
                        static_cast<std::int32_t>(i - first), isData ? DATA : ZEROS};
         first = i;
     }
+    return used;
 }
 
 }  // namespace
 
 std::size_t mapRuns(std::span<const Byte> columns, std::int64_t start, std::int32_t count,
                     std::vector<LineParser>& map) {
+    assert(start >= 0);
+    assert(columns.size() <= static_cast<std::size_t>(std::max(count, 0)));
     const std::int64_t end = start + std::max(count, 0);
-    const auto behind = start + static_cast<std::int64_t>(columns.size());  // only zeros from here
-    const bool isOneMore = end > behind && (columns.empty() || columns.back() != 0);
+    const auto streamEnd = start + static_cast<std::int64_t>(columns.size());
+    const std::int64_t zeros = end - streamEnd;  // past the stream's end
+    const bool areZerosARun = zeros > 0 && (columns.empty() || columns.back() != 0);
     const std::size_t inside = columns.empty() ? 0 : changesIn(columns) + 1;
 
-    const std::size_t used = inside + std::size_t{isOneMore};
+    const std::size_t used = inside + std::size_t{areZerosARun};
     map.assign(std::max({used, map.size(), LINEMAPMAX}), LineParser{});
-    listRuns(columns, start, map);
-    if (isOneMore) map[inside] = {static_cast<std::int32_t>(behind), 0, ZEROS};
-    if (end > behind) map[used - 1].count += static_cast<std::int32_t>(end - behind);
+    [[maybe_unused]] const std::size_t listed = listRuns(columns, start, map);
+    assert(listed == inside);
+    if (areZerosARun) map[inside] = {static_cast<std::int32_t>(streamEnd), 0, ZEROS};
+    if (zeros > 0) map[used - 1].count += static_cast<std::int32_t>(zeros);
     return used;
 }
 

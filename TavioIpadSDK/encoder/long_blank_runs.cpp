@@ -7,18 +7,19 @@
 //            run begins     last bit: the run ends 3 further on
 //
 // So where these bits change from 0 to 1 a long run begins, and where they change back it ends 18
-// bytes on. All else, however many short runs there are, is passed over 64 bytes at a time.
+// bytes further on. All else, however many short runs there are, is passed over 64 bytes at a time.
 #include "TavioIpadSDK/encoder/long_blank_runs.h"
 
 #include <array>
 #include <bit>
+#include <cassert>
 
 #include "TavioIpadSDK/encoder/mark_blanks.h"
 
 namespace tavio::encoder {
 namespace {
 
-// A word of marks and the one behind it.
+// A word of marks and the one after it.
 struct Marks {
     std::uint64_t word, next;
 
@@ -30,9 +31,9 @@ struct Marks {
     }
 };
 
-// Marks where a run of kShortestSkip blanks begins within the first word.
+// Marks where a run of kMinSkip blanks begins within the first word.
 std::uint64_t longStarts(std::uint64_t blank, std::uint64_t next) {
-    static_assert(kShortestSkip == 1 + 1 + 2 + 4 + 8 + 3);
+    static_assert(kMinSkip == 1 + 1 + 2 + 4 + 8 + 3);
     Marks marks{blank, next};
     marks.andAhead<1>();
     marks.andAhead<2>();
@@ -49,7 +50,10 @@ void LongBlankRuns::markBlock() {
     markBlanks(stream_.read(static_cast<std::size_t>(marked_), 64 * blank.size()), blank);
     bytesMarked_ += 64 * kBlockWords;
     for (std::size_t i = 0; i < kBlockWords; ++i, marked_ += 64) {
-        if (blank[i] == 0) continue;  // and so no run is open
+        if (blank[i] == 0) {
+            assert(isOpen_ == 0);
+            continue;
+        }
         const std::uint64_t starts = longStarts(blank[i], blank[i + 1]);
         std::uint64_t changes = starts ^ ((starts << 1) | isOpen_);
         isOpen_ = starts >> 63;
@@ -59,14 +63,14 @@ void LongBlankRuns::markBlock() {
             if (((starts >> bit) & 1) != 0) {
                 runs_.push_back({at, kOpen});
             } else {
-                runs_.back().end = at + kShortestSkip - 1;
+                runs_.back().end = at + kMinSkip - 1;
             }
         }
     }
 }
 
-// Each run is dropped once, and those behind it are moved down at most as often as there are
-// dropped ones.
+// Each run is dropped once, and those after it are moved down at most as often as there are dropped
+// ones.
 void LongBlankRuns::dropPassed(std::int64_t start) {
     constexpr std::size_t kManyPassed = 1024;
     while (first_ < runs_.size() && runs_[first_].end <= start) ++first_;
@@ -75,7 +79,7 @@ void LongBlankRuns::dropPassed(std::int64_t start) {
     first_ = 0;
 }
 
-// What lies in front was never asked for: it is not gone through.
+// What lies before was never asked for: it is not gone through.
 void LongBlankRuns::beginAt(std::int64_t start) {
     runs_.clear();
     first_ = 0;
@@ -84,8 +88,10 @@ void LongBlankRuns::beginAt(std::int64_t start) {
 }
 
 std::span<const BlankRun> LongBlankRuns::between(std::int64_t start, std::int64_t end) {
+    assert(start >= asked_);
+    asked_ = start;
     if (marked_ < start) beginAt(start);
-    // Once the blanks behind the end are reached, the last run is open and nothing follows.
+    // Once the blanks past the end are reached, the last run is open and nothing follows.
     const auto size = static_cast<std::int64_t>(stream_.size());
     while (marked_ < end && (marked_ <= size || runs_.empty())) markBlock();
     dropPassed(start);

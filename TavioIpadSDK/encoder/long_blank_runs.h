@@ -12,31 +12,31 @@
 namespace tavio::encoder {
 
 // A blank run of this many columns or more is left out; a shorter one is sent as zeros.
-inline constexpr std::int32_t kShortestSkip = 19;
+inline constexpr std::int32_t kMinSkip = 19;
 
 struct BlankRun {
     std::int64_t start;  // index of its first byte
-    std::int64_t end;    // index behind its last
+    std::int64_t end;    // index after its last
 
     bool operator==(const BlankRun&) const = default;
 };
 
-// Goes through a stream once and hands out its zero runs of kShortestSkip bytes or more. Shorter
-// runs are never looked at one by one. Behind the stream's end there are only zeros, without end:
-// the last run is open, and nobody walks along it.
+// Goes through a stream once and hands out its zero runs of kMinSkip bytes or more. Shorter runs
+// are never looked at one by one. Past the stream's end there are zeros without end: the last run
+// is open, and its bytes are not walked.
 class LongBlankRuns {
   public:
     static constexpr std::int64_t kOpen = std::numeric_limits<std::int64_t>::max();
 
     explicit LongBlankRuns(BandStream& stream) : stream_(stream) {}
 
-    // The runs in ascending order, from the first that ends behind `start` on; all that begin
-    // before `end` are among them, further ones may follow. A run that goes on behind `end` may be
-    // told as kOpen long. start: never less than in the call before. The result holds until the
-    // next call. The stream must still have the bytes that have not been gone through.
+    // The runs in ascending order, from the first that ends after `start` on; all that begin before
+    // `end` are among them, further ones may follow. A run that goes on past `end` may be told as
+    // kOpen long. start: never less than in the call before. The result holds until the next call.
+    // The stream must still have the bytes that have not been gone through.
     std::span<const BlankRun> between(std::int64_t start, std::int64_t end);
 
-    // Bytes gone through so far, those behind the end that fill a last block included.
+    // Bytes gone through so far, those past the end that fill a last block included.
     std::size_t bytesMarked() const { return bytesMarked_; }
 
   private:
@@ -47,6 +47,7 @@ class LongBlankRuns {
     void dropPassed(std::int64_t start);
 
     BandStream& stream_;
+    std::int64_t asked_ = 0;      // the start of the last call
     std::int64_t marked_ = 0;     // all runs that begin before this are known
     std::uint64_t isOpen_ = 0;    // 1 when one of them has not ended yet
     std::vector<BlankRun> runs_;  // ascending

@@ -9,8 +9,7 @@
 
 namespace tavio::encoder {
 
-// Bit b of word w says whether "<RC" stands at bytes[64 w + b], with nothing of it behind
-// the last byte.
+// Bit b of word w says whether bytes[64 w + b] and the two bytes after it are "<RC".
 void markPositions(std::span<const Byte> bytes, std::span<std::uint64_t> words);
 
 }  // namespace tavio::encoder

@@ -1,13 +1,15 @@
 #include "TavioIpadSDK/encoder/parse_bmp.h"
 
+#include <cassert>
 #include <cstddef>
 #include <exception>
 #include <string>
 
 #include "TavioIpadSDK/encoder/band_stream.h"
 #include "TavioIpadSDK/encoder/bitmap_reader.h"
+#include "TavioIpadSDK/encoder/command_text.h"
 #include "TavioIpadSDK/encoder/state.h"
-#include "TavioIpadSDK/encoder/stream_buffer.h"
+#include "TavioIpadSDK/encoder/stream_bytes.h"
 #include "TavioIpadSDK/encoder/stretches.h"
 #include "TavioIpadSDK/platform/notice.h"
 #include "TavioIpadSDK/platform/text.h"
@@ -56,7 +58,9 @@ bool accept(std::span<const Byte> file) {
 BandStream bandsOf(std::span<const Byte> file, const std::string& opening,
                    const Placement& placement) {
     const RowGeometry row = rowGeometry(bminfo);
-    const auto pixels = file.last(std::size_t{row.RowSize} * bminfo.biHeight);
+    const std::size_t pixelBytes = std::size_t{row.RowSize} * bminfo.biHeight;
+    assert(kHeaderSize + pixelBytes <= file.size());
+    const auto pixels = file.last(pixelBytes);
     return {pixels, row, bminfo.biHeight, platform::lowBytesOfUtf16(opening), placement};
 }
 
@@ -74,15 +78,14 @@ void print(std::span<const Byte> file) {
     SendData(stream.data(), static_cast<std::int32_t>(stream.size()));
 }
 
-// Everything is encoded before the printer is told that a logo comes, so that a logo which turns
-// out to be too long never leaves the printer waiting for the rest of it.
+// Everything is encoded before the printer is told that a logo comes: were the logo found to be too
+// long after that, the printer would wait for the rest of it.
 void storeLogo(std::span<const Byte> file) {
     const Placement placement = placementAt(0, 0);
     BandStream bands = bandsOf(file, "", placement);
-    // The position behind the last band goes first: it is what the first pass leaves behind.
-    const StreamBytes bytes =
-        writeStretches(bands, platform::lowBytesOfUtf16(bands.lastPosition()), placement, linemap,
-                       std::span<const Byte>(&kEscape, 1));
+    const std::string opening = bands.commandAfterLastBand();
+    const StreamBytes bytes = writeStretches(bands, platform::lowBytesOfUtf16(opening), placement,
+                                             linemap, std::span<const Byte>(&kEscape, 1));
 
     originalx = originaly = 0;
     SendString("<RE0><DI><RC0,0><" + LogoNumber + ">" + static_cast<char>(kEscape));

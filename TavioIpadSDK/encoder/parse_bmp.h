@@ -12,7 +12,7 @@ namespace tavio::encoder {
 //
 //   printed  SendData    PrinterPath PrinterOrientation "<RE0><DI>" { stretch }
 //   stored   SendString  "<RE0><DI><RC0,0><" LogoNumber ">" ESC
-//            SendData    the position behind the last band, { stretch }, ESC
+//            SendData    the position after the last band, { stretch }, ESC
 //
 // (stretches.h shows the stretches.) A logo sets originalx and originaly to 0.
 //

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "encoder/byte_stream.h"
 #include "support/bitmaps.h"
 #include "support/random_picture.h"
 
@@ -14,22 +15,22 @@ using test::bytesOf;
 
 struct Seen {
     std::size_t startCommand, firstByte;
-    std::int32_t strx, stry, strg;
+    std::int32_t row, column, count;
     bool operator==(const Seen&) const = default;
 };
 
 void PrintTo(const Seen& seen, std::ostream* out) {
-    *out << "{" << seen.startCommand << ", " << seen.firstByte << ", " << seen.strx << ", "
-         << seen.stry << ", " << seen.strg << "}";
+    *out << "{" << seen.startCommand << ", " << seen.firstByte << ", " << seen.row << ", "
+         << seen.column << ", " << seen.count << "}";
 }
 
 std::vector<Seen> bandsIn(const std::string& text) {
-    BandStream stream(bytesOf(text));
+    ByteStream stream(bytesOf(text));
     BandScanner scanner(stream);
     std::vector<Seen> seen;
     while (const auto band = scanner.next())
-        seen.push_back({band->startCommand, band->firstByte, band->texts.strx, band->texts.stry,
-                        band->texts.strg});
+        seen.push_back({band->startCommand, band->firstByte, band->numbers.row,
+                        band->numbers.column, band->numbers.count});
     return seen;
 }
 
@@ -106,7 +107,7 @@ TEST(BandScanner, ReadsNestedPositionsUpToTheSameClose) {
 }
 
 // Bands that share their columns, passed over together in one scanner and stepped through in the
-// other: both must have read the same texts in the end.
+// other: both must have read the same numbers in the end.
 TEST(BandScanner, PassesOverSharingBandsAsIfTheyWereReadOneByOne) {
     const std::vector<std::string> pieces = {"<RC", "<RC5", "<RC,", "<RC12,", "<RC-3", "<RC 4",
                                              ",",   "x",    ">",    "><G40>", "7>",    "<RCx"};
@@ -116,16 +117,16 @@ TEST(BandScanner, PassesOverSharingBandsAsIfTheyWereReadOneByOne) {
         std::string text = "x9<RC1,2><G3>";
         for (int i = test::between(random, 1, 60); i > 0; --i)
             text += pieces[random() % pieces.size()] + std::string(random() % 3 == 0 ? 70 : 0, 'y');
-        BandStream stream(bytesOf(text));
+        ByteStream stream(bytesOf(text));
         BandScanner steps(stream);
         BandScanner passes(stream);
         auto expected = steps.next();
         while (const auto band = passes.next()) {
             ASSERT_TRUE(expected);
             ASSERT_EQ(band->startCommand, expected->startCommand);
-            ASSERT_EQ(band->texts.strx, expected->texts.strx);
-            ASSERT_EQ(band->texts.stry, expected->texts.stry);
-            ASSERT_EQ(band->texts.strg, expected->texts.strg);
+            ASSERT_EQ(band->numbers.row, expected->numbers.row);
+            ASSERT_EQ(band->numbers.column, expected->numbers.column);
+            ASSERT_EQ(band->numbers.count, expected->numbers.count);
             BandScanner::Passed counted;
             std::size_t repeating = 0;
             const int how = test::between(random, 0, 3);
@@ -143,8 +144,8 @@ TEST(BandScanner, PassesOverSharingBandsAsIfTheyWereReadOneByOne) {
                 stepped.indices += expected->startCommand;
                 if (how != 3) continue;
                 ASSERT_EQ(expected->firstByte, band->firstByte);
-                ASSERT_EQ(expected->texts.strx, band->texts.strx);
-                ASSERT_EQ(expected->texts.stry, band->texts.stry);
+                ASSERT_EQ(expected->numbers.row, band->numbers.row);
+                ASSERT_EQ(expected->numbers.column, band->numbers.column);
             }
             if (how == 2) {
                 ASSERT_EQ(counted.count, stepped.count);

@@ -132,7 +132,7 @@ TEST(BandStream, KeepsTheRuleOfTheTopRowToTheTopRowOfThePicture) {
 TEST(BandStream, GivesOneBandToEightRowsAndNoPositionBehindIt) {
     const WholeStream stream(allBlack(32, 8));
     EXPECT_EQ(stream.bytes, test::joined({test::bytesOf("OPENING<G32>"), Bytes(32, 255)}));
-    EXPECT_EQ(stream.stream.lastPosition(), "<RC8,0>");
+    EXPECT_EQ(stream.stream.commandAfterLastBand(), "<RC8,0>");
 }
 
 TEST(BandStream, DropsTheBottomRowsThatDoNotFillABand) {
@@ -144,9 +144,9 @@ TEST(BandStream, IsEmptyWithoutAWholeBandAndLosesEvenTheOpening) {
     for (std::size_t height = 1; height < 8; ++height) {
         const WholeStream stream(allBlack(32, height), {true, 4, 5, 0});
         EXPECT_EQ(stream.bytes, Bytes{});
-        EXPECT_EQ(stream.stream.lastPosition(), "");
-        EXPECT_EQ(stream.stream.behind().row, 4);
-        EXPECT_EQ(stream.stream.behind().column, 5);
+        EXPECT_EQ(stream.stream.commandAfterLastBand(), "");
+        EXPECT_EQ(stream.stream.afterLastBand().row, 4);
+        EXPECT_EQ(stream.stream.afterLastBand().column, 5);
     }
 }
 
@@ -169,9 +169,10 @@ TEST(BandStream, AdvancesTheColumnInPortraitAndCountsTheRowBackFromTheDotWidth) 
 }
 
 TEST(BandStream, WrapsPositionsInTwosComplement) {
-    EXPECT_EQ(WholeStream(allBlack(32, 8), {true, INT32_MAX, 0, 0}).stream.lastPosition(),
+    EXPECT_EQ(WholeStream(allBlack(32, 8), {true, INT32_MAX, 0, 0}).stream.commandAfterLastBand(),
               "<RC-2147483641,0>");
-    EXPECT_EQ(WholeStream(allBlack(32, 8), {false, INT32_MIN, INT32_MAX, 1}).stream.lastPosition(),
+    EXPECT_EQ(WholeStream(allBlack(32, 8), {false, INT32_MIN, INT32_MAX, 1})
+                  .stream.commandAfterLastBand(),
               "<RC-2147483647,-2147483641>");
 }
 

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/encoder/stream_buffer.h"
 #include "support/random_picture.h"
 
 namespace tavio::encoder {
@@ -28,6 +27,8 @@ TEST(StretchCommands, AreThePositionAndTheGraphicsCommandWhateverWasWrittenBefor
         const Byte* const end = commands.write(row, column, columns, text.data());
         ASSERT_EQ(std::string(static_cast<const Byte*>(text.data()), end),
                   positionCommand(row, column) + graphicsCommand(columns));
+        ASSERT_EQ(static_cast<std::size_t>(end - text.data()),
+                  StretchCommands::size(row, column, columns));
     }
 }
 

@@ -5,7 +5,10 @@
 
 #include "TavioIpadSDK/encoder/band_runs.h"
 #include "TavioIpadSDK/encoder/band_scanner.h"
+#include "TavioIpadSDK/encoder/command_text.h"
+#include "TavioIpadSDK/encoder/stream_size.h"
 #include "TavioIpadSDK/encoder/stretches.h"
+#include "encoder/byte_stream.h"
 #include "support/bitmaps.h"
 
 namespace tavio::encoder {
@@ -54,27 +57,27 @@ std::vector<Bytes> hardColumns() {
 TEST(EncoderEffort, ReadsEachByteAFixedNumberOfTimesHoweverManyCommandsThereAre) {
     for (const Bytes& columns : hardColumns()) {
         SCOPED_TRACE(test::readable(std::span(columns).first(30)));
-        BandStream stream(bandsOf(columns, 20));
+        ByteStream stream(bandsOf(columns, 20));
         BandScanner scanner(stream);
         BandRuns runs(stream);
         std::size_t found = 0;
         while (const auto band = scanner.next()) {
             stream.forget(band->startCommand);
             const auto start = static_cast<std::int64_t>(band->firstByte);
-            const Columns all{start, start + band->texts.strg};
+            const Columns all{start, start + band->numbers.count};
             runs.kindOf(all);
             runs.longRunsIn(all);
             ++found;
         }
         EXPECT_GE(found, 20U);
         EXPECT_LE(scanner.bytesRead(), 4 * stream.size());
-        EXPECT_LE(runs.bytesRead(), 2 * stream.size() + 4096);  // a last block reaches over the end
+        EXPECT_LE(runs.bytesRead(), 2 * stream.size() + 4096);  // a last block reaches past the end
     }
 }
 
-// The zeros that a count promises behind the end are not walked, nor written.
+// The zeros that a count promises past the end are not walked, nor written.
 TEST(EncoderEffort, DoesNotWalkAlongZerosBehindTheEnd) {
-    BandStream stream(test::bytesOf("<RC1,0><G2147483647>abc"));
+    ByteStream stream(test::bytesOf("<RC1,0><G2147483647>abc"));
     std::vector<LineParser> map(LINEMAPMAX);
     EXPECT_EQ(test::readable(writeStretches(stream, {}, {}, map)), "<RC1,0><G3>abc");
     EXPECT_EQ(map[0], (LineParser{20, 3, DATA}));
@@ -85,13 +88,13 @@ TEST(EncoderEffort, DoesNotWalkAlongZerosBehindTheEnd) {
     EXPECT_LE(runs.bytesRead(), 5000U);
 }
 
-// Every "<RC" would copy its band and the next: 40 GB from 4 MB. Only counted, so that neither time
-// nor memory is spent on what is never sent.
+// Every "<RC" would copy its band and the next: 40 GB from 4 MB. They are counted, so that neither
+// time nor memory is spent on what is never sent.
 TEST(EncoderEffort, RefusesWhatWouldBeTooLongWithoutWritingIt) {
     for (const std::string& end : {std::string(), kBlank}) {  // copied whole, or in stretches
         Bytes columns = repeated("<RC", 18000);
         columns.insert(columns.end(), end.begin(), end.end());
-        BandStream stream(bandsOf(columns, 230));
+        ByteStream stream(bandsOf(columns, 230));
         std::vector<LineParser> map(LINEMAPMAX);
         EXPECT_THROW(writeStretches(stream, {}, {}, map), StreamTooLong);
         EXPECT_EQ(map[0].count, 18000);  // the runs of the band that was too much
@@ -99,7 +102,7 @@ TEST(EncoderEffort, RefusesWhatWouldBeTooLongWithoutWritingIt) {
     }
 }
 
-// Commands without "<G" whose columns all print copy nothing when the last "<G" lies far in front:
+// Commands without "<G" whose columns all print copy nothing when the last "<G" lies far before them:
 // 25,000 of them are not taken for 200,000 bytes each, which would be too many.
 TEST(EncoderEffort, CountsOnlyWhatWouldBeWritten) {
     const auto printing = [](std::size_t count) { return Bytes(count, 'x'); };
@@ -108,7 +111,7 @@ TEST(EncoderEffort, CountsOnlyWhatWouldBeWritten) {
         bytes = test::joined({bytes, test::bytesOf("<RC1,2><G200000>"), printing(10)});
     bytes = test::joined(
         {bytes, printing(300000), repeated("<RC", 75000), test::bytesOf(">"), printing(200200)});
-    BandStream stream(bytes);
+    ByteStream stream(bytes);
     std::vector<LineParser> map(LINEMAPMAX);
     EXPECT_EQ(writeStretches(stream, {}, {}, map).size(), 6U * 200016U);
 }
@@ -116,21 +119,21 @@ TEST(EncoderEffort, CountsOnlyWhatWouldBeWritten) {
 TEST(EncoderEffort, WritesOnceMoreWhatTurnsOutLongerThanTheBands) {
     // Each false command copies what is left of its band: 66 times the stream in all.
     const Bytes columns = repeated("<RC1,2>", 924);
-    BandStream stream(bandsOf(columns, 3));
+    ByteStream stream(bandsOf(columns, 3));
     std::vector<LineParser> map(LINEMAPMAX);
     const StreamBytes written = writeStretches(stream, {}, {}, map);
     EXPECT_GT(written.size(), 20 * stream.size());
 }
 
 TEST(EncoderEffort, HoldsAFewBandsOfAStreamOnly) {
-    BandStream stream(Bytes{});
+    ByteStream stream(Bytes{});
     EXPECT_EQ(stream.bytesHeld(), 0U);
     const Bytes pixels(640 * 4000, 0x5A);
     InfoHeader info;
     info.biWidth = 5120;
     info.biHeight = 4000;
     info.biBitCount = 1;
-    BandStream bands(pixels, rowGeometry(info), info.biHeight, {}, {});
+    ByteStream bands(pixels, rowGeometry(info), info.biHeight, {}, {});
     std::vector<LineParser> map(LINEMAPMAX);
     writeStretches(bands, {}, {}, map);
     EXPECT_LE(bands.bytesHeld(), std::size_t{1} << 16);

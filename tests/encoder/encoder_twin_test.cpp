@@ -116,12 +116,12 @@ Bytes bandOf(Random& random, std::size_t width) {
     return columns;
 }
 
-Bytes randomFile(Random& random, int mostColumns, int mostBands) {
-    const auto padded = static_cast<std::size_t>(32 * between(random, 1, mostColumns / 32));
+Bytes randomFile(Random& random, int maxColumns, int maxBands) {
+    const auto padded = static_cast<std::size_t>(32 * between(random, 1, maxColumns / 32));
     const std::size_t width =
         chance(random, 70) ? padded : padded - static_cast<std::size_t>(between(random, 0, 31));
     test::Rows rows;
-    for (int band = between(random, 0, mostBands); band > 0; --band) {
+    for (int band = between(random, 0, maxBands); band > 0; --band) {
         const Bytes columns = bandOf(random, width);
         for (int bit = 7; bit >= 0; --bit) {
             rows.emplace_back();
@@ -169,7 +169,7 @@ TEST_F(EncoderTwin, GivesTheSameBytesAndLineMapOnLargerPictures) {
     });
 }
 
-// Black bands are copied whole and no blank run is asked for; the one behind them is mixed.
+// Black bands are copied whole and no blank run is asked for; the one after them is mixed.
 TEST_F(EncoderTwin, GivesTheSameBytesWhereBandsOfOneKindFollowManyOfAnother) {
     for (const char many : {'X', ' '}) {
         test::Rows rows(8 * 40, std::string(3200, many));

@@ -27,7 +27,7 @@ Map runsOf(const Bytes& stream, std::int64_t start, std::int32_t count) {
     return map;
 }
 
-// Byte by byte, bytes behind the end counting as zeros.
+// Byte by byte, bytes past the end counting as zeros.
 Map runsOneByOne(const Bytes& stream, std::int64_t start, std::int32_t count) {
     Map map;
     for (std::int64_t i = start; i < start + count; ++i) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "encoder/byte_stream.h"
 #include "support/instruction_sets.h"
 #include "support/random_picture.h"
 
@@ -18,7 +19,7 @@ Runs clipped(std::span<const BlankRun> runs, std::int64_t start, std::int64_t en
     Runs inside;
     for (const BlankRun& run : runs) {
         const BlankRun piece = {std::max(run.start, start), std::min(run.end, end)};
-        if (piece.end - piece.start >= kShortestSkip) inside.push_back(piece);
+        if (piece.end - piece.start >= kMinSkip) inside.push_back(piece);
     }
     return inside;
 }
@@ -56,7 +57,7 @@ TEST(LongBlankRuns, AreThoseOf19AndMore) {
             Bytes bytes(before, 1);
             bytes.insert(bytes.end(), static_cast<std::size_t>(length), 0);
             bytes.push_back(1);
-            BandStream stream(bytes);
+            ByteStream stream(bytes);
             LongBlankRuns runs(stream);
             const auto end = static_cast<std::int64_t>(bytes.size());
             const auto start = static_cast<std::int64_t>(before);
@@ -67,19 +68,19 @@ TEST(LongBlankRuns, AreThoseOf19AndMore) {
 }
 
 TEST(LongBlankRuns, EndInOneThatIsOpen) {
-    BandStream stream(Bytes{0, 1, 0, 0});
+    ByteStream stream(Bytes{0, 1, 0, 0});
     LongBlankRuns runs(stream);
     const auto all = runs.between(0, LongBlankRuns::kOpen);
     EXPECT_EQ(Runs(all.begin(), all.end()), (Runs{{2, LongBlankRuns::kOpen}}));
     // The stream and the zeros that fill up its last block were gone through, no more.
     EXPECT_LE(runs.bytesMarked(), 4096U);
-    BandStream none{Bytes{}};
+    ByteStream none{Bytes{}};
     LongBlankRuns noRuns(none);
     EXPECT_EQ(clipped(noRuns.between(5, 40), 5, 40), (Runs{{5, 40}}));
 }
 
 TEST(LongBlankRuns, AreNotLookedForWhereNobodyAsks) {
-    BandStream stream(Bytes(1000000, 0));
+    ByteStream stream(Bytes(1000000, 0));
     LongBlankRuns runs(stream);
     runs.between(0, 10);
     EXPECT_EQ(clipped(runs.between(900000, 900030), 900000, 900030), (Runs{{900000, 900030}}));
@@ -94,7 +95,7 @@ TEST(LongBlankRuns, EqualASlowTwinOnRandomStreamsWithEveryInstructionSet) {
             test::Random random(seed);
             const int size = test::between(random, 0, seed % 50 == 0 ? 200000 : 1500);
             const Bytes bytes = randomStream(random, size);
-            BandStream stream(bytes);
+            ByteStream stream(bytes);
             LongBlankRuns runs(stream);
             std::int64_t start = 0;
             for (int call = 0; call < 12; ++call) {

@@ -62,7 +62,7 @@ TEST(MarkBlanks, EqualsItsSlowTwinWithEveryInstructionSetAtEveryLength) {
     withStreams("\x01\x7F\x80\xFF", [](const Bytes& bytes, std::size_t words) {
         Words marks(words + 1, 0xA5);
         markBlanks(bytes, std::span(marks).first(words));
-        EXPECT_EQ(marks.back(), 0xA5U);  // nothing behind
+        EXPECT_EQ(marks.back(), 0xA5U);  // nothing after them
         marks.pop_back();
         ASSERT_EQ(marks, markedOneByOne(bytes, words, isBlankAt));
     });

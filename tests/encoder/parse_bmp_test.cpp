@@ -57,12 +57,12 @@ TEST_F(ParseBmp, MakesAFirstPassOf63BytesForItOnceItsLastPositionIsTakenAway) {
     InfoHeader info = readInfoHeader(std::span(file).first<kHeaderSize>());
     const Bytes opening = bytesOf("<P1><LM><RE0><DI><RC10,20>");
     BandStream stream(std::span<const Byte>(file).last(32), rowGeometry(info), 8, opening,
-                      {.originalx = 10, .originaly = 20});
+                      {.row = 10, .column = 20});
     const Bytes expected =
         joined({bytesOf("<P1><LM><RE0><DI><RC10,20><G32>"), kEightBlack, Bytes(24, 0)});
     EXPECT_EQ(readable(stream.read(0, 100)), readable(expected));
     EXPECT_EQ(stream.size(), 63U);
-    EXPECT_EQ(stream.lastPosition(), "<RC18,20>");
+    EXPECT_EQ(stream.commandAfterLastBand(), "<RC18,20>");
     const test::LiteralJob job{"<P1>", "<LM>", "", 10, 20, 0};
     EXPECT_EQ(test::encodeLiterally(file, job).firstPass, expected);
 }

@@ -2,48 +2,71 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/encoder/command_text.h"
+#include "TavioIpadSDK/encoder/stream_size.h"
 #include "support/bitmaps.h"
 
 namespace tavio::encoder {
 namespace {
 
+using test::bytesOf;
+using test::readable;
+
 TEST(StreamBuffer, RefusesOneByteTooMany) {
-    StreamBuffer buffer(5, 5);
-    buffer.append("abc");
-    EXPECT_THROW(buffer.append("def"), StreamTooLong);
-    buffer.append(test::bytesOf("de"));
-    EXPECT_THROW(buffer.append(test::bytesOf("f")), StreamTooLong);
-    EXPECT_EQ(test::readable(buffer.release()), "abcde");
+    StreamSize size(5);
+    size.add(3);
+    EXPECT_THROW(size.add(3), StreamTooLong);
+    size.add(2);
+    EXPECT_THROW(size.add(1), StreamTooLong);
+    EXPECT_EQ(size.sum(), 5U);
+    StreamBuffer buffer(5);
+    buffer.append(bytesOf("abcde"));
+    EXPECT_TRUE(buffer.keptAll());
+    buffer.append(bytesOf("f"));
+    EXPECT_FALSE(buffer.keptAll());
+    EXPECT_EQ(readable(buffer.release()), "abcde");
 }
 
 TEST(StreamBuffer, TakesWhatASigned32BitCountCanTell) {
-    EXPECT_EQ(kMostStreamBytes, 2147483647U);
+    EXPECT_EQ(kMaxStreamBytes, 2147483647U);
+    StreamSize size;
+    size.add(2147483647U);
+    EXPECT_THROW(size.add(1), StreamTooLong);
+    EXPECT_THROW(StreamSize().add(UINT64_MAX), StreamTooLong);
 }
 
+// What does not fit is counted by another: the buffer stays as it is, for good.
 TEST(StreamBuffer, CountsOnWhereItHasNoRoomLeft) {
-    StreamBuffer buffer(4, 10);
-    buffer.append("abc");
+    StreamBuffer buffer(4);
+    StreamSize size(10);
+    const auto append = [&](std::string_view text) {
+        buffer.append(bytesOf(text));
+        size.add(text.size());
+    };
+    append("abc");
     EXPECT_TRUE(buffer.keptAll());
     EXPECT_EQ(buffer.next(2), nullptr);
-    buffer.append("de");
+    append("de");
     EXPECT_FALSE(buffer.keptAll());
-    buffer.append("f");  // does not slip in behind "abc"
-    EXPECT_EQ(buffer.size(), 6U);
-    EXPECT_THROW(buffer.append("ghijk"), StreamTooLong);
-    EXPECT_EQ(buffer.size(), 6U);
+    append("f");  // does not slip in after "abc"
+    EXPECT_EQ(buffer.next(1), nullptr);
+    EXPECT_EQ(size.sum(), 6U);
+    EXPECT_THROW(append("ghijk"), StreamTooLong);
+    EXPECT_EQ(size.sum(), 6U);
+    EXPECT_EQ(readable(buffer.release()), "abc");
 }
 
 TEST(StreamBuffer, IsWrittenInPlaceWhereThereIsRoom) {
     StreamBuffer buffer(8);
-    buffer.append("ab");
+    buffer.append(bytesOf("ab"));
     Byte* const to = buffer.next(6);
     ASSERT_NE(to, nullptr);
     EXPECT_EQ(buffer.next(7), nullptr);
     to[0] = 'c';
-    EXPECT_EQ(buffer.size(), 2U);
+    EXPECT_EQ(buffer.next(6), to);  // not taken yet
     buffer.takeWritten(1);
-    EXPECT_EQ(test::readable(buffer.release()), "abc");
-    EXPECT_EQ(buffer.size(), 0U);
+    EXPECT_EQ(buffer.next(5), to + 1);
+    EXPECT_EQ(readable(buffer.release()), "abc");
     EXPECT_EQ(buffer.next(1), nullptr);
 }
 

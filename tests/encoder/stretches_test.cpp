@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "encoder/byte_stream.h"
 #include "support/bitmaps.h"
 
 namespace tavio::encoder {
@@ -38,7 +39,7 @@ Bytes streamOf(const std::vector<Band>& bands) {
 }
 
 std::string written(const Bytes& stream, const Placement& placement, std::string_view opening) {
-    BandStream bands(stream);
+    ByteStream bands(stream);
     std::vector<LineParser> map(LINEMAPMAX);
     return readable(writeStretches(bands, bytesOf(opening), placement, map));
 }
@@ -121,16 +122,16 @@ TEST(Stretches, ReplaceAColumnOfExactlyZeroByTheJobsColumn) {
 TEST(Stretches, TakeGraphicsThatHoldAPositionForACommand) {
     const Bytes columns = joined({bytesOf("ab<RC7,8>"), blank(23)});
     const std::string out = written({{"<RC10,20>", columns}}, kLandscape);
-    // The band itself, then one more found inside it: 32 bytes from four behind its ">".
+    // The band itself, then one more found inside it: 32 bytes from four after its ">".
     EXPECT_EQ(out, text({bytesOf("OPEN<RC10,20><G9>"), bytesOf("ab<RC7,8>")}));
-    const Bytes dataBehind = joined({bytesOf("<RC7,8>...DD"), blank(20)});
-    EXPECT_EQ(written({{"<RC10,20>", dataBehind}}, kLandscape),
+    const Bytes dataAfter = joined({bytesOf("<RC7,8>...DD"), blank(20)});
+    EXPECT_EQ(written({{"<RC10,20>", dataAfter}}, kLandscape),
               text({bytesOf("OPEN<RC10,20><G12><RC7,8>...DD<RC7,20><G2>DD")}));
 }
 
 TEST(Stretches, LeaveTheLastBandsRunsInTheLineMapAndEmptyTheRest) {
     std::vector<LineParser> map(LINEMAPMAX, {9, 9, DATA});
-    BandStream stream(streamOf({{"<RC10,20>", joined({data(3), blank(5), data(2)})},
+    ByteStream stream(streamOf({{"<RC10,20>", joined({data(3), blank(5), data(2)})},
                                 {"<RC18,20>", joined({blank(4), data(6)})}}));
     writeStretches(stream, {}, kLandscape, map);
     const std::int32_t second = 9 + 5 + 10 + 9 + 5;
@@ -154,7 +155,7 @@ TEST(Stretches, ClipAWholeBandAtTheStreamsEnd) {
     // Nine bytes from "abc" on, all printing: copied whole. Then "de".
     EXPECT_EQ(written(bytesOf("<RC1,2><G9>abc<RC3,4><G2>de"), {}, ""),
               "<RC1,2><G9>abc<RC3,4<RC3,4><G2>de");
-    // A count that reaches behind the end has zeros there, and so two runs: a stretch of its own.
+    // A count that reaches past the end has zeros there, and so two runs: a stretch of its own.
     EXPECT_EQ(written(bytesOf("<RC1,0><G9>abc"), {}, ""), "<RC1,0><G3>abc");
 }
 
@@ -166,7 +167,7 @@ TEST(Stretches, CopyNothingWhereTheDataLiesBeforeTheCommand) {
 TEST(Stretches, LeaveTheLineMapAsItIsWithoutAnyBand) {
     const std::vector<LineParser> before(LINEMAPMAX, {9, 9, DATA});
     std::vector<LineParser> map = before;
-    BandStream stream(bytesOf("<G4>abcd"));
+    ByteStream stream(bytesOf("<G4>abcd"));
     EXPECT_EQ(readable(writeStretches(stream, bytesOf("a"), kLandscape, map, bytesOf("z"))), "az");
     EXPECT_EQ(map, before);
 }
