@@ -16,7 +16,7 @@ JobLinks& jobLinks() {
 }
 
 std::function<void(const Operation&)>& currentObserver() {
-    static std::function<void(const Operation&)> observer;
+    static auto& observer = *new std::function<void(const Operation&)>;
     return observer;
 }
 

@@ -1,9 +1,11 @@
 #include "TavioIpadSDK/encoder/state.h"
 
+#include "TavioIpadSDK/machine/module_state.h"
+
 namespace tavio::encoder {
 
 constinit FileHeader bmfile;
 constinit InfoHeader bminfo;
-constinit std::vector<LineParser> linemap;
+TAVIO_MODULE_STATE std::vector<LineParser> linemap;
 
 }  // namespace tavio::encoder

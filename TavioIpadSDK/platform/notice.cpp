@@ -7,9 +7,10 @@
 namespace tavio::platform {
 namespace {
 
-// Written by setNoticeHandler, read by showNotice; empty means the default.
+// Written by setNoticeHandler, read by showNotice; empty means the default. Never destroyed: a global
+// object of the application may still print in its destructor.
 NoticeHandler& currentHandler() {
-    static NoticeHandler handler;
+    static NoticeHandler& handler = *new NoticeHandler;
     return handler;
 }
 

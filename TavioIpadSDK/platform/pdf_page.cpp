@@ -7,8 +7,10 @@ namespace tavio::platform {
 
 namespace {
 
+// Written by setPdfPageSource, read by drawPdfPage; empty means the default. Never destroyed: a
+// global object of the application may still print in its destructor.
 PdfPageSource& currentSource() {
-    static PdfPageSource source;
+    static PdfPageSource& source = *new PdfPageSource;
     return source;
 }
 
