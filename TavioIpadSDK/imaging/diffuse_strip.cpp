@@ -9,13 +9,14 @@
 // Around the steps:
 //
 //   before   four columns of words are turned from words of a row into bytes of a column, one byte
-//            a lane; a quarter of this in each of the four steps before, which mostly wait
+//            a lane; a quarter of this in each of the four steps before, whose arithmetic leaves
+//            the time for it
 //   after    a step leaves one bit a lane, white or black; every 64 steps these are turned back into
 //            entries, since every row lies in another page of memory
 //
-// The lanes are in different columns, so near the edges of the picture some lanes are outside. What
-// they do there is masked, in pieces of 16 steps compiled for this, and their words are copied from
-// where there are any; away from the edges they are read where they lie.
+// The lanes are in different columns, so near the edges of the picture some lanes are outside. Pieces
+// of 16 steps near the edges are compiled on their own: what the lanes do outside is masked, and only
+// words of the picture are read, into a copy. Away from the edges words are read where they lie.
 #include "TavioIpadSDK/imaging/diffuse_strip.h"
 
 #include <algorithm>
@@ -55,8 +56,8 @@ static_assert(kEntersAhead <= kGroup);
 static_assert(kPiece <= static_cast<int>(LastRow::kPast));
 
 // The row of lane l + 1 is row l of the strip, and enters in lane l; the row above in the last.
-// Words are turned a group ahead of their steps, so a piece that begins with step s turns those
-// which enter from step s + kGroup on.
+// Words are turned a group ahead of their steps, so a piece that begins with step s turns the words
+// that enter from step s + kGroup on.
 struct Buffers {
     alignas(64) UInt32 words[kLanes][kPiece];  // of this piece, near the edges
     alignas(64) Byte columns[2][16][kLanes];   // of this group and the next, half turned

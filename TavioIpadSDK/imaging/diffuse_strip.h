@@ -23,17 +23,15 @@ class ColumnsDone {
 
 // The last row of a strip, with all errors added that came from above and from the left, as words
 // like those of a picture (the alpha bits mean nothing): what the next strip begins with. A row of
-// zeros passes no errors on, so a picture's first strip begins with that. Vectors may read kBefore
-// words before the first and kPast words past the last.
+// zeros passes no errors on, so a picture's first strip begins with that. Vectors may read kPast
+// words past the last.
 class LastRow {
   public:
-    static constexpr std::size_t kBefore = 16;
-    static constexpr std::size_t kPast = 32;
+    static constexpr std::size_t kPast = 16;
 
-    explicit LastRow(std::int32_t width)
-        : words_(static_cast<std::size_t>(width) + kBefore + kPast) {}
-    UInt32* words() { return words_.data() + kBefore; }
-    const UInt32* words() const { return words_.data() + kBefore; }
+    explicit LastRow(std::int32_t width) : words_(static_cast<std::size_t>(width) + kPast) {}
+    UInt32* words() { return words_.data(); }
+    const UInt32* words() const { return words_.data(); }
 
   private:
     std::vector<UInt32> words_;
