@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kPage = "--page=";
 constexpr std::string_view kPhoto = "--photo=";
-constexpr std::string_view kMostMegadots = "--most-megadots=";
+constexpr std::string_view kMaxMegadots = "--most-megadots=";
 constexpr std::int32_t kSmallestSide = 160;  // smaller pictures have no room for their patterns
 constexpr std::int32_t kLargestSide = 16384;
 
@@ -46,8 +46,8 @@ Options takeOptions(std::vector<char*>& arguments) {
             options.photo = argument.substr(kPhoto.size());
             return true;
         }
-        if (argument.starts_with(kMostMegadots)) {
-            options.mostMegadots = number(argument.substr(kMostMegadots.size()));
+        if (argument.starts_with(kMaxMegadots)) {
+            options.mostMegadots = number(argument.substr(kMaxMegadots.size()));
             return true;
         }
         return false;

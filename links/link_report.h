@@ -31,7 +31,7 @@ struct LinkReport {
     // printer has read them is another matter. None where the kind of link cannot tell.
     std::optional<std::uint64_t> acknowledged;
 
-    // All that the printer sent, the first kMostReplyBytes of it; no text where it sent nothing.
+    // All that the printer sent, the first kMaxReplyBytes of it; no text where it sent nothing.
     Text reply;
 
     // Some of the reply came after the last byte of the job had been accepted.
@@ -46,7 +46,7 @@ struct LinkReport {
 };
 
 // Of a reply, more is read and dropped.
-inline constexpr std::size_t kMostReplyBytes = std::size_t{64} << 10U;
+inline constexpr std::size_t kMaxReplyBytes = std::size_t{64} << 10U;
 
 Outcome outcomeOf(const LinkReport& report);
 

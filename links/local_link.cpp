@@ -63,7 +63,7 @@ Text LocalLink::read() {
 
 void LocalLink::keepReply(const std::string& reply) {
     if (!report_.reply) report_.reply = "";
-    report_.reply->append(reply, 0, kMostReplyBytes - report_.reply->size());
+    report_.reply->append(reply, 0, kMaxReplyBytes - report_.reply->size());
     report_.answered = true;
 }
 

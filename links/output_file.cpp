@@ -41,8 +41,8 @@ std::string folderOf(const std::string& path) {
 // Where a symbolic link that points at nothing wants a file. There are no loops here: opening
 // refuses them first.
 std::string pointedAt(std::string path) {
-    constexpr int kMostLinks = 40;
-    for (int count = 0; count < kMostLinks; ++count) {
+    constexpr int kMaxLinks = 40;
+    for (int count = 0; count < kMaxLinks; ++count) {
         std::array<char, PATH_MAX> text{};
         ssize_t size = ::readlink(path.c_str(), text.data(), text.size());
         if (size < 0) break;
@@ -82,9 +82,9 @@ int openNameless(const std::string& folder) {
 }
 
 bool writeAll(int descriptor, std::span<const Byte> bytes) {
-    constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+    constexpr std::size_t kMaxAtOnce = std::size_t{1} << 30;
     while (!bytes.empty()) {
-        std::size_t wanted = bytes.size() < kMostAtOnce ? bytes.size() : kMostAtOnce;
+        std::size_t wanted = bytes.size() < kMaxAtOnce ? bytes.size() : kMaxAtOnce;
         ssize_t written = ::write(descriptor, bytes.data(), wanted);
         if (written < 0 && errno == EINTR) continue;
         if (written < 0) return false;
@@ -168,8 +168,8 @@ bool OutputFile::openTemporary() {
 bool OutputFile::giveName() {
     const std::string itself = kDescriptors + std::to_string(descriptor_);
     const std::string stem = folderOf(target_) + kTemporaryName + std::to_string(::getpid()) + "-";
-    constexpr int kMostAttempts = 100;
-    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    constexpr int kMaxAttempts = 100;
+    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
         std::string name = stem + std::to_string(attempt);
         if (::linkat(AT_FDCWD, itself.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
             temporary_ = name;

@@ -24,7 +24,7 @@ using std::chrono::milliseconds;
 constexpr int kSendBuffer = 16 * 1024;
 
 // An earlier connection that is being ended takes the new one with it, or stands in its way.
-constexpr int kMostAttempts = 5;
+constexpr int kMaxAttempts = 5;
 constexpr milliseconds kPause{200};
 
 // Calls that the kernel does not block take microseconds. A deadline that has passed already is not
@@ -133,7 +133,7 @@ int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, std::
         if (error == 0) return descriptor;
         failure = error == ECANCELED ? std::string("cancelled") : reasonFor(error);
         short happened = 0;
-        if (!isPassing(error) || attempt == kMostAttempts ||
+        if (!isPassing(error) || attempt == kMaxAttempts ||
             waiter.wait(-1, 0, happened, kPause) != Waiter::Result::kTimeOut ||
             calls_.now() >= waiter.deadline()) {
             return -1;

@@ -30,7 +30,7 @@ constexpr milliseconds kLongestPause{20};
 constexpr int kLooksInDeadline = 50;
 
 // A printer that never stops talking does not hold us up for longer than this at once.
-constexpr int kMostReceives = 16;
+constexpr int kMaxReceives = 16;
 
 milliseconds withinRange(milliseconds deadline) {
     return std::clamp(deadline, milliseconds{1}, milliseconds{std::chrono::hours{24}});
@@ -261,7 +261,7 @@ void StreamLink::collectReply() {
             lose(error);
             return;
         }
-        if (ended_ || unread_.size() >= kMostReplyBytes) return;
+        if (ended_ || unread_.size() >= kMaxReplyBytes) return;
         const SystemCalls::Time now = calls_.now();
         if (!unread_.empty()) {
             if (!longEnough) longEnough = now + deadlines_.reply;
@@ -286,7 +286,7 @@ void StreamLink::collectReply() {
 
 int StreamLink::receivePending() {
     std::array<Byte, 4096> buffer{};
-    for (int count = 0; count < kMostReceives && !ended_; ++count) {
+    for (int count = 0; count < kMaxReceives && !ended_; ++count) {
         const ssize_t size = connection_->receive(descriptor_, buffer);
         if (size < 0 && errno == EINTR) continue;
         if (size < 0) return wouldWait(errno) ? 0 : errno;
@@ -294,8 +294,8 @@ int StreamLink::receivePending() {
         const auto bytes = std::span(buffer).first(static_cast<std::size_t>(size));
         if (bytes.empty()) break;
         lastReceived_ = calls_.now();
-        appendUpTo(kMostReplyBytes, unread_, bytes);
-        appendUpTo(kMostReplyBytes, reply_, bytes);
+        appendUpTo(kMaxReplyBytes, unread_, bytes);
+        appendUpTo(kMaxReplyBytes, reply_, bytes);
         report_.answered = report_.accepted == report_.offered;
     }
     return 0;

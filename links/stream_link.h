@@ -81,7 +81,7 @@ class Waiter {
 //
 // While it writes it also reads, so that a printer that talks is never stuck on us. What was
 // pending when a write began, or came during it, is no answer to the job. What read() has not given
-// yet is kept up to kMostReplyBytes.
+// yet is kept up to kMaxReplyBytes.
 //
 // The first failure breaks the connection off at once, so that nothing goes out later that the
 // report does not know of. Where a printer that has everything breaks it off, that is no failure

@@ -19,10 +19,10 @@ constexpr int kSendBuffer = 8'192;
 // A send fills a buffer that is empty with all it is given, however small the buffer is meant to
 // be. Besides that, a buffer that one large segment fills makes every segment wait for a delayed
 // acknowledgement: 2 MB/s on the machine's own network instead of hundreds.
-constexpr std::size_t kMostAtOnce = 4'096;
+constexpr std::size_t kMaxAtOnce = 4'096;
 
 // More addresses of one name are not tried.
-constexpr std::size_t kMostAddresses = 16;
+constexpr std::size_t kMaxAddresses = 16;
 
 }  // namespace
 
@@ -43,7 +43,7 @@ int TcpConnection::open(const std::string& address, Waiter& waiter, std::string&
         return -1;
     }
     auto addresses = findAddresses(*address_, waiter, failure);
-    if (addresses.size() > kMostAddresses) addresses.resize(kMostAddresses);
+    if (addresses.size() > kMaxAddresses) addresses.resize(kMaxAddresses);
     for (std::size_t i = 0; i < addresses.size(); ++i) {
         const SystemCalls::Time now = calls_.now();
         const SystemCalls::Time::duration left = waiter.deadline() - now;
@@ -85,7 +85,7 @@ void TcpConnection::setOptions(int descriptor) {
 }
 
 ssize_t TcpConnection::send(int descriptor, std::span<const Byte> bytes) {
-    return calls_.send(descriptor, bytes.data(), std::min(bytes.size(), kMostAtOnce));
+    return calls_.send(descriptor, bytes.data(), std::min(bytes.size(), kMaxAtOnce));
 }
 
 ssize_t TcpConnection::receive(int descriptor, std::span<Byte> bytes) {

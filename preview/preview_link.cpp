@@ -54,7 +54,7 @@ void PreviewLink::end() {
 
 void PreviewLink::draw(const virtual_printer::FinishedTicket& ticket) {
     ++ticketCount_;
-    if (ticketCount_ > kMostPictures || !spoiled_.empty()) return;
+    if (ticketCount_ > kMaxPictures || !spoiled_.empty()) return;
     std::vector<Byte> png;
     std::string reason;
     bool turned = ticket.orientation == virtual_printer::Orientation::kPortrait;

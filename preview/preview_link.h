@@ -29,7 +29,7 @@ namespace tavio::links {
 class PreviewLink : public LocalLink {
   public:
     // More tickets than this are counted only.
-    static constexpr std::uint64_t kMostPictures = 100;
+    static constexpr std::uint64_t kMaxPictures = 100;
 
     // Throws std::invalid_argument for a ticket size outside its ranges.
     PreviewLink(std::string path, const virtual_printer::PrinterSettings& settings);

@@ -29,7 +29,7 @@ enum class CommandKind : std::uint8_t {
 };
 
 // The most bytes of one command, "<" and ">" included.
-inline constexpr std::size_t kMostCommandBytes = 64;
+inline constexpr std::size_t kMaxCommandBytes = 64;
 
 struct Command {
     std::uint64_t offset = 0;  // of its first byte, from the start of the stream

@@ -122,7 +122,7 @@ void CommandReader::takeInCommand(Byte byte) {
     command_ += static_cast<char>(byte);
     if (byte == '>') {
         closeCommand();
-    } else if (command_.size() == kMostCommandBytes) {
+    } else if (command_.size() == kMaxCommandBytes) {
         giveUpCommand();
     }
 }
@@ -231,7 +231,7 @@ void CommandReader::sendUnknown() {
 void CommandReader::addText(std::uint64_t offset, Byte byte) {
     if (text_.empty()) textOffset_ = offset;
     text_ += static_cast<char>(byte);
-    if (text_.size() < kMostTextBytes) return;
+    if (text_.size() < kMaxTextBytes) return;
 
     const std::size_t whole = text_.size() - unfinishedTail(text_);
     sink_->text(textOffset_, bytesOf(text_).first(whole));

@@ -16,7 +16,7 @@
 //   anything else           text
 //
 // Numbers are decimal with an optional minus sign; a number beyond 32 bits counts as the nearest
-// 32-bit one. Commands are printable characters between "<" and ">", kMostCommandBytes at most.
+// 32-bit one. Commands are printable characters between "<" and ">", kMaxCommandBytes at most.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +31,7 @@ namespace tavio::virtual_printer {
 
 // The most bytes of one text() event; a longer run of text comes as several, cut between
 // characters.
-inline constexpr std::size_t kMostTextBytes = 256;
+inline constexpr std::size_t kMaxTextBytes = 256;
 
 struct ParsedCommand;
 
@@ -48,7 +48,7 @@ class CommandSink {
     virtual void graphicsBytes(std::span<const Byte> bytes) = 0;
     virtual void graphicsEnd() = 0;
 
-    // 1 to kMostTextBytes bytes between commands, line ends included. The offset is that of the
+    // 1 to kMaxTextBytes bytes between commands, line ends included. The offset is that of the
     // first byte.
     virtual void text(std::uint64_t offset, std::span<const Byte> bytes) = 0;
 

@@ -14,8 +14,8 @@ namespace tavio::virtual_printer {
 namespace {
 
 // Logos drawn on one ticket, as a multiple of the bytes that cover it once.
-constexpr std::size_t kMostLogoCover = 4;
-constexpr std::size_t kLeastLogoBudget = std::size_t{64} << 10U;
+constexpr std::size_t kMaxLogoCover = 4;
+constexpr std::size_t kMinLogoBudget = std::size_t{64} << 10U;
 
 constexpr std::int32_t kFaceDpi = 100;
 
@@ -54,7 +54,7 @@ void drawGlyph(Ticket& ticket, Place origin, Orientation orientation, const Glyp
 std::size_t logoBudgetOf(const TicketSize& size) {
     const std::size_t cover =
         static_cast<std::size_t>(size.rows) * static_cast<std::size_t>(size.columns) / 8;
-    return std::max(kMostLogoCover * cover, kLeastLogoBudget);
+    return std::max(kMaxLogoCover * cover, kMinLogoBudget);
 }
 
 bool isLineEnd(Byte byte) {

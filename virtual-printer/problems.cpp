@@ -5,7 +5,7 @@
 namespace tavio::virtual_printer {
 
 void ProblemList::add(std::uint64_t offset, std::string text) {
-    if (kept_.size() < kMostKept) kept_.push_back({offset, std::move(text)});
+    if (kept_.size() < kMaxKept) kept_.push_back({offset, std::move(text)});
     ++count_;
 }
 

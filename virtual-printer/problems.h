@@ -14,10 +14,10 @@ struct Problem {
     std::string text;          // one sentence without a full stop, without line breaks
 };
 
-// Keeps the first kMostKept problems and counts the rest.
+// Keeps the first kMaxKept problems and counts the rest.
 class ProblemList {
   public:
-    static constexpr std::size_t kMostKept = 1000;
+    static constexpr std::size_t kMaxKept = 1000;
 
     void add(std::uint64_t offset, std::string text);
     void clear();

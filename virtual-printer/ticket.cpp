@@ -14,8 +14,8 @@ bool isWithin(std::int64_t value, std::int64_t most) {
 }
 
 TicketSize checked(TicketSize size) {
-    if (!isWithin(size.rows, kMostTicketDots) || !isWithin(size.columns, kMostTicketDots) ||
-        !isWithin(size.dpi, kMostDpi)) {
+    if (!isWithin(size.rows, kMaxTicketDots) || !isWithin(size.columns, kMaxTicketDots) ||
+        !isWithin(size.dpi, kMaxDpi)) {
         throw std::invalid_argument("a ticket of a size that no ticket has");
     }
     return size;
@@ -32,7 +32,7 @@ unsigned maskOf(std::int64_t column) {
 }  // namespace
 
 std::optional<TicketSize> ticketSize(std::int32_t stock, std::int32_t dpi) {
-    if (stock < 0 || stock >= std::ssize(kTicketStocks) || !isWithin(dpi, kMostDpi)) return {};
+    if (stock < 0 || stock >= std::ssize(kTicketStocks) || !isWithin(dpi, kMaxDpi)) return {};
     const TicketStock& paper = kTicketStocks[static_cast<std::size_t>(stock)];
     const auto dots = [dpi](double inches) {
         return std::max(1, static_cast<std::int32_t>(std::lround(inches * dpi)));

@@ -39,18 +39,18 @@ inline constexpr std::array<TicketStock, 9> kTicketStocks{{
 }};
 
 struct TicketSize {
-    std::int32_t rows = 0;     // dots, 1 to kMostTicketDots
-    std::int32_t columns = 0;  // dots, 1 to kMostTicketDots
-    std::int32_t dpi = 0;      // dots per inch, 1 to kMostDpi
+    std::int32_t rows = 0;     // dots, 1 to kMaxTicketDots
+    std::int32_t columns = 0;  // dots, 1 to kMaxTicketDots
+    std::int32_t dpi = 0;      // dots per inch, 1 to kMaxDpi
 
     bool operator==(const TicketSize&) const = default;
 };
 
-inline constexpr std::int32_t kMostTicketDots = 16384;
-inline constexpr std::int32_t kMostDpi = 1200;
+inline constexpr std::int32_t kMaxTicketDots = 16384;
+inline constexpr std::int32_t kMaxDpi = 1200;
 
 // Inches times dots per inch, rounded to the nearest dot. None for a stock outside 0 to 8 or a
-// resolution outside 1 to kMostDpi.
+// resolution outside 1 to kMaxDpi.
 //
 //   ticketSize(0, 300)  ->  600 rows, 1650 columns
 std::optional<TicketSize> ticketSize(std::int32_t stock, std::int32_t dpi);

@@ -98,7 +98,7 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
 
 bool isPrintableSize(std::int32_t width, std::int32_t height) {
     constexpr std::int64_t kMaxEntries = std::numeric_limits<decltype(mDataArrayLength)>::max();
-    return std::int64_t{width} * height <= pictures::kMostPixels &&
+    return std::int64_t{width} * height <= pictures::kMaxPixels &&
            paddedWidth(width) * height <= kMaxEntries;
 }
 

@@ -21,7 +21,7 @@ using platform::PdfPage;
 std::optional<Picture> drawOnCanvas(const PdfPage& page) {
     const std::int32_t width = machine::truncateToInt32(std::ceil(page.width));
     const std::int32_t height = machine::truncateToInt32(std::ceil(page.height));
-    if (std::int64_t{width} * height > pictures::kMostPixels) return std::nullopt;
+    if (std::int64_t{width} * height > pictures::kMaxPixels) return std::nullopt;
     try {
         platform::Canvas canvas(width, height);
         canvas.placeOpaque(page.picture, page.left, page.top);

@@ -123,7 +123,7 @@ bool inForm(const AnswerHeader& header, const PdfLimits& limits) {
     if (!sidesAllowed(header.width, header.height, limits.mostPointsPerSide)) return false;
     const PixelBox box = pixelBox(header.x, header.y, header.width, header.height);
     if (!(box.columns >= 1 && box.rows >= 1)) return false;
-    if (!(box.columns * box.rows <= static_cast<double>(pictures::kMostPixels))) return false;
+    if (!(box.columns * box.rows <= static_cast<double>(pictures::kMaxPixels))) return false;
     return header.left == machine::truncateToInt32(box.left) &&
            header.top == machine::truncateToInt32(box.top) &&
            static_cast<double>(header.columns) == box.columns &&

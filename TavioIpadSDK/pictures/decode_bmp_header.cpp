@@ -73,7 +73,7 @@ class HeaderReader {
         header_.topDown = height < 0;
         const std::int64_t rows = header_.topDown ? -height : height;
         if (width <= 0 || rows == 0) return refuse(kBadHeader);
-        if (width > kMostPixels / rows) return refuse("the BMP file has too many pixels");
+        if (width > kMaxPixels / rows) return refuse("the BMP file has too many pixels");
         header_.width = static_cast<std::int32_t>(width);
         header_.height = static_cast<std::int32_t>(rows);
         return true;

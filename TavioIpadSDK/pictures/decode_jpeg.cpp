@@ -27,8 +27,8 @@ constexpr unsigned kWholeMarker = 0xFFFF;
 
 // A few bytes of a progressive file can ask for a pass over the whole picture. Real files have
 // about ten passes; the product keeps the time bounded for large pictures.
-constexpr std::uint64_t kMostScans = 500;
-constexpr std::uint64_t kMostScannedPixels = std::uint64_t{1} << 32;
+constexpr std::uint64_t kMaxScans = 500;
+constexpr std::uint64_t kMaxScannedPixels = std::uint64_t{1} << 32;
 
 // What libjpeg works on. It reports failure by jumping back over its own frames into one of the
 // functions below that call setjmp; those hold nothing that would need a destructor.
@@ -163,7 +163,7 @@ class JpegReader {
     static void limitScans(j_common_ptr decoder) {
         const JpegReader& reader = readerOf(decoder);
         const std::uint64_t most =
-            std::min(kMostScans, kMostScannedPixels / (reader.width() * reader.height()));
+            std::min(kMaxScans, kMaxScannedPixels / (reader.width() * reader.height()));
         const int scan = reader.decoder_.input_scan_number;
         if (scan > 0 && static_cast<std::uint64_t>(scan) > most)
             stop(decoder, "the JPEG file has too many scans");
@@ -202,7 +202,7 @@ bool looksLikeJpeg(std::span<const Byte> file) {
 OpenedFile openJpeg(std::span<const Byte> file) {
     auto reader = std::make_unique<JpegReader>();
     if (!reader->readHeader(file)) return {nullptr, reader->why()};
-    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMostPixels))
+    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMaxPixels))
         return {nullptr, "the JPEG file has too many pixels"};
     return {std::make_unique<JpegPicture>(std::move(reader)), {}};
 }

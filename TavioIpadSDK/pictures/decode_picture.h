@@ -20,7 +20,7 @@ struct DecodedPicture {
 // Decodes a whole PNG, JPEG or BMP file held in memory. The format is recognised by content, never
 // by name. EXIF orientation (in a JPEG, also behind other APP1 blocks; in a PNG's eXIf) is put into
 // Picture::orientation; the pixels stay as stored. A file that is truncated, damaged, of another
-// format or of more than kMostPixels pixels is no picture, not half a picture. Never throws.
+// format or of more than kMaxPixels pixels is no picture, not half a picture. Never throws.
 DecodedPicture decodePicture(std::span<const Byte> file) noexcept;
 
 }  // namespace tavio::pictures

@@ -23,10 +23,10 @@ namespace {
 constexpr std::array<Byte, 8> kSignature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
 
 // No chunk beside the picture is kept, and none may be larger than this.
-constexpr png_alloc_size_t kMostChunkBytes = png_alloc_size_t{1} << 20;
+constexpr png_alloc_size_t kMaxChunkBytes = png_alloc_size_t{1} << 20;
 
 // No deflate stream unpacks to more than this many bytes for each of its own.
-constexpr std::uint64_t kMostUnpacking = 1032;
+constexpr std::uint64_t kMaxUnpacking = 1032;
 
 // What libpng works on. It reports failure by jumping back over its own frames into one of the
 // functions below that call setjmp; those hold nothing that would need a destructor.
@@ -54,7 +54,7 @@ class PngReader {
         if (setjmp(png_jmpbuf(png_)) != 0) return false;
         png_set_read_fn(png_, this, &supply);
         png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
-        png_set_chunk_malloc_max(png_, kMostChunkBytes);
+        png_set_chunk_malloc_max(png_, kMaxChunkBytes);
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
         png_set_crc_action(png_, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
         png_read_info(png_, info_);
@@ -202,9 +202,9 @@ OpenedFile openPng(std::span<const Byte> file) {
     auto reader = std::make_unique<PngReader>(file);
     if (!reader->ready()) return {nullptr, "out of memory"};
     if (!reader->readHeader()) return {nullptr, reader->why()};
-    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMostPixels))
+    if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMaxPixels))
         return {nullptr, "the PNG file has too many pixels"};
-    if (reader->storedBytes() / kMostUnpacking > file.size())
+    if (reader->storedBytes() / kMaxUnpacking > file.size())
         return {nullptr, "the PNG file is cut short"};
     return {std::make_unique<PngPicture>(std::move(reader), orientationOf(file)), {}};
 }

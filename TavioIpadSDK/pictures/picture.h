@@ -9,7 +9,7 @@
 namespace tavio::pictures {
 
 // More pixels than this are refused before memory is taken for them (1 GiB at 4 bytes each).
-inline constexpr std::int64_t kMostPixels = std::int64_t{1} << 28;
+inline constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 
 // Stored pixels and how they have to be turned to stand upright.
 //

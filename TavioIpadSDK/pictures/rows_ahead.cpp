@@ -21,7 +21,7 @@ constexpr std::int64_t kFewPixels = std::int64_t{1} << 18;
 constexpr std::size_t kStrips = 3;
 
 // However wide a row is, a strip takes little memory.
-constexpr std::int32_t kMostStripPixels = 1 << 21;
+constexpr std::int32_t kMaxStripPixels = 1 << 21;
 
 class RowsAhead : public PictureRows {
   public:
@@ -29,7 +29,7 @@ class RowsAhead : public PictureRows {
     RowsAhead(std::unique_ptr<PictureRows>& source, std::int32_t strip)
         : width_(source->width()),
           height_(source->height()),
-          strip_(std::min({strip, height_, std::max(kMostStripPixels / width_, 1)})) {
+          strip_(std::min({strip, height_, std::max(kMaxStripPixels / width_, 1)})) {
         thread_ = std::thread([this, &rows = *source] { make(rows); });
         source_ = std::move(source);
     }

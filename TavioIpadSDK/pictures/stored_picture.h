@@ -25,7 +25,7 @@ class StoredPicture {
     StoredPicture(const StoredPicture&) = delete;
     StoredPicture& operator=(const StoredPicture&) = delete;
 
-    // As in Picture; width and height 1 or more, and no more than kMostPixels together.
+    // As in Picture; width and height 1 or more, and no more than kMaxPixels together.
     std::int32_t width() const { return width_; }
     std::int32_t height() const { return height_; }
     int orientation() const { return orientation_; }

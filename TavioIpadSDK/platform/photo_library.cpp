@@ -70,7 +70,7 @@ class FileRepresentation : public AssetRepresentation {
 
 // The largest picture there may be takes 1 GiB when nothing of it is compressed. A photo that memory
 // cannot be had for would leave its caller waiting.
-constexpr std::uint64_t kMostFileBytes = std::uint64_t{1} << 31;
+constexpr std::uint64_t kMaxFileBytes = std::uint64_t{1} << 31;
 
 constexpr std::string_view kFolderPrefix = "assets-library://folder/";
 
@@ -138,7 +138,7 @@ void FolderPhotoLibrary::assetForURL(const Url& url, AssetResultHandler onResult
         onFailure(kUnreadable);
         return;
     }
-    if (file->size() > kMostFileBytes) {
+    if (file->size() > kMaxFileBytes) {
         onFailure("the photo is too large");
         return;
     }

@@ -6,7 +6,7 @@
 
 namespace tavio::platform {
 
-using pictures::kMostPixels;
+using pictures::kMaxPixels;
 using pictures::Picture;
 using pictures::premultipliedPixel;
 using pictures::upright;

@@ -32,7 +32,7 @@
 namespace tavio::stretch {
 namespace {
 
-constexpr std::uint64_t kMostTotal = 1 << 26;
+constexpr std::uint64_t kMaxTotal = 1 << 26;
 
 }  // namespace
 }  // namespace tavio::stretch
@@ -126,7 +126,7 @@ void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
 }
 
 void AverageRows::average(std::span<UInt32> target) {
-    if (total_ > kMostTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
+    if (total_ > kMaxTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
         averagePlainly(target);
     } else {
         averageInVectors(target);

@@ -59,7 +59,7 @@ constexpr int kHalvesBits = kFractionBits - 1;  // behind the point in halves of
 constexpr std::int32_t kDoubtful = 4;           // halves above a multiple; a power of 2
 constexpr double kAboveExact = 1.0 / (1 << 26);
 constexpr float kToHalves = 1 << (kFractionBits + 8);  // from here on floats are even numbers
-constexpr std::uint64_t kMostTotal = 1 << 24;
+constexpr std::uint64_t kMaxTotal = 1 << 24;
 
 }  // namespace
 }  // namespace tavio::stretch
@@ -207,7 +207,7 @@ void blendPlainly(const PassedRow& upper, const PassedRow& lower, std::uint64_t 
 
 void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
                std::uint64_t total, std::span<UInt32> target) {
-    if (total > kMostTotal || machine::instructionSet() == machine::InstructionSet::kPlain)
+    if (total > kMaxTotal || machine::instructionSet() == machine::InstructionSet::kPlain)
         return blendPlainly(upper, lower, beyond, total, target);
     const bool areOpaque = upper.isOpaque && lower.isOpaque;
     const double share = static_cast<double>(beyond) / static_cast<double>(total);

@@ -51,7 +51,7 @@ struct GrownColumns {
 };
 
 constexpr int kRestBits = 24;
-constexpr std::uint64_t kMostTotal = (1 << 17) - 1;
+constexpr std::uint64_t kMaxTotal = (1 << 17) - 1;
 
 }  // namespace
 }  // namespace tavio::stretch
@@ -145,7 +145,7 @@ constexpr std::size_t kFewestPixels = kBlockColumns + 1;
 }  // namespace
 
 GrowColumns::GrowColumns(const Axis& axis)
-    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMostTotal) {
+    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
     for (std::size_t column = 0; column < blocksOf(columns_) * kBlockColumns; ++column) {
         BlendOfTwo blend = axis.blend(std::min(column, columns_ - 1));
         // The last pixel alone is the second of the last two as well.

@@ -195,7 +195,7 @@ std::unique_ptr<PictureRows> resampledRows(std::unique_ptr<PictureRows> source, 
                                            std::int32_t height, std::vector<UInt32>* surface) {
     if (width <= 0 || height <= 0 || source->width() <= 0) return std::make_unique<NoRows>();
     const std::int64_t sourcePixels = std::int64_t{source->width()} * source->height();
-    if (std::max(sourcePixels, std::int64_t{width} * height) > pictures::kMostPixels)
+    if (std::max(sourcePixels, std::int64_t{width} * height) > pictures::kMaxPixels)
         throw std::length_error("a picture has too many pixels to be stretched");
     if (width == source->width() && height == source->height())
         return std::make_unique<UnchangedRows>(std::move(source), surface);

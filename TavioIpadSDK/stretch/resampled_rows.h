@@ -27,7 +27,7 @@ namespace tavio::stretch {
 // picture; must outlive the rows. Where there is none the rows have their own.
 //
 // width, height: when either is 0 or less, or the source is empty, there are no rows and the size is
-// 0 x 0. Throws std::length_error when either picture has more than kMostPixels pixels.
+// 0 x 0. Throws std::length_error when either picture has more than kMaxPixels pixels.
 std::unique_ptr<pictures::PictureRows> resampledRows(std::unique_ptr<pictures::PictureRows> source,
                                                      std::int32_t width, std::int32_t height,
                                                      std::vector<UInt32>* surface = nullptr);

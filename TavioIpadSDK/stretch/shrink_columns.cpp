@@ -48,7 +48,7 @@ struct ShrunkColumns {
     double constant;  // (floor(T / 2) + 1/2) / T + kAdded
 };
 
-constexpr std::uint64_t kMostTotal = 1 << 20;
+constexpr std::uint64_t kMaxTotal = 1 << 20;
 
 }  // namespace
 }  // namespace tavio::stretch
@@ -150,7 +150,7 @@ HWY_EXPORT(shrinkVectors);
 }  // namespace
 
 ShrinkColumns::ShrinkColumns(const Axis& axis)
-    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMostTotal) {
+    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
     for (std::size_t column = 0; column < columns_; ++column) {
         const Edge edge = axis.edge(column);
         pixel_.push_back(static_cast<std::uint32_t>(edge.pixel));

@@ -41,11 +41,11 @@ TEST(RecordingLink, BeginsANewReportWithEachJob) {
 
 TEST(RecordingLink, KeepsABoundedReplyInItsReport) {
     RecordingLink link;
-    link.setReply(std::string(kMostReplyBytes - 1, 'x'));
+    link.setReply(std::string(kMaxReplyBytes - 1, 'x'));
     ASSERT_TRUE(link.open(""));
     EXPECT_TRUE(link.read());
     EXPECT_TRUE(link.read());
-    EXPECT_EQ(link.report().reply, std::string(kMostReplyBytes, 'x'));
+    EXPECT_EQ(link.report().reply, std::string(kMaxReplyBytes, 'x'));
 }
 
 TEST(RecordingLink, RefusesEverythingOnceItIsCancelled) {

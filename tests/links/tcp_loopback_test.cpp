@@ -165,7 +165,7 @@ TEST_F(TcpLoopback, FinishesWithAPrinterThatTalksMoreThanItReads) {
     link.close();
     peer.finish();
     EXPECT_EQ(received, job);
-    EXPECT_EQ(link.report().reply, std::string(kMostReplyBytes, 'x'));
+    EXPECT_EQ(link.report().reply, std::string(kMaxReplyBytes, 'x'));
 }
 
 TEST_F(TcpLoopback, GivesUpOnAPrinterThatOnlyTalks) {
@@ -179,7 +179,7 @@ TEST_F(TcpLoopback, GivesUpOnAPrinterThatOnlyTalks) {
     ASSERT_TRUE(link.open(address()));
     EXPECT_FALSE(link.write(bytesOf(someBytes(1 << 20))));
     EXPECT_EQ(link.failure(), "the printer at " + address() + " took no byte for 300 ms");
-    EXPECT_EQ(link.report().reply->size(), kMostReplyBytes);
+    EXPECT_EQ(link.report().reply->size(), kMaxReplyBytes);
     EXPECT_EQ(outcomeOf(link.report()), Outcome::kPartlySent);
 }
 

@@ -13,8 +13,8 @@ std::string inMilliseconds(Duration duration) {
 }
 
 void EventQueue::trace(const std::string& line) {
-    if (!keepsTrace_ || lines_.size() > kMostLines) return;
-    if (lines_.size() == kMostLines) {
+    if (!keepsTrace_ || lines_.size() > kMaxLines) return;
+    if (lines_.size() == kMaxLines) {
         lines_.emplace_back("(the rest is not shown)");
         return;
     }

@@ -22,7 +22,7 @@ class EventQueue {
   public:
     using Event = std::function<void()>;
 
-    static constexpr std::size_t kMostLines = 4000;  // of the trace
+    static constexpr std::size_t kMaxLines = 4000;  // of the trace
 
     Time now() const { return now_; }
     Duration elapsed() const { return now_ - kStart; }

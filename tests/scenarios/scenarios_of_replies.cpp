@@ -103,7 +103,7 @@ std::vector<NamedScenario> scenariosOfReplies() {
          answered(repeated("ok\n", 5), sent(5'000, 5, {4, 4, 15}))},
         {"MoreRepliesThanAreKeptAreDropped",
          withReply(ticketJob(20, 100), std::string(4'096, 'x'), milliseconds(0)),
-         answered(std::string(links::kMostReplyBytes, 'x'), sent(2'000, 20, {4, 4, 12}))},
+         answered(std::string(links::kMaxReplyBytes, 'x'), sent(2'000, 20, {4, 4, 12}))},
         {"StatusIsReadWithoutAJob", status(withReply({}, "ready", milliseconds(0))),
          answered("ready", sent(0, 0, {4, 400, 400}))},
         {"StatusOfASilentPrinterIsNone", status(usualPlan({})), nothingSent("", {4, 5'004, 5'004})},

@@ -12,8 +12,8 @@ namespace {
 // Far above what a test program has open.
 constexpr int kFirstDescriptor = 1'000'000;
 
-constexpr unsigned kMostPollsWithoutTime = 20'000;
-constexpr unsigned kMostRounds = 20'000;
+constexpr unsigned kMaxPollsWithoutTime = 20'000;
+constexpr unsigned kMaxRounds = 20'000;
 
 // POLLERR and POLLHUP come unasked.
 short wanted(short events, short readiness) {
@@ -141,7 +141,7 @@ std::optional<Time> VirtualNetwork::nextTime() const {
 
 // Everything that is due now.
 void VirtualNetwork::happen() {
-    for (unsigned round = 0; round < kMostRounds; ++round) {
+    for (unsigned round = 0; round < kMaxRounds; ++round) {
         server_.serve();
         if (!events_.runOne()) {
             const std::optional<Time> device = server_.nextEvent();
@@ -185,7 +185,7 @@ int VirtualNetwork::ready(pollfd* descriptors, nfds_t count) {
 int VirtualNetwork::poll(pollfd* descriptors, nfds_t count, int timeout) {
     pollsWithoutTime_ = lastPoll_ == events_.now() ? pollsWithoutTime_ + 1 : 0;
     lastPoll_ = events_.now();
-    if (pollsWithoutTime_ > kMostPollsWithoutTime) return misused("polls without ever waiting");
+    if (pollsWithoutTime_ > kMaxPollsWithoutTime) return misused("polls without ever waiting");
     const bool forever = timeout < 0;
     const Time deadline = events_.now() + milliseconds(std::max(timeout, 0));
     awaitName(descriptors, count);

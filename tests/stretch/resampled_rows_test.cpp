@@ -52,7 +52,7 @@ class UnevenRows : public PictureRows {
 
     std::span<const UInt32> next(std::int32_t most) override {
         if (row_ == endsAt_ && fail_ != nullptr) fail_();
-        const auto atOnce = 1 + static_cast<std::int32_t>(random_() % kMostAtOnce);
+        const auto atOnce = 1 + static_cast<std::int32_t>(random_() % kMaxAtOnce);
         const std::int32_t count = std::min({most, atOnce, endsAt_ - row_});
         const auto first =
             picture_.pixels.begin() + static_cast<std::ptrdiff_t>(pixelsOf(*this, row_));
@@ -63,7 +63,7 @@ class UnevenRows : public PictureRows {
     }
 
   private:
-    static constexpr std::uint32_t kMostAtOnce = 5;
+    static constexpr std::uint32_t kMaxAtOnce = 5;
 
     const Picture& picture_;
     std::int32_t endsAt_;

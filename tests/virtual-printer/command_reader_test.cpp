@@ -138,10 +138,10 @@ TEST(CommandReader, TakesAnUnclosedBracketAsText) {
 }
 
 TEST(CommandReader, GivesUpACommandOfMoreThan64Bytes) {
-    const std::string longest = bracketed(kMostCommandBytes - 2);
+    const std::string longest = bracketed(kMaxCommandBytes - 2);
     EXPECT_EQ(linesOf(stream(longest)), Lines{"0 unknown 0 0 \"" + longest + "\""});
 
-    const std::string longer = bracketed(kMostCommandBytes - 1);
+    const std::string longer = bracketed(kMaxCommandBytes - 1);
     EXPECT_EQ(linesOf(stream(longer)), Lines{"0 text \"" + longer + "\""});
     EXPECT_EQ(problemsOf(stream(longer)), Lines{"0: a \"<\" that begins no command"});
 }

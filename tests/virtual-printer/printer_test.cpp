@@ -210,7 +210,7 @@ TEST(Printer, KeepsTheFirstThousandProblemsAndCountsTheRest) {
     for (int i = 0; i < 5000; ++i) printer.feed(stream("<X>"));
     printer.finish();
     EXPECT_EQ(printer.printer().problems().count(), 5000U);
-    EXPECT_EQ(printer.printer().problems().kept().size(), ProblemList::kMostKept);
+    EXPECT_EQ(printer.printer().problems().kept().size(), ProblemList::kMaxKept);
     EXPECT_EQ(printer.printer().problems().kept().back().offset, 2997U);
     printer.printer().forgetProblems();
     EXPECT_TRUE(printer.printer().problems().empty());

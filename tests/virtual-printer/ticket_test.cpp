@@ -30,9 +30,9 @@ TEST(TicketSize, IsNoneForUnknownStocksAndResolutions) {
     EXPECT_EQ(ticketSize(9, 300), std::nullopt);
     EXPECT_EQ(ticketSize(0, 0), std::nullopt);
     EXPECT_EQ(ticketSize(0, -300), std::nullopt);
-    EXPECT_EQ(ticketSize(0, kMostDpi + 1), std::nullopt);
-    EXPECT_TRUE(ticketSize(8, kMostDpi).has_value());
-    EXPECT_NO_THROW(Ticket(*ticketSize(8, kMostDpi)));
+    EXPECT_EQ(ticketSize(0, kMaxDpi + 1), std::nullopt);
+    EXPECT_TRUE(ticketSize(8, kMaxDpi).has_value());
+    EXPECT_NO_THROW(Ticket(*ticketSize(8, kMaxDpi)));
     EXPECT_EQ(ticketSize(6, 1), (TicketSize{1, 11, 1}));
 }
 
@@ -119,7 +119,7 @@ TEST(Ticket, TurnsUpright) {
 TEST(Ticket, RefusesImpossibleSizes) {
     for (const TicketSize size :
          {TicketSize{0, 1, 300}, TicketSize{1, 0, 300}, TicketSize{-1, 5, 300}, TicketSize{1, 1, 0},
-          TicketSize{kMostTicketDots + 1, 1, 300}, TicketSize{1, 1, kMostDpi + 1}}) {
+          TicketSize{kMaxTicketDots + 1, 1, 300}, TicketSize{1, 1, kMaxDpi + 1}}) {
         EXPECT_THROW(Ticket{size}, std::invalid_argument);
     }
 }

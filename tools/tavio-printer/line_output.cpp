@@ -19,7 +19,7 @@ bool isWritable(int descriptor, std::chrono::milliseconds patience) {
 
 void LineOutput::write(std::string_view line) {
     std::string text = command_line::printable(line);
-    if (text.size() > kMostBytes) text.replace(kMostBytes - 3, std::string::npos, "...");
+    if (text.size() > kMaxBytes) text.replace(kMaxBytes - 3, std::string::npos, "...");
     text += '\n';
 
     const std::lock_guard lock(mutex_);

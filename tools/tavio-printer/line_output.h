@@ -16,7 +16,7 @@ class LineOutput {
     static constexpr std::chrono::milliseconds kPatience{1000};
 
     // Longer lines are cut.
-    static constexpr std::size_t kMostBytes = 2048;
+    static constexpr std::size_t kMaxBytes = 2048;
 
     // The descriptor stays the caller's.
     explicit LineOutput(int descriptor) : descriptor_(descriptor) {}

@@ -23,11 +23,11 @@ using command_line::asResolution;
 using command_line::asStock;
 using command_line::printable;
 
-constexpr std::uint64_t kMostLogoMemory = std::uint64_t{1} << 30U;
-constexpr std::uint64_t kMostKept = 1'000'000;
-constexpr std::uint64_t kMostKeptBytes = std::uint64_t{1} << 40U;
-constexpr std::uint64_t kMostSocketBuffer = std::uint64_t{16} << 20U;
-constexpr std::uint64_t kMostCount = std::numeric_limits<std::int64_t>::max();
+constexpr std::uint64_t kMaxLogoMemory = std::uint64_t{1} << 30U;
+constexpr std::uint64_t kMaxKept = 1'000'000;
+constexpr std::uint64_t kMaxKeptBytes = std::uint64_t{1} << 40U;
+constexpr std::uint64_t kMaxSocketBuffer = std::uint64_t{16} << 20U;
+constexpr std::uint64_t kMaxCount = std::numeric_limits<std::int64_t>::max();
 constexpr double kMillisecondsPerSecond = 1000;
 
 template <typename Number>
@@ -75,8 +75,8 @@ std::string asListenAddress(std::string& text) {
 std::string asReply(std::string& text) {
     const auto reply = unescaped(text);
     if (!reply) return "a backslash in a reply begins \\r, \\n, \\t, \\\\ or \\x and two digits";
-    if (reply->size() <= kMostReplyBytes) return {};
-    return "a reply has " + std::to_string(kMostReplyBytes) + " bytes at most";
+    if (reply->size() <= kMaxReplyBytes) return {};
+    return "a reply has " + std::to_string(kMaxReplyBytes) + " bytes at most";
 }
 
 std::string asFolder(std::string& text) {
@@ -209,12 +209,12 @@ void CommandLine::addKeeping() {
     StoreLimits& store = options_.store;
     add("--out", "folder for pictures and bytes of tickets, which is made if it is not there",
         "FOLDER", asFolder, [&store](const std::string& text) { store.folder = text; });
-    addWhole("--keep", "tickets that are kept; 200 if not given", 1, kMostKept,
+    addWhole("--keep", "tickets that are kept; 200 if not given", 1, kMaxKept,
              [&store](std::uint64_t count) { store.tickets = count; });
     addWhole("--keep-bytes",
              "bytes of tickets that are kept, in memory and in the folder; 268435456 if not given",
-             1, kMostKeptBytes, [&store](std::uint64_t count) { store.bytes = count; });
-    addWhole("--tickets", "end by itself after so many tickets", 1, kMostCount,
+             1, kMaxKeptBytes, [&store](std::uint64_t count) { store.bytes = count; });
+    addWhole("--tickets", "end by itself after so many tickets", 1, kMaxCount,
              [this](std::uint64_t count) { options_.tickets = count; });
     app_.add_flag("--quiet", options_.quiet, "say where it listens, and nothing of the tickets")
         ->group(group_);
@@ -229,7 +229,7 @@ void CommandLine::addAnswers() {
         "are known; no answers if not given",
         "TEXT", asReply,
         [&reply](const std::string& text) { reply.text = unescaped(text).value_or(""); });
-    const double most = static_cast<double>(std::chrono::seconds(kMostReplyDelay).count());
+    const double most = static_cast<double>(std::chrono::seconds(kMaxReplyDelay).count());
     addDecimal("--reply-delay", "seconds until an answer", 0, most, [&reply](double seconds) {
         reply.delay = std::chrono::milliseconds(std::llround(seconds * kMillisecondsPerSecond));
     });
@@ -238,24 +238,24 @@ void CommandLine::addAnswers() {
 void CommandLine::addPhysics() {
     group_ = "Physics";
     Physics& physics = options_.server.device.physics;
-    addWhole("--buffer", "bytes of the receive buffer; 65536 if not given", 1, kMostReceiveBuffer,
+    addWhole("--buffer", "bytes of the receive buffer; 65536 if not given", 1, kMaxReceiveBuffer,
              [&physics](std::uint64_t count) { physics.receiveBuffer = count; });
     app_.add_flag("--drop", physics.dropWhenFull,
                   "lose bytes when the buffer is full, instead of having the sender wait")
         ->group(group_);
     addWhole("--socket-buffer", "bytes that the system holds before the buffer; 16384 if not given",
-             1, kMostSocketBuffer,
+             1, kMaxSocketBuffer,
              [this](std::uint64_t count) { options_.server.socketBuffer = count; });
-    addDecimal("--rate", "bytes a second that the link brings", LinkRate::kLeastBytesPerSecond,
-               LinkRate::kMostBytesPerSecond,
+    addDecimal("--rate", "bytes a second that the link brings", LinkRate::kMinBytesPerSecond,
+               LinkRate::kMaxBytesPerSecond,
                [&physics](double rate) { physics.bytesPerSecond = rate; });
     addDecimal("--speed", "millimetres a second that paper moves when a ticket has ended",
-               kLeastMillimetresPerSecond, kMostMillimetresPerSecond,
+               kMinMillimetresPerSecond, kMaxMillimetresPerSecond,
                [&physics](double speed) { physics.millimetresPerSecond = speed; });
     addWhole("--paper", "out of paper after so many tickets, until new paper is loaded", 1,
-             kMostCount,
+             kMaxCount,
              [this](std::uint64_t count) { options_.server.device.faults.paperOutAfter = count; });
-    addWhole("--logo-memory", "bytes for stored logos; 16777216 if not given", 0, kMostLogoMemory,
+    addWhole("--logo-memory", "bytes for stored logos; 16777216 if not given", 0, kMaxLogoMemory,
              [this](std::uint64_t count) { options_.server.device.printer.logoMemory = count; });
 }
 
@@ -267,9 +267,9 @@ void CommandLine::addFaults() {
         ->group(group_);
     app_.add_flag("--never-read", faults.neverRead, "take connections and read nothing")
         ->group(group_);
-    addWhole("--reset-after", "reset each connection after so many bytes", 0, kMostCount,
+    addWhole("--reset-after", "reset each connection after so many bytes", 0, kMaxCount,
              [&faults](std::uint64_t count) { faults.resetAfter = count; });
-    addWhole("--close-after", "close each connection after so many bytes", 0, kMostCount,
+    addWhole("--close-after", "close each connection after so many bytes", 0, kMaxCount,
              [&faults](std::uint64_t count) { faults.closeAfter = count; });
 }
 

@@ -95,20 +95,20 @@ virtual_printer::PrinterSettings printerSettings(const Settings& settings) {
 }
 
 void reportPreview(const links::PreviewLink& preview, Console& console) {
-    constexpr std::size_t kMostTold = 20;
+    constexpr std::size_t kMaxTold = 20;
     const auto& problems = preview.problems();
     std::size_t told = 0;
     for (const auto& problem : problems.kept()) {
-        if (told == kMostTold) break;
+        if (told == kMaxTold) break;
         console.warn("at byte " + std::to_string(problem.offset) + ": " + problem.text);
         ++told;
     }
     if (problems.count() > told) {
         console.warn(std::to_string(problems.count() - told) + " more problems of this kind");
     }
-    if (preview.ticketCount() > links::PreviewLink::kMostPictures) {
+    if (preview.ticketCount() > links::PreviewLink::kMaxPictures) {
         console.warn("of " + std::to_string(preview.ticketCount()) + " tickets the first " +
-                     std::to_string(links::PreviewLink::kMostPictures) + " were written");
+                     std::to_string(links::PreviewLink::kMaxPictures) + " were written");
     }
 }
 

@@ -14,10 +14,10 @@ namespace tavio::tool {
 
 namespace {
 
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
+constexpr std::size_t kMaxAtOnce = std::size_t{1} << 20;
 
 // More memory than this is taken only for bytes that have come.
-constexpr std::uint64_t kMostForeseen = std::uint64_t{1} << 30;
+constexpr std::uint64_t kMaxForeseen = std::uint64_t{1} << 30;
 
 std::string nameOf(const std::string& path) {
     return path.empty() ? "\"\"" : path;
@@ -58,7 +58,7 @@ std::uint64_t InputFile::size() const {
 }
 
 std::span<const Byte> InputFile::next() {
-    buffer_.resize(kMostAtOnce);
+    buffer_.resize(kMaxAtOnce);
     ssize_t count = 0;
     do {
         count = ::read(descriptor_, buffer_.data(), buffer_.size());
@@ -69,7 +69,7 @@ std::span<const Byte> InputFile::next() {
 
 Bytes InputFile::rest() {
     Bytes all;
-    all.reserve(static_cast<std::size_t>(std::min(size(), kMostForeseen)));
+    all.reserve(static_cast<std::size_t>(std::min(size(), kMaxForeseen)));
     for (auto piece = next(); !piece.empty(); piece = next()) {
         all.insert(all.end(), piece.begin(), piece.end());
     }

@@ -54,7 +54,7 @@ double ProgressLine::bytesPerSecond(Time now) const {
 }
 
 std::string ProgressLine::text(Time now, std::size_t columns) const {
-    constexpr std::size_t kMostCells = 20;
+    constexpr std::size_t kMaxCells = 20;
     constexpr std::size_t kFewestCells = 5;
     if (total_ == 0) return {};
     const std::size_t most = columns > 0 ? columns - 1 : 0;  // the last column would wrap
@@ -68,7 +68,7 @@ std::string ProgressLine::text(Time now, std::size_t columns) const {
 
     const std::size_t withEmptyBar = joined({"[]", numbers, percentage, rate}).size();
     if (most >= withEmptyBar + kFewestCells) {
-        const std::size_t cells = std::min(kMostCells, most - withEmptyBar);
+        const std::size_t cells = std::min(kMaxCells, most - withEmptyBar);
         return joined({bar(share, cells), numbers, percentage, rate});
     }
     for (const std::string& line : {joined({numbers, percentage, rate}),

@@ -55,12 +55,12 @@ CropBox cropBoxOf(PopplerPage* page) {
 
 // A surface's sides and a picture's pixels have limits of their own.
 bool fitsSurface(const CropBox& box, double mostPointsPerSide) {
-    constexpr double kMostSide = 32767;
+    constexpr double kMaxSide = 32767;
     if (!std::isfinite(box.x) || !std::isfinite(box.y)) return false;
     if (!pdf::sidesAllowed(box.width, box.height, mostPointsPerSide)) return false;
     const PixelBox pixels = pdf::pixelBox(box.x, box.y, box.width, box.height);
-    return pixels.columns <= kMostSide && pixels.rows <= kMostSide &&
-           pixels.columns * pixels.rows <= static_cast<double>(pictures::kMostPixels);
+    return pixels.columns <= kMaxSide && pixels.rows <= kMaxSide &&
+           pixels.columns * pixels.rows <= static_cast<double>(pictures::kMaxPixels);
 }
 
 // Notes about the page, as against parts of it; a print leaves the former out.

@@ -71,7 +71,7 @@ class PatientPrinter {
     std::string address_;
 };
 
-constexpr std::size_t kMostInAPacket = 1'400;
+constexpr std::size_t kMaxInAPacket = 1'400;
 constexpr std::size_t kPiece = 500;
 
 std::string randomBytes(std::size_t size, std::mt19937& random) {
@@ -115,7 +115,7 @@ TEST(TcpLinkOnASlowNetwork, IsDrainedOnlyWhenTheFarEndHasEverything) {
         [&](const Progress&) { expectNoMoreAcknowledgedThanThere(link, printer); });
 
     // In pieces of one packet, each of which is acknowledged before the next one sets out.
-    for (std::size_t size : {kMostInAPacket, kMostInAPacket, kPiece, kPiece, kPiece}) {
+    for (std::size_t size : {kMaxInAPacket, kMaxInAPacket, kPiece, kPiece, kPiece}) {
         ASSERT_TRUE(write(size)) << link.failure();
         expectDrainedWithEverythingThere();
     }

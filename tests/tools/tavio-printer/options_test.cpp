@@ -102,7 +102,7 @@ TEST(PrinterOptions, PhysicsAndFaults) {
               "4", "--logo-memory", "0", "--socket-buffer", "4096", "--one-client", "--never-read",
               "--reset-after", "0", "--close-after", "9223372036854775807"});
     const DeviceSettings& device = options.server.device;
-    EXPECT_EQ(device.physics.receiveBuffer, kMostReceiveBuffer);
+    EXPECT_EQ(device.physics.receiveBuffer, kMaxReceiveBuffer);
     EXPECT_TRUE(device.physics.dropWhenFull);
     EXPECT_EQ(device.physics.bytesPerSecond, 11520.5);
     EXPECT_EQ(device.physics.millimetresPerSecond, 100);
@@ -173,7 +173,7 @@ TEST(PrinterOptions, BadUsageIsRefused) {
         EXPECT_TRUE(said.starts_with("tavio-printer: ")) << said;
         EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
     }
-    const std::string tooLong(kMostReplyBytes + 1, 'x');
+    const std::string tooLong(kMaxReplyBytes + 1, 'x');
     EXPECT_NE(refusal({"--reply", tooLong.c_str()}), "");
 }
 

@@ -53,8 +53,8 @@ TEST(ReceiveBuffer, TakesNoMoreThanItHasRoomFor) {
 }
 
 TEST(ReceiveBuffer, NoLossIsForgottenWhenThereAreTooManyPlaces) {
-    ReceiveBuffer buffer(ReceiveBuffer::kMostLosses * 2);
-    const std::uint64_t places = ReceiveBuffer::kMostLosses + 100;
+    ReceiveBuffer buffer(ReceiveBuffer::kMaxLosses * 2);
+    const std::uint64_t places = ReceiveBuffer::kMaxLosses + 100;
     for (std::uint64_t i = 0; i < places; ++i) {
         buffer.add(bytesOf("x"));
         buffer.addLoss(1);
@@ -70,7 +70,7 @@ TEST(ReceiveBuffer, NoLossIsForgottenWhenThereAreTooManyPlaces) {
         buffer.drop(buffer.front().size());
     }
     EXPECT_EQ(lost, places);
-    EXPECT_EQ(told, ReceiveBuffer::kMostLosses);
+    EXPECT_EQ(told, ReceiveBuffer::kMaxLosses);
     EXPECT_EQ(bytes, places);
 }
 
@@ -162,10 +162,10 @@ TEST(LineOutput, WritesLinesWithControlCharactersMadeVisible) {
 TEST(LineOutput, CutsLinesThatAreTooLong) {
     Pipe pipe;
     LineOutput output(pipe.in());
-    output.write(std::string(LineOutput::kMostBytes, 'x'));
-    output.write(std::string(LineOutput::kMostBytes + 1, 'y'));
-    EXPECT_EQ(pipe.readAll(), std::string(LineOutput::kMostBytes, 'x') + "\n" +
-                                  std::string(LineOutput::kMostBytes - 3, 'y') + "...\n");
+    output.write(std::string(LineOutput::kMaxBytes, 'x'));
+    output.write(std::string(LineOutput::kMaxBytes + 1, 'y'));
+    EXPECT_EQ(pipe.readAll(), std::string(LineOutput::kMaxBytes, 'x') + "\n" +
+                                  std::string(LineOutput::kMaxBytes - 3, 'y') + "...\n");
 }
 
 TEST(LineOutput, LeavesLinesOutWhileNobodyReads) {

@@ -17,7 +17,7 @@ namespace {
 constexpr double kMillimetresPerInch = 25.4;
 
 // Bytes asked for at once where a full buffer does not hold them back.
-constexpr std::size_t kMostAtOnce = std::size_t{64} << 10U;
+constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
 bool isZeroOrWithin(double value, double least, double most) {
     return value == 0 || (value >= least && value <= most);
@@ -28,17 +28,17 @@ DeviceSettings checked(const DeviceSettings& settings) {
     const auto require = [](bool holds, const char* sentence) {
         if (!holds) throw std::invalid_argument(sentence);
     };
-    require(physics.receiveBuffer >= 1 && physics.receiveBuffer <= kMostReceiveBuffer,
+    require(physics.receiveBuffer >= 1 && physics.receiveBuffer <= kMaxReceiveBuffer,
             "a receive buffer of a size that no printer has");
-    require(isZeroOrWithin(physics.bytesPerSecond, LinkRate::kLeastBytesPerSecond,
-                           LinkRate::kMostBytesPerSecond),
+    require(isZeroOrWithin(physics.bytesPerSecond, LinkRate::kMinBytesPerSecond,
+                           LinkRate::kMaxBytesPerSecond),
             "a link of a speed that no link has");
-    require(isZeroOrWithin(physics.millimetresPerSecond, kLeastMillimetresPerSecond,
-                           kMostMillimetresPerSecond),
+    require(isZeroOrWithin(physics.millimetresPerSecond, kMinMillimetresPerSecond,
+                           kMaxMillimetresPerSecond),
             "paper of a speed that no printer has");
-    require(settings.reply.text.size() <= kMostReplyBytes, "a reply that is too long");
+    require(settings.reply.text.size() <= kMaxReplyBytes, "a reply that is too long");
     require(settings.reply.delay >= std::chrono::milliseconds(0) &&
-                settings.reply.delay <= kMostReplyDelay,
+                settings.reply.delay <= kMaxReplyDelay,
             "a reply after a time that nobody waits");
     return settings;
 }
@@ -168,7 +168,7 @@ std::uint64_t Device::Works::untilFault() const {
 }
 
 std::size_t Device::Works::bufferRoom() const {
-    return settings_.physics.dropWhenFull ? kMostAtOnce : buffer_.room();
+    return settings_.physics.dropWhenFull ? kMaxAtOnce : buffer_.room();
 }
 
 std::size_t Device::Works::room(Time now) const {

@@ -22,7 +22,7 @@
 namespace tavio::virtual_printer {
 
 struct Physics {
-    // Bytes received and not yet interpreted that there is room for, 1 to kMostReceiveBuffer.
+    // Bytes received and not yet interpreted that there is room for, 1 to kMaxReceiveBuffer.
     std::size_t receiveBuffer = std::size_t{64} << 10U;
 
     // What becomes of bytes that there is no room for: they wait with the sender, or are lost (and
@@ -38,9 +38,9 @@ struct Physics {
     double millimetresPerSecond = 0;
 };
 
-inline constexpr std::size_t kMostReceiveBuffer = std::size_t{16} << 20U;
-inline constexpr double kLeastMillimetresPerSecond = 0.01;
-inline constexpr double kMostMillimetresPerSecond = 100000;
+inline constexpr std::size_t kMaxReceiveBuffer = std::size_t{16} << 20U;
+inline constexpr double kMinMillimetresPerSecond = 0.01;
+inline constexpr double kMaxMillimetresPerSecond = 100000;
 
 // All of a connection; each connection begins anew.
 struct Faults {
@@ -60,17 +60,17 @@ struct Faults {
 
 struct Reply {
     // Sent after each ticket, and to a client that has sent nothing for kSilence since it
-    // connected. At most kMostReplyBytes; "": never. Of answers that nobody takes 1,000 are kept.
+    // connected. At most kMaxReplyBytes; "": never. Of answers that nobody takes 1,000 are kept.
     std::string text{};
 
-    // From the ticket's end, or the end of the silence, to the answer; at most kMostReplyDelay.
+    // From the ticket's end, or the end of the silence, to the answer; at most kMaxReplyDelay.
     std::chrono::milliseconds delay{0};
 
     static constexpr std::chrono::milliseconds kSilence{200};
 };
 
-inline constexpr std::size_t kMostReplyBytes = 4096;
-inline constexpr std::chrono::hours kMostReplyDelay{24};
+inline constexpr std::size_t kMaxReplyBytes = 4096;
+inline constexpr std::chrono::hours kMaxReplyDelay{24};
 
 struct DeviceSettings {
     PrinterSettings printer{};
@@ -96,7 +96,7 @@ struct DeviceState {
 
 // One client at a time: whoever comes meanwhile waits at the door. Logos outlive connections. Takes
 // a bounded amount of memory whatever comes: the receive buffer, the logo memory, one ticket with
-// its problems and its kMostTicketBytes, and the answers.
+// its problems and its kMaxTicketBytes, and the answers.
 //
 // What it does depends on what it is told and on the times given alone: it is the same however the
 // bytes of one moment are cut into calls, and however often advance() is called. Times should not go

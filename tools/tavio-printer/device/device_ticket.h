@@ -23,11 +23,11 @@ struct DeviceTicket {
     std::uint64_t connection;   // from 1
     std::uint64_t number;       // of its stream, from 1
     std::uint64_t beginOffset;  // in the stream
-    std::vector<Byte> bytes;    // at most kMostTicketBytes; more are not kept
+    std::vector<Byte> bytes;    // at most kMaxTicketBytes; more are not kept
     std::uint64_t byteCount;    // all of them
     ProblemList problems;       // of this ticket, offsets from the ticket's first byte
 };
 
-inline constexpr std::size_t kMostTicketBytes = std::size_t{16} << 20U;
+inline constexpr std::size_t kMaxTicketBytes = std::size_t{16} << 20U;
 
 }  // namespace tavio::virtual_printer

@@ -87,10 +87,10 @@ DeviceTicket JobStream::blankTicket() const {
 
 void JobStream::keepBytes(std::span<const Byte> bytes) {
     byteCount_ += bytes.size();
-    bytes = bytes.first(std::min(bytes.size(), kMostTicketBytes - bytes_.size()));
+    bytes = bytes.first(std::min(bytes.size(), kMaxTicketBytes - bytes_.size()));
     const std::size_t wanted = bytes_.size() + bytes.size();
     if (wanted > bytes_.capacity()) {
-        bytes_.reserve(std::min(kMostTicketBytes, std::max(wanted, 2 * bytes_.capacity())));
+        bytes_.reserve(std::min(kMaxTicketBytes, std::max(wanted, 2 * bytes_.capacity())));
     }
     bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
 }

@@ -17,7 +17,7 @@ constexpr std::int64_t kPortion = nanoseconds(std::chrono::milliseconds(10)).cou
 constexpr std::int64_t kBurst = nanoseconds(std::chrono::milliseconds(50)).count();
 
 // What keeps all of it within 64 bits.
-static_assert(LinkRate::kMostBytesPerSecond * kUnitsPerByte * static_cast<double>(kBurst) < 9e18);
+static_assert(LinkRate::kMaxBytesPerSecond * kUnitsPerByte * static_cast<double>(kBurst) < 9e18);
 
 }  // namespace
 

@@ -15,8 +15,8 @@ class LinkRate {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    static constexpr double kLeastBytesPerSecond = 0.001;
-    static constexpr double kMostBytesPerSecond = 1e8;
+    static constexpr double kMinBytesPerSecond = 0.001;
+    static constexpr double kMaxBytesPerSecond = 1e8;
 
     // 0: no limit. Otherwise within the two limits, and rounded to thousandths.
     explicit LinkRate(double bytesPerSecond);

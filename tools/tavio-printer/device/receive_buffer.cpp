@@ -19,7 +19,7 @@ void ReceiveBuffer::add(std::span<const Byte> bytes) {
 void ReceiveBuffer::addLoss(std::uint64_t count) {
     if (count == 0) return;
     const bool samePlace = !losses_.empty() && sinceLoss_ == 0;
-    if (samePlace || losses_.size() == kMostLosses) {
+    if (samePlace || losses_.size() == kMaxLosses) {
         losses_.back().count += count;
         return;
     }

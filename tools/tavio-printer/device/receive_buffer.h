@@ -16,7 +16,7 @@ namespace tavio::virtual_printer {
 class ReceiveBuffer {
   public:
     // Places of losses that are told apart; later losses are added to the last place.
-    static constexpr std::size_t kMostLosses = 4096;
+    static constexpr std::size_t kMaxLosses = 4096;
 
     explicit ReceiveBuffer(std::size_t capacity) : capacity_(capacity) {}
 

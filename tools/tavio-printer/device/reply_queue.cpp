@@ -3,7 +3,7 @@
 namespace tavio::virtual_printer {
 
 void ReplyQueue::add(Time cause) {
-    if (text_.empty() || due_ + later_.size() == kMostWaiting) return;
+    if (text_.empty() || due_ + later_.size() == kMaxWaiting) return;
     later_.push_back(cause + delay_);
     advance(cause);
 }

@@ -17,7 +17,7 @@ class ReplyQueue {
     using Time = std::chrono::steady_clock::time_point;
 
     // Answers that nobody has taken; a printer says no more until somebody does.
-    static constexpr std::size_t kMostWaiting = 1000;
+    static constexpr std::size_t kMaxWaiting = 1000;
 
     ReplyQueue(std::string text, std::chrono::milliseconds delay)
         : text_(std::move(text)), delay_(delay) {}

@@ -7,15 +7,15 @@
 namespace tavio::virtual_printer {
 namespace {
 
-constexpr std::size_t kMostAtOnce = std::size_t{64} << 10U;
+constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
 // Turned away in one turn, so that the client that is served gets its own.
-constexpr int kMostAtATime = 64;
+constexpr int kMaxAtATime = 64;
 
 }  // namespace
 
 PrintLoop::PrintLoop(Device& device, std::vector<Door*> doors, bool oneClient)
-    : device_(device), doors_(std::move(doors)), oneClient_(oneClient), bytes_(kMostAtOnce) {}
+    : device_(device), doors_(std::move(doors)), oneClient_(oneClient), bytes_(kMaxAtOnce) {}
 
 void PrintLoop::turn(Time now) {
     device_.advance(now);
@@ -61,7 +61,7 @@ bool PrintLoop::turnAway() {
     bool any = false;
     for (Door* door : doors_) {
         if (door->descriptor() < 0) continue;  // whoever is there may be the client itself
-        for (int count = 0; count < kMostAtATime; ++count) {
+        for (int count = 0; count < kMaxAtATime; ++count) {
             const auto other = door->accept();
             if (!other) break;
             other->reset();

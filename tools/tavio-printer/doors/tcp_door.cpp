@@ -14,7 +14,7 @@ namespace {
 constexpr int kSocketFlags = SOCK_NONBLOCK | SOCK_CLOEXEC;
 
 // What is thrown away of a client whose connection is closed while it sends.
-constexpr std::size_t kMostDiscarded = std::size_t{1} << 20U;
+constexpr std::size_t kMaxDiscarded = std::size_t{1} << 20U;
 
 bool isForLater(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
@@ -50,7 +50,7 @@ class TcpClient final : public Client {
         std::size_t discarded = 0;
         for (Received got = read(unread); got.count > 0; got = read(unread)) {
             discarded += got.count;
-            if (discarded >= kMostDiscarded) break;
+            if (discarded >= kMaxDiscarded) break;
         }
         socket_.close();
     }

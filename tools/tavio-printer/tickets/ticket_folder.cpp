@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::string_view kPrefix = "ticket-";
 constexpr std::size_t kDigits = 6;
-constexpr std::size_t kMostDigits = 18;  // always fits 64 bits
+constexpr std::size_t kMaxDigits = 18;  // always fits 64 bits
 constexpr const char* kPicture = ".png";
 constexpr const char* kJob = ".bin";
 
@@ -42,7 +42,7 @@ std::optional<std::uint64_t> numberIn(const std::string& name, const char* exten
     if (name.size() < kPrefix.size() + kDigits + ending.size()) return std::nullopt;
     const char* begin = name.data() + kPrefix.size();
     const char* end = name.data() + name.size() - ending.size();
-    if (static_cast<std::size_t>(end - begin) > kMostDigits) return std::nullopt;
+    if (static_cast<std::size_t>(end - begin) > kMaxDigits) return std::nullopt;
     std::uint64_t number = 0;
     const auto [stop, error] = std::from_chars(begin, end, number);
     if (error != std::errc() || stop != end || number == 0) return std::nullopt;

@@ -31,7 +31,7 @@ struct StoredTicket {
     std::uint64_t blackDots = 0;
     std::uint64_t dotsOff = 0;
     std::vector<Byte> png;
-    std::vector<Byte> bytes;      // at most kMostTicketBytes
+    std::vector<Byte> bytes;      // at most kMaxTicketBytes
     std::uint64_t byteCount = 0;  // all of them
     ProblemList problems;         // offsets from the ticket's first byte
 };

@@ -13,7 +13,7 @@ namespace tavio::virtual_printer {
 namespace {
 
 // Takes a few milliseconds.
-constexpr std::size_t kMostAtOnce = std::size_t{64} << 10U;
+constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
 constexpr std::string_view kGap = "  ";  // between the columns of a listing
 
@@ -85,7 +85,7 @@ void PageWriter::takeLine(std::string_view line) {
         return;
     }
     placeProblemsBefore(parts.offset);
-    if (page_.count++ < first_ || page_.lines.size() == kMostCommandLines) return;
+    if (page_.count++ < first_ || page_.lines.size() == kMaxCommandLines) return;
 
     line.remove_prefix(static_cast<std::size_t>(stop - line.data()) + kGap.size());
     // Blanks may stand side by side in an unknown command or a text, but not in a meaning.
@@ -107,7 +107,7 @@ CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems
     std::ostream out(&writer);
     DecodeListing listing(out);
     while (!bytes.empty() && (!goOn || goOn())) {
-        const std::size_t count = std::min(bytes.size(), kMostAtOnce);
+        const std::size_t count = std::min(bytes.size(), kMaxAtOnce);
         listing.feed(bytes.first(count));
         bytes = bytes.subspan(count);
     }

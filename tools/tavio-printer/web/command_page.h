@@ -27,9 +27,9 @@ struct CommandPage {
     std::vector<std::uint64_t> problemLines;
 };
 
-inline constexpr std::size_t kMostCommandLines = 2000;  // of a page
+inline constexpr std::size_t kMaxCommandLines = 2000;  // of a page
 
-// Decodes all of the bytes and keeps the lines from number `first` on, kMostCommandLines at most;
+// Decodes all of the bytes and keeps the lines from number `first` on, kMaxCommandLines at most;
 // the memory that it takes does not grow with the bytes. Asks `goOn` now and then, and stops where that
 // says no.
 CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems,

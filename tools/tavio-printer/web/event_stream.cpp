@@ -9,7 +9,7 @@ namespace tavio::virtual_printer {
 namespace {
 
 // Written at once, so that no more than this waits for a slow browser.
-constexpr std::size_t kMostTicketsAtOnce = 100;
+constexpr std::size_t kMaxTicketsAtOnce = 100;
 
 std::string eventText(std::string_view name, std::string_view data) {
     return std::string("event: ").append(name).append("\ndata: ").append(data).append("\n\n");
@@ -45,7 +45,7 @@ std::string EventStream::next() {
     text += newState();
 
     const auto now = std::chrono::steady_clock::now();
-    if (text.empty() && now - sent_ >= kMostSilence) text = eventText("alive", "{}");
+    if (text.empty() && now - sent_ >= kMaxSilence) text = eventText("alive", "{}");
     if (!text.empty()) sent_ = now;
     return text;
 }
@@ -59,7 +59,7 @@ std::string EventStream::greeting() {
 
 std::string EventStream::newTickets() {
     std::string text;
-    const auto tickets = source_->store.since(last_, kMostTicketsAtOnce);
+    const auto tickets = source_->store.since(last_, kMaxTicketsAtOnce);
     if (tickets.empty()) return text;
     const std::uint64_t oldest = source_->store.oldest();
     if (last_ != 0 && tickets.front()->id != last_ + 1) text += eventText("reset", "{}");

@@ -34,7 +34,7 @@ class EventStream {
     static constexpr std::chrono::milliseconds kPatience{150};
 
     // Something is sent at least so often, that both ends know the other is there.
-    static constexpr std::chrono::seconds kMostSilence{10};
+    static constexpr std::chrono::seconds kMaxSilence{10};
 
     // Goes on after `lastId`: "RUN-ID" or "ID", "" for a page that has nothing yet.
     EventStream(const EventSource& source, std::string_view lastId);

@@ -38,7 +38,7 @@ ssize_t HttpConnection::read(char* to, std::size_t size) {
 }
 
 ssize_t HttpConnection::write(const char* bytes, std::size_t size) {
-    const auto until = Clock::now() + kMostWrite;
+    const auto until = Clock::now() + kMaxWrite;
     std::size_t written = 0;
     while (written < size) {
         const ssize_t count =
@@ -49,15 +49,15 @@ ssize_t HttpConnection::write(const char* bytes, std::size_t size) {
         }
         if (errno == EINTR) continue;
         if (errno != EAGAIN || Clock::now() >= until) return -1;
-        if (waitFor(socket_.get(), POLLOUT, kMostStall) != POLLOUT) return -1;
+        if (waitFor(socket_.get(), POLLOUT, kMaxStall) != POLLOUT) return -1;
     }
     return static_cast<ssize_t>(size);
 }
 
 void HttpConnection::finish() {
-    constexpr milliseconds kMostLinger{500};
+    constexpr milliseconds kMaxLinger{500};
     ::shutdown(socket_.get(), SHUT_WR);
-    const auto until = Clock::now() + kMostLinger;
+    const auto until = Clock::now() + kMaxLinger;
     std::array<char, 4096> ignored{};
     while (Clock::now() < until) {
         const auto left = std::chrono::ceil<milliseconds>(until - Clock::now());

@@ -12,10 +12,10 @@ namespace tavio::virtual_printer {
 
 class HttpConnection final : public httplib::Stream {
   public:
-    // A browser that takes nothing for kMostStall, or not all of what is written at once within
-    // kMostWrite, has lost its answer.
-    static constexpr std::chrono::seconds kMostStall{5};
-    static constexpr std::chrono::seconds kMostWrite{30};
+    // A browser that takes nothing for kMaxStall, or not all of what is written at once within
+    // kMaxWrite, has lost its answer.
+    static constexpr std::chrono::seconds kMaxStall{5};
+    static constexpr std::chrono::seconds kMaxWrite{30};
 
     HttpConnection(SocketHandle socket, std::string head)
         : socket_(std::move(socket)), head_(std::move(head)) {}

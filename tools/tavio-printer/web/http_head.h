@@ -7,7 +7,7 @@
 
 namespace tavio::virtual_printer {
 
-inline constexpr std::size_t kMostHeadBytes = std::size_t{16} << 10U;
+inline constexpr std::size_t kMaxHeadBytes = std::size_t{16} << 10U;
 
 // Where the head ends that the bytes begin with, behind its blank line; npos while it is incomplete.
 std::size_t headEnd(std::string_view bytes);

@@ -64,7 +64,7 @@ void HttpListener::accept() {
         outOfDescriptors_ = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
         return;
     }
-    if (waiting_.size() == kMostWaiting) waiting_.erase(waiting_.begin());
+    if (waiting_.size() == kMaxWaiting) waiting_.erase(waiting_.begin());
     waiting_.push_back({std::move(socket), "", Clock::now() + kPatience});
 }
 
@@ -76,7 +76,7 @@ bool HttpListener::receive(Waiting& connection, const OnRequest& onRequest) {
     if (count == 0) return false;
     connection.received.append(buffer.data(), static_cast<std::size_t>(count));
     const std::size_t end = headEnd(connection.received);
-    if (std::min(end, connection.received.size()) > kMostHeadBytes) {
+    if (std::min(end, connection.received.size()) > kMaxHeadBytes) {
         static_cast<void>(::send(connection.socket.get(), kHeadTooLong.data(), kHeadTooLong.size(),
                                  MSG_NOSIGNAL));
         return false;

@@ -15,7 +15,7 @@ namespace tavio::virtual_printer {
 class HttpListener {
   public:
     // Connections whose request is not there yet; one more, and the oldest is closed.
-    static constexpr std::size_t kMostWaiting = 128;
+    static constexpr std::size_t kMaxWaiting = 128;
 
     // For the head of a request, from connecting on.
     static constexpr std::chrono::seconds kPatience{20};

@@ -85,7 +85,7 @@ void HttpServer::take(SocketHandle socket, std::string head) {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (stopping_) return;
-        if (queue_.size() < kMostQueued) {
+        if (queue_.size() < kMaxQueued) {
             queue_.push_back({std::move(socket), std::move(head)});
             changed_.notify_one();
             return;

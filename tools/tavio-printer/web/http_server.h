@@ -21,7 +21,7 @@ namespace tavio::virtual_printer {
 class HttpServer {
   public:
     // Requests that wait for a thread; one more is told to come back.
-    static constexpr std::size_t kMostQueued = 128;
+    static constexpr std::size_t kMaxQueued = 128;
 
     // Answers one request; called on many threads at once. The answer may be a stream: then it
     // holds a thread until it ends.

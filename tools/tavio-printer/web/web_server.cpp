@@ -26,7 +26,7 @@ using httplib::Response;
 // Beside those that streams hold.
 constexpr std::size_t kRequestThreads = 8;
 
-constexpr std::size_t kMostPagesAllowed = 1000;
+constexpr std::size_t kMaxPagesAllowed = 1000;
 
 constexpr const char* kPlain = "text/plain; charset=utf-8";
 constexpr const char* kJson = "application/json";
@@ -107,7 +107,7 @@ std::string urlOf(std::string address, std::uint16_t port) {
 }
 
 WebSettings inRange(WebSettings settings) {
-    settings.mostPages = std::clamp<std::size_t>(settings.mostPages, 1, kMostPagesAllowed);
+    settings.mostPages = std::clamp<std::size_t>(settings.mostPages, 1, kMaxPagesAllowed);
     return settings;
 }
 

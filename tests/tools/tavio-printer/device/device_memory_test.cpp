@@ -36,7 +36,7 @@ TEST(DeviceMemory, StaysSmallWithTicketsWithoutEnd) {
 
 TEST(DeviceMemory, HoldsOneTicketsBytesAndNoMore) {
     const std::string piece = "<RC0,0>" + graphics(60'000, 0);
-    const std::int64_t ticket = static_cast<std::int64_t>(kMostTicketBytes);
+    const std::int64_t ticket = static_cast<std::int64_t>(kMaxTicketBytes);
     const std::int64_t taken = memoryFor(smallDevice(), piece, 1'200);
     EXPECT_GT(taken, ticket);
     EXPECT_LT(taken, 2 * ticket + kMebibyte);  // twice while the vector grows

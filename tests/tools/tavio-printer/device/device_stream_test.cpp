@@ -196,7 +196,7 @@ TEST(DeviceStream, ProblemsWithoutEndAreCounted) {
     test.print(broken + "<p><Y><p>");
     ASSERT_EQ(test.tickets.size(), 2U);
     EXPECT_EQ(test.tickets[0].problems.count(), 5000U);
-    EXPECT_EQ(test.tickets[0].problems.kept().size(), ProblemList::kMostKept);
+    EXPECT_EQ(test.tickets[0].problems.kept().size(), ProblemList::kMaxKept);
     EXPECT_EQ(test.tickets[0].problems.kept()[999].offset, 2997U);
     EXPECT_EQ(test.problemsOf(1), (Lines{"0: unknown command \"<Y>\""}));
 }
@@ -213,12 +213,12 @@ TEST(DeviceStream, OfATicketWithoutEndOnlySoManyBytesAreKept) {
     test.connect();
     const std::string row = "<RC0,0>" + graphics(10000, 0);
     std::uint64_t sent = 0;
-    while (sent <= kMostTicketBytes + 3 * row.size()) sent += test.send(row);
+    while (sent <= kMaxTicketBytes + 3 * row.size()) sent += test.send(row);
     test.send("<p>" + graphics(1) + "<p>");
     ASSERT_EQ(test.tickets.size(), 2U);
     EXPECT_EQ(test.tickets[0].byteCount, sent + 3);
-    EXPECT_EQ(test.tickets[0].bytes.size(), kMostTicketBytes);
-    EXPECT_LE(test.tickets[0].bytes.capacity(), kMostTicketBytes);
+    EXPECT_EQ(test.tickets[0].bytes.size(), kMaxTicketBytes);
+    EXPECT_LE(test.tickets[0].bytes.capacity(), kMaxTicketBytes);
     EXPECT_EQ(test.tickets[1].beginOffset, sent + 3);
     EXPECT_EQ(test.streams()[1], "<G1>\xFF<p>");
 }
@@ -254,16 +254,16 @@ TEST(DeviceStream, SettingsThatNoPrinterHasAreRefused) {
     refuses([](DeviceSettings& s) { s.printer.size.rows = 0; });
     refuses([](DeviceSettings& s) { s.printer.size.dpi = 0; });
     refuses([](DeviceSettings& s) { s.physics.receiveBuffer = 0; });
-    refuses([](DeviceSettings& s) { s.physics.receiveBuffer = kMostReceiveBuffer + 1; });
+    refuses([](DeviceSettings& s) { s.physics.receiveBuffer = kMaxReceiveBuffer + 1; });
     refuses([](DeviceSettings& s) { s.physics.bytesPerSecond = -1; });
     refuses([](DeviceSettings& s) { s.physics.bytesPerSecond = 0.0001; });
     refuses([](DeviceSettings& s) { s.physics.bytesPerSecond = 1.1e8; });
     refuses([](DeviceSettings& s) { s.physics.bytesPerSecond = std::nan(""); });
     refuses([](DeviceSettings& s) { s.physics.millimetresPerSecond = -1; });
     refuses([](DeviceSettings& s) { s.physics.millimetresPerSecond = INFINITY; });
-    refuses([](DeviceSettings& s) { s.reply.text.assign(kMostReplyBytes + 1, 'x'); });
+    refuses([](DeviceSettings& s) { s.reply.text.assign(kMaxReplyBytes + 1, 'x'); });
     refuses([](DeviceSettings& s) { s.reply.delay = milliseconds(-1); });
-    refuses([](DeviceSettings& s) { s.reply.delay = kMostReplyDelay + milliseconds(1); });
+    refuses([](DeviceSettings& s) { s.reply.delay = kMaxReplyDelay + milliseconds(1); });
 }
 
 }  // namespace

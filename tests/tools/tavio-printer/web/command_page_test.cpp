@@ -80,15 +80,15 @@ TEST(CommandPage, NoBytesAreNoCommands) {
 
 TEST(CommandPage, BeginsWhereItIsToldAndCountsAll) {
     std::string stream;
-    constexpr std::uint64_t kCommands = 2 * kMostCommandLines + 7;
+    constexpr std::uint64_t kCommands = 2 * kMaxCommandLines + 7;
     for (std::uint64_t index = 0; index < kCommands; ++index) stream += "<P1>";
 
-    EXPECT_EQ(pageOf(stream).lines.size(), kMostCommandLines);
-    const CommandPage second = pageOf(stream, {}, kMostCommandLines);
+    EXPECT_EQ(pageOf(stream).lines.size(), kMaxCommandLines);
+    const CommandPage second = pageOf(stream, {}, kMaxCommandLines);
     EXPECT_EQ(second.count, kCommands);
-    EXPECT_EQ(second.lines.size(), kMostCommandLines);
-    EXPECT_EQ(second.lines.front().offset, 4 * kMostCommandLines);
-    EXPECT_EQ(pageOf(stream, {}, 2 * kMostCommandLines).lines.size(), 7U);
+    EXPECT_EQ(second.lines.size(), kMaxCommandLines);
+    EXPECT_EQ(second.lines.front().offset, 4 * kMaxCommandLines);
+    EXPECT_EQ(pageOf(stream, {}, 2 * kMaxCommandLines).lines.size(), 7U);
     EXPECT_TRUE(pageOf(stream, {}, kCommands).lines.empty());
     EXPECT_TRUE(pageOf(stream, {}, UINT64_MAX).lines.empty());
 }

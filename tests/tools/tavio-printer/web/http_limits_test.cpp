@@ -111,7 +111,7 @@ TEST_F(HttpLimits, OnePageMoreIsToldToComeBackAndMayWhenAnotherHasGone) {
     pages.pop_front();
     // The server sees within a moment that the page has gone, long before it next writes to it.
     bool admitted = false;
-    const auto until = Clock::now() + EventStream::kMostSilence * 3 / 4;
+    const auto until = Clock::now() + EventStream::kMaxSilence * 3 / 4;
     while (!admitted && Clock::now() < until) {
         RawConnection next = events();
         admitted = next.readUntil("\r\n\r\n").starts_with("HTTP/1.1 200");
@@ -123,7 +123,7 @@ TEST_F(HttpLimits, OnePageMoreIsToldToComeBackAndMayWhenAnotherHasGone) {
 TEST_F(HttpLimits, ConnectionsThatSayNothingKeepNobodyWaiting) {
     const auto begin = Clock::now();
     std::list<RawConnection> silent;
-    for (std::size_t count = 0; count < HttpListener::kMostWaiting + 20; ++count) {
+    for (std::size_t count = 0; count < HttpListener::kMaxWaiting + 20; ++count) {
         silent.emplace_back(port);
         if (count % 2 == 0) silent.back().send("GET / HTTP/1.1\r\nHost: lo");
     }
@@ -155,7 +155,7 @@ TEST_F(HttpLimits, ARequestMayComeByteByByte) {
 TEST_F(HttpLimits, HeadersThatAreTooLongAreRefused) {
     const std::string begin = "GET / HTTP/1.1\r\nHost: localhost\r\nX-Filler: ";
     RawConnection greedy(port);
-    greedy.send(begin + std::string(kMostHeadBytes + 1 - begin.size(), 'x'));
+    greedy.send(begin + std::string(kMaxHeadBytes + 1 - begin.size(), 'x'));
     EXPECT_TRUE(greedy.readToEnd().starts_with("HTTP/1.1 431"));
     EXPECT_EQ(statusOf("/"), 200);
 }
