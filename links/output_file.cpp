@@ -69,15 +69,15 @@ mode_t defaultPermissions() {
     return static_cast<mode_t>(0666) & ~mask;
 }
 
-const std::string kDescriptors = "/proc/self/fd/";
+constexpr const char* kDescriptors = "/proc/self/fd/";
 
 // Not made of the target's name: that may be as long as the file system allows.
-const std::string kTemporaryName = ".tavio-";
+constexpr const char* kTemporaryName = ".tavio-";
 
 // A file in the folder that has no name yet and vanishes with its descriptor, whatever ends the
 // program; -1 where the file system has no such files, or no way to name one later.
 int openNameless(const std::string& folder) {
-    if (::access(kDescriptors.c_str(), X_OK) != 0) return -1;
+    if (::access(kDescriptors, X_OK) != 0) return -1;
     return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
 }
 

@@ -97,7 +97,7 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
 }  // namespace
 
 bool isPrintableSize(std::int32_t width, std::int32_t height) {
-    constexpr std::int64_t kMaxEntries = std::numeric_limits<decltype(mDataArrayLength)>::max();
+    constexpr std::int64_t kMaxEntries = std::numeric_limits<std::int32_t>::max();
     return std::int64_t{width} * height <= pictures::kMaxPixels &&
            paddedWidth(width) * height <= kMaxEntries;
 }

@@ -1,4 +1,4 @@
-// The one road by which a picture becomes printer graphics.
+// Printing a picture: the one way in which it becomes printer graphics.
 #pragma once
 
 #include <cstdint>

@@ -55,7 +55,7 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
     std::size_t bytesRead = 0;
     if (representation != nullptr) {
         const std::uint64_t length = std::min(representation->size(), blockSize);
-        std::string error;  // of no interest: what was delivered is decoded, whatever it is
+        std::string error;  // not looked at: what was delivered is decoded
         bytesRead = representation->getBytes({block, length}, 0, &error);
         bytesRead = std::min<std::size_t>(bytesRead, length);
     }
@@ -94,7 +94,7 @@ bool loadAndPrint(const AssetRepresentation* representation) {
         if (!loadFile(representation)) return false;
         image = pictures::openPicture(imaging::myImageData).rows;
         if (image) image = pictures::rowsAhead(std::move(image), kRowsDecodedAhead);
-    } catch (...) {  // no memory for the copy, or a photo library that threw, whatever it threw
+    } catch (...) {  // no memory for the copy, or a photo library threw anything
         image.reset();
     }
     printPicture(std::move(image));

@@ -6,8 +6,8 @@
 namespace tavio::intake {
 
 // Draws page 1 at one pixel per point and prints it (or stores it, when LogoNumber is set) at its
-// size in dots (target_size.h). Always returns true: also for a file that is missing, no PDF,
-// encrypted, without pages or over the limits of platform/pdf_page.h, of which nothing prints.
+// size in dots (target_size.h). Nothing prints of a file that is missing, no PDF, encrypted, without
+// pages or over the limits of platform/pdf_page.h. Always returns true, for those as well.
 //
 // The page is drawn at its crop box's own coordinates on a canvas of the crop box's size. A crop
 // box that does not begin at (0, 0) therefore shifts the page and leaves a strip of the canvas

@@ -1,4 +1,4 @@
-// Which documents take which road, by the extension of their name.
+// The route that a document takes, by the extension of its name.
 #pragma once
 
 #include <string_view>

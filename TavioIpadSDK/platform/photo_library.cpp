@@ -11,9 +11,10 @@
 namespace tavio::platform {
 namespace {
 
-// Written by setPhotoLibrary, read by photoLibrary.
+// Written by setPhotoLibrary, read by photoLibrary. Never destroyed: a global object of the
+// application may still print in its destructor.
 std::shared_ptr<PhotoLibrary>& registeredLibrary() {
-    static std::shared_ptr<PhotoLibrary> library;
+    static std::shared_ptr<PhotoLibrary>& library = *new std::shared_ptr<PhotoLibrary>;
     return library;
 }
 

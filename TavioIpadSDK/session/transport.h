@@ -3,7 +3,7 @@
 //
 // The library passes no port, device name, time-out or length limit; choosing the device, turning
 // text into bytes on the wire, buffering and retrying are the transport's business. No operation
-// may throw. Results of writes, closes and clears are not looked at: a write reports nothing back.
+// may throw. Writes, closes and clears report nothing back.
 //
 // They are called on the thread of the library operation that needs them, and while a photo is
 // printed on the thread that delivers it; never on two threads at once.
