@@ -50,8 +50,8 @@ enum class ColumnKind {
     kMixed,     // two runs or more
 };
 
-// Tells the columns of one band after another, in time linear in the stream's length however many
-// bands share the same columns.
+// Answers for the columns of one band after the other, in time linear in the stream's length
+// however many bands share the same columns.
 class BandRuns {
   public:
     explicit BandRuns(BandStream& stream) : stream_(stream), longRuns_(stream) {}

@@ -58,7 +58,7 @@ struct FoundBand {
 
 // Steps through the stream, in time linear in its length however many "<RC" it holds: each byte is
 // looked at once for where commands begin and at most four times for what they say, because all
-// "<RC" before the same ">" share what it ends.
+// "<RC" before the same ">" are read together.
 class BandScanner {
   public:
     explicit BandScanner(BandStream& stream);
@@ -105,8 +105,8 @@ class BandScanner {
     std::size_t bytesRead() const { return bytesRead_; }
 
   private:
-    // What the ">" at `close` ends and what follows it: the same for every "<RC" before it, so it
-    // is read once however many there are.
+    // The command that the ">" at `close` ends, and what follows it. It is the same for every "<RC"
+    // before that ">", so it is read once however many there are.
     struct Command {
         std::size_t close;                     // index of the ">"
         std::optional<std::size_t> comma;      // index of the last "," between "<RC" and ">"

@@ -71,7 +71,7 @@ class BandStream {
         return {held_.data() + (first - base_), end - first};
     }
 
-    // The index of the first such byte from index `from` on.
+    // The index of the first byte `wanted` at or after index `from`.
     std::optional<std::size_t> find(Byte wanted, std::size_t from);
 
     // The bytes before index `first` will not be read again.

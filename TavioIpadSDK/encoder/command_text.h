@@ -52,8 +52,8 @@ inline char* writeNumber(std::int32_t number, char* to) {
     return to + 1;
 }
 
-// A number with the text before it and the text after it. From stretch to stretch two numbers of a
-// command out of three often stay what they were: the text of a number that comes again is kept.
+// A number with the text before it and the text after it. Two of the three numbers of a stretch's
+// commands are often those of the stretch before, so the text of a number that comes again is kept.
 class NumberText {
   public:
     static constexpr std::size_t kRoom = 20;  // what write() may overwrite
@@ -67,8 +67,8 @@ class NumberText {
         std::copy(after.begin(), after.end(), after_);
     }
 
-    // Puts the text at `to`, where kRoom bytes may be overwritten; returns where it ends. Always in
-    // line: called for each stretch, it would cost as much as it does.
+    // Puts the text at `to`, where kRoom bytes may be overwritten; returns where it ends. Always
+    // inlined: a call for each stretch would take as long as the work.
     [[gnu::always_inline]] Byte* write(std::int32_t number, Byte* to) {
         if (number != number_) {
             number_ = number;

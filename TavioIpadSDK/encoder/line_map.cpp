@@ -14,7 +14,7 @@ std::size_t changesIn(std::span<const Byte> bytes) {
     return changes;
 }
 
-// Lists the runs, and returns how many they are; the map has room for all of them.
+// Lists the runs and returns how many there are; the map has room for all of them.
 std::size_t listRuns(std::span<const Byte> bytes, std::int64_t start,
                      std::vector<LineParser>& map) {
     std::size_t used = 0;

@@ -79,7 +79,7 @@ void LongBlankRuns::dropPassed(std::int64_t start) {
     first_ = 0;
 }
 
-// What lies before was never asked for: it is not gone through.
+// Bytes that lie before `start` and have not been gone through are skipped: nobody asked for them.
 void LongBlankRuns::beginAt(std::int64_t start) {
     runs_.clear();
     first_ = 0;

@@ -18,7 +18,7 @@ struct LineParser {
     bool operator==(const LineParser&) const = default;
 };
 
-// Entries of a line map: as many, or more where a band has more runs.
+// A line map has this many entries, or more where a band has more runs.
 inline constexpr std::size_t LINEMAPMAX = 2500;
 
 }  // namespace tavio::encoder

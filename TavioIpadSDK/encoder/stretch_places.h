@@ -22,9 +22,9 @@ namespace tavio::encoder {
 //               row    := portraitDots - job's row    where row is portraitDots
 //
 // So in landscape a band's first stretch lies at the number of blank columns before it, without the
-// job's column, unless there are none. For instance, with the job at row 10, column 20, a band of 25
-// blank columns, 3 printing, 30 blank, 4 printing has its stretches at column 25 and at column
-// 25 + 3 + 30 + 20 = 78.
+// job's column, unless there are none. For instance, with the job at row 10, column 20, a band of
+// 25 blank columns, 3 printing, 30 blank and 4 printing has its stretches at column 25 and at
+// column 25 + 3 + 30 + 20 = 78.
 class StretchPlaces {
   public:
     StretchPlaces(const Placement& placement, const Position& afterLastBand)
