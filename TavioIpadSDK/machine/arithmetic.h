@@ -6,7 +6,7 @@
 
 namespace tavio::machine {
 
-// The sum in two's complement: what runs over the top comes back at the bottom.
+// The sum in two's complement: it wraps around on overflow.
 constexpr std::int32_t wrappingAdd(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
@@ -16,7 +16,7 @@ constexpr std::int32_t wrappingSubtract(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
-// The value truncated towards zero; beyond the range of 32 bits the nearest end of it; 0 for NaN.
+// The value truncated towards zero and clamped to the range of 32 bits; 0 for NaN.
 constexpr std::int32_t truncateToInt32(double value) {
     using Limits = std::numeric_limits<std::int32_t>;
     if (value != value) return 0;

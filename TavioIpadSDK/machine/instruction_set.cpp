@@ -29,10 +29,11 @@ const Target& targetOf(InstructionSet set) {
                          [set](const Target& target) { return target.set == set; });
 }
 
-// What the processor has among what the kernels were compiled for. Not affected by a choice.
+// The instruction sets that the processor has and that the kernels were compiled for.
+// useInstructionSet() does not change them.
 std::int64_t availableBits() {
-    // Every such processor has NEON. The vector library would say no, and complain on standard
-    // error, where the one for AES is missing, which no kernel uses.
+    // Every AArch64 processor has NEON. The vector library also asks for AES, which no kernel uses,
+    // and complains on standard error where it is missing.
     if constexpr (HWY_ARCH_ARM_A64 != 0) return HWY_NEON;
     static const std::int64_t bits = hwy::SupportedTargets() & HWY_TARGETS;
     return bits;

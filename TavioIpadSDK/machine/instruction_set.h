@@ -1,8 +1,8 @@
 // Which of the processor's vector instructions the kernels use.
 //
-// A kernel is one function that does the work on every picture dot. Each is written once, for
-// vectors of any length, compiled for several instruction sets, and picked at run time; beside it
-// stands a plain form, which says the same thing dot by dot. All forms give the same bytes.
+// A kernel is one function that works on every dot of a picture. It is written once for vectors of
+// any length, compiled for several instruction sets, and picked at run time. Beside it stands a
+// plain form that works dot by dot. All forms give the same bytes.
 #pragma once
 
 #include <string>
@@ -21,15 +21,15 @@ enum class InstructionSet {
 // "plain", "SSE4", "AVX2", "AVX-512", "NEON"
 std::string nameOf(InstructionSet set);
 
-// Those that this processor has and that the kernels were compiled for, the slowest first: kPlain
-// is always one of them.
+// The instruction sets that this processor has and that the kernels were compiled for, the slowest
+// first. kPlain is always one of them.
 std::vector<InstructionSet> availableInstructionSets();
 
-// The one in use: at first the last of those available.
+// The instruction set in use: at first the last available one.
 InstructionSet instructionSet();
 
-// Makes all kernels use this one from now on; for tests and benchmarks. One that is not available
-// leaves things as they are. Not to be called while a job is running.
+// Makes all kernels use this instruction set; for tests and benchmarks. A set that is not available
+// changes nothing. Do not call it while a job is running.
 void useInstructionSet(InstructionSet set);
 
 }  // namespace tavio::machine

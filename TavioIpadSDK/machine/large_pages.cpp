@@ -12,7 +12,7 @@ void preferLargePages(std::span<const std::byte> memory) {
     const std::uintptr_t end = (begin + memory.size()) / kLargePage * kLargePage;
     if (first >= end) return;
     void* const aligned = const_cast<std::byte*>(memory.data()) + (first - begin);
-    ::madvise(aligned, end - first, MADV_HUGEPAGE);  // where it is refused, small pages do
+    ::madvise(aligned, end - first, MADV_HUGEPAGE);  // if refused, small pages are used
 }
 
 }  // namespace tavio::machine

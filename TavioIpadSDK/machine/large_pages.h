@@ -1,4 +1,4 @@
-// Memory that is quick to be had for the first time.
+// Memory that takes few page faults when it is first used.
 #pragma once
 
 #include <cstddef>
@@ -6,12 +6,12 @@
 
 namespace tavio::machine {
 
-// Asks the system to back this memory, none of it used yet, with large pages, so that touching it
-// for the first time takes hundreds of times fewer interruptions: without, a page of dots takes
-// longer to be had than to be filled. A request only; memory too small for it is left alone.
+// Asks the system to back this memory, none of it used yet, with large pages, so that the first use
+// of it takes hundreds of times fewer page faults. Without them, the faults of a page of dots take
+// longer than filling it. It is only a request; memory too small for a large page is left alone.
 void preferLargePages(std::span<const std::byte> memory);
 
-// array.reserve(size), asking for large pages for the room that is not used yet.
+// array.reserve(size), asking for large pages for the part that is not used yet.
 template <typename Array>
 void reserveOnLargePages(Array& array, std::size_t size) {
     array.reserve(size);

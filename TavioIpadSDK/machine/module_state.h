@@ -10,8 +10,8 @@
 
 #include <string>  // tells which standard library this is
 
-// The value is there at compile time. The destructor, where it cannot be left out, comes after
-// all others: what has the first priority that a program may use is destroyed last.
+// The value is made at compile time. The destructor, where it cannot be left out, runs after all
+// others: an object with the first priority that a program may use is destroyed last.
 #if defined(__clang__)
 #define TAVIO_MODULE_STATE [[clang::no_destroy]] constinit
 #else

@@ -9,10 +9,10 @@
 namespace tavio::machine {
 
 std::unique_ptr<RegularFile> RegularFile::open(const std::string& path) {
-    // A path that C calls would cut short at a NUL byte would name another file.
+    // C calls end a path at its first NUL byte, so it would name another file.
     if (path.find('\0') != std::string::npos) return nullptr;
     std::unique_ptr<RegularFile> file(new RegularFile(-1));
-    // Without O_NONBLOCK, opening a pipe that nobody writes to would never come back.
+    // Without O_NONBLOCK, opening a pipe without a writer never returns.
     file->descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     struct stat status {};
     if (file->descriptor_ < 0 || ::fstat(file->descriptor_, &status) != 0) return nullptr;
@@ -31,9 +31,9 @@ std::uint64_t RegularFile::size() const {
 }
 
 std::optional<std::size_t> RegularFile::read(std::span<Byte> into, std::uint64_t offset) const {
-    constexpr std::uint64_t kFurthest = std::numeric_limits<off_t>::max();
+    constexpr std::uint64_t kMaxOffset = std::numeric_limits<off_t>::max();
     std::size_t used = 0;
-    while (used < into.size() && offset <= kFurthest - used) {
+    while (used < into.size() && offset <= kMaxOffset - used) {
         const ssize_t got = ::pread(descriptor_, into.data() + used, into.size() - used,
                                     static_cast<off_t>(offset + used));
         if (got < 0 && errno == EINTR) continue;

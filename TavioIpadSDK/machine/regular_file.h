@@ -14,9 +14,9 @@ namespace tavio::machine {
 
 class RegularFile {
   public:
-    // A null pointer when there is no such file, when it is not a regular one (a pipe or a device
-    // could block or never end), or when it cannot be opened. A path with a NUL byte names nothing.
-    // Throws std::bad_alloc.
+    // Returns a null pointer if the file does not exist, cannot be opened, or is not regular (a
+    // pipe or a device could block or never end). A path with a NUL byte names no file. Throws
+    // std::bad_alloc.
     static std::unique_ptr<RegularFile> open(const std::string& path);
 
     RegularFile(const RegularFile&) = delete;
@@ -26,8 +26,8 @@ class RegularFile {
     // Its length in bytes at this moment.
     std::uint64_t size() const;
 
-    // Reads from `offset` on until `into` is full or the file ends, and returns how many bytes that
-    // were; none when it cannot be read.
+    // Reads from `offset` on until `into` is full or the file ends. Returns the number of bytes, or
+    // none if the file cannot be read.
     std::optional<std::size_t> read(std::span<Byte> into, std::uint64_t offset) const;
 
   private:

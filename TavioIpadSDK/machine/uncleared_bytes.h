@@ -12,7 +12,7 @@
 
 namespace tavio::machine {
 
-// As std::allocator, but what is made without a value is left as the memory happened to be.
+// Like std::allocator, but an element made without a value is not initialised.
 template <typename T>
 struct UnclearedAllocator : std::allocator<T> {
     template <typename U>
@@ -30,9 +30,8 @@ struct UnclearedAllocator : std::allocator<T> {
     }
 };
 
-// resize(n) leaves the bytes beyond those that were there for the caller to write. So the system
-// hands out the memory of a large array bit by bit while it is being filled, not all of it before
-// the first byte is there.
+// resize(n) does not initialise the new bytes; the caller writes them. So the system hands out the
+// memory of a large array while it is being filled, not all of it before the first byte is written.
 using UnclearedBytes = std::vector<Byte, UnclearedAllocator<Byte>>;
 
 inline bool operator==(const UnclearedBytes& a, const Bytes& b) {

@@ -1,16 +1,16 @@
-// What the program tavio-pdf-page and the library say to each other.
+// The protocol between the library and the program tavio-pdf-page.
 //
 //   command  = tavio-pdf-page CPU MEMORY SIDE
 //              CPU     seconds of processor time allowed, a whole number, 1 or more
 //              MEMORY  bytes of address space allowed, a whole number
-//              SIDE    most points that a side of the crop box may have, a decimal number
+//              SIDE    the longest side of the crop box allowed, in points, a decimal number
 //   input    = the document, a regular file open for reading as file descriptor 0
 //   answer   = header pixels, on file descriptor 1; nothing follows
 //   header   = the 64 bytes of AnswerHeader, numbers in the machine's own form
 //   pixels   = columns * rows words of 32 bits as in Picture (red, green, blue, 255), the top row
 //              first; only if the outcome is kDrawn
 //
-// A program that ends before its answer is whole has failed; how it ended says why.
+// A program that ends before its answer is whole has failed; its exit status or signal says why.
 #pragma once
 
 #include <cmath>
@@ -44,7 +44,7 @@ struct AnswerHeader {
     double y = 0;
     double width = 0;
     double height = 0;
-    std::int32_t left = 0;  // where the pixels lie on the canvas
+    std::int32_t left = 0;  // the pixels' place on the canvas
     std::int32_t top = 0;
     std::uint32_t columns = 0;
     std::uint32_t rows = 0;
@@ -66,12 +66,12 @@ inline PixelBox pixelBox(double x, double y, double width, double height) {
     return {left, top, std::ceil(x + width) - left, std::ceil(height - y) - top};
 }
 
-// Whether both sides are more than 0 and at most `mostPoints`. False for NaN.
-inline bool sidesAllowed(double width, double height, double mostPoints) {
-    return width > 0 && height > 0 && width <= mostPoints && height <= mostPoints;
+// True if both sides are more than 0 and at most `maxPoints`. False for NaN.
+inline bool sidesAllowed(double width, double height, double maxPoints) {
+    return width > 0 && height > 0 && width <= maxPoints && height <= maxPoints;
 }
 
-// The header of a drawn page. The box's sides are allowed ones and its pixels fit 32 bits.
+// The header of a drawn page. The sides of the box must be allowed and its pixels must fit 32 bits.
 inline AnswerHeader drawnHeader(double x, double y, double width, double height) {
     const PixelBox box = pixelBox(x, y, width, height);
     AnswerHeader header;

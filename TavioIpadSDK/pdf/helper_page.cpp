@@ -33,7 +33,7 @@ PdfPageResult refused(PdfOutcome outcome) {
     return {outcome, std::nullopt};
 }
 
-// The document, or nothing open. Neither a pipe nor a device makes this wait.
+// The open document; not open if it is no regular file. Does not wait for a pipe or a device.
 Descriptor openDocument(const Url& url) {
     const std::string path = url.fileSystemPath();
     if (path.find('\0') != std::string::npos) return Descriptor();
@@ -50,8 +50,9 @@ bool isProgram(const std::filesystem::path& path) {
     return std::filesystem::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
 }
 
-// Beside the running program, in the installed tree that it is part of, where this library was to
-// be installed, where it was built; "" if nowhere.
+// The path of the helper program, "" if there is none. Looks beside the running program, in the
+// installed tree that the program is part of, in the library's place of installation, and in the
+// build tree.
 std::string findHelper() {
     std::error_code error;
     const std::filesystem::path running = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -72,7 +73,7 @@ std::string shortestText(Number number) {
     return {digits.data(), end};
 }
 
-// A processor time of less than a second cannot be limited.
+// The system limits processor time in whole seconds.
 std::chrono::seconds cpuLimit(const PdfLimits& limits) {
     return std::clamp<std::chrono::seconds>(limits.cpu, std::chrono::seconds(1),
                                             std::chrono::hours(24));
@@ -107,7 +108,7 @@ PdfOutcome outcomeOf(Answer answer) {
     return PdfOutcome::kHelperFailed;
 }
 
-// Why there is no whole answer.
+// The reason why the answer is not whole.
 PdfOutcome outcomeOf(const Ending& ending, const PdfLimits& limits) {
     if (ending.exitStatus == kLibrariesMissing) return PdfOutcome::kHelperMissing;
     const bool overTime = ending.processorTime >= cpuLimit(limits);
@@ -117,8 +118,8 @@ PdfOutcome outcomeOf(const Ending& ending, const PdfLimits& limits) {
     return PdfOutcome::kHelperFailed;
 }
 
-// Whether every field of a drawn page's header is what its crop box makes it.
-bool inForm(const AnswerHeader& header, const PdfLimits& limits) {
+// True if every field of a drawn page's header agrees with its crop box.
+bool isWellFormed(const AnswerHeader& header, const PdfLimits& limits) {
     if (!std::isfinite(header.x) || !std::isfinite(header.y)) return false;
     if (!sidesAllowed(header.width, header.height, limits.mostPointsPerSide)) return false;
     const PixelBox box = pixelBox(header.x, header.y, header.width, header.height);
@@ -161,7 +162,7 @@ class AnswerReader {
             return refused(PdfOutcome::kHelperFailed);
         }
         if (header.outcome != Answer::kDrawn) return refused(outcomeOf(header.outcome));
-        if (!inForm(header, limits_)) return refused(PdfOutcome::kHelperFailed);
+        if (!isWellFormed(header, limits_)) return refused(PdfOutcome::kHelperFailed);
 
         PdfPage page = blankPage(header);
         if (!fill(std::as_writable_bytes(std::span(page.picture.pixels)))) return refused(failure_);
@@ -171,7 +172,7 @@ class AnswerReader {
     }
 
   private:
-    // False: the bytes did not come; failure_ says why.
+    // Returns false and sets failure_ if the bytes did not come.
     bool fill(std::span<std::byte> into) {
         const HelperProcess::Read read = process_.read(into, deadline_);
         if (read == HelperProcess::Read::kFull) return true;

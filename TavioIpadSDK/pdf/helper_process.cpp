@@ -21,7 +21,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// Fonts and their cache are found through these; libraries in unusual places through the last.
+// Fonts and their cache are found through these, libraries in unusual places through the last one.
 constexpr std::array kKeptVariables = {
     "HOME",
     "XDG_CACHE_HOME",
@@ -41,7 +41,8 @@ std::vector<std::string> keptEnvironment() {
     return kept;
 }
 
-// The form in which a program's arguments and environment are passed. Holds pointers into `texts`.
+// A program's arguments or environment in the form that the system takes. The pointers point into
+// `texts`.
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
@@ -50,8 +51,8 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-// The same file under a number above those of the three standard streams, so that moving it into
-// the place of one of them overwrites no other.
+// The same file under a number above those of the three standard streams, so that dup2 onto one of
+// them overwrites no other.
 Descriptor aboveStandardStreams(const Descriptor& file) {
     return Descriptor(::fcntl(file.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
@@ -69,7 +70,7 @@ Pipe makePipe() {
     return {aboveStandardStreams(reading), aboveStandardStreams(writing)};
 }
 
-// What the new process does to its file descriptors before it becomes the program.
+// Sets up the file descriptors of the new process before it runs the program.
 class FileActions {
   public:
     FileActions(const Descriptor& input, const Descriptor& output) {
@@ -94,8 +95,8 @@ class FileActions {
     bool ok_ = false;
 };
 
-// A process group of its own, so that all of it can be stopped, and signals as at login: a signal
-// that the application ignores would otherwise stay ignored, the one of the time limit too.
+// A process group of its own, so that all of it can be stopped, and default signal handling: a
+// signal that the application ignores would otherwise stay ignored, SIGXCPU too.
 class Attributes {
   public:
     Attributes() {
@@ -124,13 +125,13 @@ class Attributes {
     bool ok_ = false;
 };
 
-// For poll: at least 1 while the deadline is ahead, so that waiting is never a busy loop.
+// A timeout for poll: at least 1 before the deadline, so that waiting is never a busy loop.
 int millisecondsUntil(Deadline deadline) {
     const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now()).count();
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, 60'000));
 }
 
-// Whether there is something to read, or the end of it, before the deadline.
+// True if data or the end of the stream can be read before the deadline.
 bool readableBefore(int descriptor, Deadline deadline) {
     while (steady_clock::now() < deadline) {
         pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
@@ -204,8 +205,8 @@ std::optional<Ending> HelperProcess::waitForEnd(Deadline deadline) {
     return stopAndReap();
 }
 
-// Looks again and again, more and more rarely: a process that has closed its answer mostly ends in
-// the next moment. The process stays to be reaped, so that its number stays its own.
+// Polls with growing pauses: a process that has closed its answer mostly ends at once. The process
+// is not reaped here, so its number is not used again.
 bool HelperProcess::endedBefore(Deadline deadline) const {
     auto pause = std::chrono::microseconds(100);
     while (true) {

@@ -35,18 +35,17 @@ using Deadline = std::chrono::steady_clock::time_point;
 // How a program ended.
 struct Ending {
     std::optional<int> exitStatus;  // it ended by itself
-    std::optional<int> signal;      // a signal ended it; neither: somebody else took the status
+    std::optional<int> signal;      // a signal ended it; neither: the application reaped it
     std::chrono::microseconds processorTime{0};
 };
 
-// One running program. Its process and all processes in its process group are gone when the object
-// is.
+// One running program. The destructor ends its process and all processes in its process group.
 class HelperProcess {
   public:
-    // Starts `program`, a path, with `input` as its standard input, its standard output read by
-    // this object, its error messages going nowhere, no other file descriptor, no blocked or
-    // ignored signal and, of the environment, only what finding fonts and libraries needs.
-    // `arguments` come after the program's name. None if it cannot be started.
+    // Starts `program`, a path, with `input` as its standard input. This object reads its standard
+    // output; standard error goes to /dev/null. The program gets no other file descriptor, no
+    // blocked or ignored signal, and of the environment only what it needs to find fonts and
+    // libraries. `arguments` come after the program's name. Returns none if it cannot be started.
     static std::optional<HelperProcess> start(const std::string& program,
                                               const std::vector<std::string>& arguments,
                                               const Descriptor& input);
@@ -63,7 +62,7 @@ class HelperProcess {
         kLate,  // the deadline came before `into` was full
     };
 
-    // Reads exactly into.size() bytes of the answer, waiting for them until the deadline.
+    // Reads exactly into.size() bytes of the answer and waits for them until the deadline.
     Read read(std::span<std::byte> into, Deadline deadline);
 
     // Waits until the process has ended; none if the deadline comes first. Nothing can be read

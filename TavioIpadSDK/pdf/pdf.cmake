@@ -1,4 +1,4 @@
-# Pages of PDF documents: what the library has of them, and the program that draws them.
+# Pages of PDF documents: the library's part, and the program that draws them.
 
 target_sources(tavio_sdk PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp
@@ -11,7 +11,7 @@ if(TAVIO_BUILD_PROGRAMS)
   set(built "$<TARGET_FILE_DIR:tavio-pdf-page>")
 endif()
 
-# Where the library looks for the program when it does not lie beside the running one.
+# The library looks here for the program if it does not lie beside the running one.
 file(RELATIVE_PATH TAVIO_PDF_HELPER_FROM_PROGRAM
      "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio")
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp PROPERTIES
@@ -20,6 +20,6 @@ set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp PROPERTIES
 
 if(TAVIO_BUILD_PROGRAMS)
   add_subdirectory(${CMAKE_CURRENT_LIST_DIR}/helper)
-  # Whoever builds something that prints pages can then also run it.
+  # Programs that print pages need it at run time.
   add_dependencies(tavio_sdk tavio-pdf-page)
 endif()

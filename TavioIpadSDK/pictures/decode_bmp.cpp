@@ -88,7 +88,7 @@ std::uint64_t rowBytes(const BmpHeader& header) {
     return (bits + kRowAlignmentBits - 1) / kRowAlignmentBits * (kRowAlignmentBits / 8);
 }
 
-// Read from the file in memory in any order, and so from the top.
+// Rows can be read in any order, so they are read from the top.
 class PlainBmp : public StoredPicture {
   public:
     explicit PlainBmp(BmpHeader header)
@@ -138,7 +138,7 @@ class RunLengthBmp : public StoredPicture {
     BmpHeader header_;
 };
 
-// A picture whose file lies in a BMP file. What that says about turning does not count.
+// A picture whose file lies in a BMP file. Its orientation is ignored.
 class EmbeddedPicture : public StoredPicture {
   public:
     explicit EmbeddedPicture(std::unique_ptr<StoredPicture> inner)

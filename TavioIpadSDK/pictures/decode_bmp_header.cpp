@@ -50,7 +50,8 @@ class HeaderReader {
         return value;
     }
 
-    // A field of the info header, counted from its begin; 0 where the header is too short for it.
+    // A field of the info header, at an offset from its beginning; 0 if the header is too short for
+    // it.
     std::uint32_t field(std::size_t at, unsigned bytes = 4) const {
         return at + bytes <= headerBytes_ ? number(kFileHeaderBytes + at, bytes) : 0;
     }
@@ -125,7 +126,7 @@ class HeaderReader {
 
     bool hasMasks() const { return header_.bits == 16 || header_.bits == 32; }
 
-    // Masks lie in the header or, where it is too short for them, behind it.
+    // Masks lie in the header or, if it is too short for them, after it.
     bool readMasks() {
         if (!hasMasks()) return true;
         if (stored_ == kRgb) {
@@ -154,8 +155,8 @@ class HeaderReader {
         return (mask & (mask + lowest)) == 0;
     }
 
-    // A palette that is not given a size is as large as the depth allows, or ends where the pixels
-    // begin. One that is given a size may hold more entries than can be used.
+    // A palette without a stated size is as large as the depth allows, or ends where the pixels
+    // begin. A stated size may be larger than the number of usable entries.
     bool readPalette() {
         const std::uint64_t pixelsBegin = number(10, 4);
         if (pixelsBegin < headerEnd_ || pixelsBegin > file_.size())
@@ -188,7 +189,7 @@ class HeaderReader {
 
     std::span<const Byte> file_;
     std::uint32_t headerBytes_ = 0;
-    std::size_t headerEnd_ = 0;  // with the masks behind it
+    std::size_t headerEnd_ = 0;  // with the masks after it
     std::uint32_t stored_ = kRgb;
     BmpHeader header_;
     const char* why_ = "";

@@ -14,7 +14,7 @@ namespace tavio::pictures {
 
 enum class BmpCoding { kPlain, kRunLength8, kRunLength4, kJpeg, kPng };
 
-// What is needed to read the pixels. All of it has been checked against the file's size.
+// All that is needed to read the pixels, checked against the file's size.
 struct BmpHeader {
     std::int32_t width = 0;   // 1 or more
     std::int32_t height = 0;  // 1 or more
@@ -24,7 +24,7 @@ struct BmpHeader {
     std::array<UInt32, 4> masks{};  // red, green, blue, alpha; for 16 and 32 bits
     std::vector<UInt32> palette;    // opaque pixels; for up to 8 bits
     std::span<const Byte> data;     // from the first pixel on
-    bool dataSizeStated = false;    // data ends where the header says, else with the file
+    bool dataSizeStated = false;    // by the header; if not, data ends with the file
 };
 
 struct BmpHeaderRead {

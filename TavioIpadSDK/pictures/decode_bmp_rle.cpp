@@ -62,7 +62,7 @@ class RunReader {
         move(right, up);
     }
 
-    // The row above the top one may be reached, but not drawn in.
+    // A move may end in the row above the top one, but nothing is drawn there.
     void move(std::int32_t right, std::int32_t up) {
         column_ += right;
         row_ += up;

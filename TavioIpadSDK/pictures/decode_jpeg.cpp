@@ -25,13 +25,13 @@ namespace {
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr unsigned kWholeMarker = 0xFFFF;
 
-// A few bytes of a progressive file can ask for a pass over the whole picture. Real files have
-// about ten passes; the product keeps the time bounded for large pictures.
+// A few bytes of a progressive file can ask for a scan over the whole picture. Files usually have
+// about ten scans; the limit on the product bounds the time for large pictures.
 constexpr std::uint64_t kMaxScans = 500;
 constexpr std::uint64_t kMaxScannedPixels = std::uint64_t{1} << 32;
 
-// What libjpeg works on. It reports failure by jumping back over its own frames into one of the
-// functions below that call setjmp; those hold nothing that would need a destructor.
+// Libjpeg's state. Libjpeg reports failure by longjmp over its own frames into one of the functions
+// below that call setjmp; these have no local object with a destructor.
 class JpegReader {
   public:
     JpegReader() {
@@ -58,7 +58,7 @@ class JpegReader {
         return true;
     }
 
-    // The next rows as words of a picture, all of them opaque; behind the last one the end of the
+    // Reads the next rows as opaque pixels of a picture; after the last row also the end of the
     // file.
     bool readRows(UInt32* rows, std::size_t count) {
         if (setjmp(jump_) != 0) return false;
@@ -75,7 +75,7 @@ class JpegReader {
         return true;
     }
 
-    // The markers are gone once the pixels have been read.
+    // To be called before the pixels are read: then the markers are gone.
     int orientation() const {
         constexpr std::array<Byte, 6> kExif = {'E', 'x', 'i', 'f', 0, 0};
         for (const auto* marker = decoder_.marker_list; marker != nullptr; marker = marker->next) {
@@ -101,7 +101,7 @@ class JpegReader {
         started_ = true;
     }
 
-    // Files with Adobe's marker hold how little ink there is.
+    // Files with the Adobe marker store inverted ink values.
     void toWords(UInt32* row) const {
         const Byte flip = decoder_.saw_Adobe_marker ? 0x00 : 0xFF;
         for (std::size_t column = 0; column < decoder_.output_width; ++column) {
@@ -143,8 +143,9 @@ class JpegReader {
         }
     }
 
-    // Level -1 is a warning, the others are traces. The decoder would put grey in place of what is
-    // missing or damaged and go on; only warnings that leave every pixel in its place are harmless.
+    // Level -1 is a warning, the others are traces. After a warning the decoder continues, with
+    // grey in place of missing or damaged parts; only warnings that leave every pixel right are
+    // harmless.
     static void judgeMessage(j_common_ptr decoder, int level) {
         if (level >= 0) return;
         switch (decoder->err->msg_code) {
@@ -162,10 +163,10 @@ class JpegReader {
 
     static void limitScans(j_common_ptr decoder) {
         const JpegReader& reader = readerOf(decoder);
-        const std::uint64_t most =
+        const std::uint64_t maxScans =
             std::min(kMaxScans, kMaxScannedPixels / (reader.width() * reader.height()));
         const int scan = reader.decoder_.input_scan_number;
-        if (scan > 0 && static_cast<std::uint64_t>(scan) > most)
+        if (scan > 0 && static_cast<std::uint64_t>(scan) > maxScans)
             stop(decoder, "the JPEG file has too many scans");
     }
 

@@ -8,12 +8,12 @@
 
 namespace tavio::pictures {
 
-// True when the file begins like a JPEG file.
+// True if the file begins like a JPEG file.
 bool looksLikeJpeg(std::span<const Byte> file);
 
 // Grey, RGB, YCbCr, CMYK and YCCK with 8 bits a sample, in one scan, progressive or arithmetic
-// coded. Bytes behind the end marker are ignored; a missing end marker means a file cut short.
-// Throws std::bad_alloc.
+// coded. Bytes after the end marker are ignored; a file without end marker is cut short. Throws
+// std::bad_alloc.
 OpenedFile openJpeg(std::span<const Byte> file);
 
 }  // namespace tavio::pictures

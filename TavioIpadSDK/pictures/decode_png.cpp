@@ -22,14 +22,14 @@ namespace {
 
 constexpr std::array<Byte, 8> kSignature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
 
-// No chunk beside the picture is kept, and none may be larger than this.
+// Ancillary chunks are not kept, and none may be larger than this.
 constexpr png_alloc_size_t kMaxChunkBytes = png_alloc_size_t{1} << 20;
 
-// No deflate stream unpacks to more than this many bytes for each of its own.
+// Deflate unpacks one byte to at most this many.
 constexpr std::uint64_t kMaxUnpacking = 1032;
 
-// What libpng works on. It reports failure by jumping back over its own frames into one of the
-// functions below that call setjmp; those hold nothing that would need a destructor.
+// Libpng's state. Libpng reports failure by longjmp over its own frames into one of the functions
+// below that call setjmp; these have no local object with a destructor.
 class PngReader {
   public:
     explicit PngReader(std::span<const Byte> file)
@@ -44,7 +44,7 @@ class PngReader {
     std::uint64_t width() const { return png_get_image_width(png_, info_); }
     std::uint64_t height() const { return png_get_image_height(png_, info_); }
 
-    // Bytes of the picture as it lies in the file once unpacked, without the filter bytes.
+    // The size of the unpacked picture data in bytes, without the filter bytes.
     std::uint64_t storedBytes() const {
         const unsigned depth = png_get_bit_depth(png_, info_);
         return height() * ((width() * png_get_channels(png_, info_) * depth + 7) / 8);
@@ -67,8 +67,8 @@ class PngReader {
                png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
     }
 
-    // The next rows, all of them where the picture is interlaced; behind the last one the end of
-    // the file. Four bytes a pixel: red, green, blue, alpha, not premultiplied.
+    // Reads the next rows, or all rows if the picture is interlaced; after the last row also the
+    // end of the file. Four bytes a pixel: red, green, blue, alpha, not premultiplied.
     bool readRows(png_bytep rows, std::size_t count) {
         if (setjmp(png_jmpbuf(png_)) != 0) return false;
         if (passes_ == 0 && !start()) return false;
@@ -98,7 +98,7 @@ class PngReader {
         png_set_add_alpha(png_, 0xFF, PNG_FILLER_AFTER);
         passes_ = png_set_interlace_handling(png_);
         png_read_update_info(png_, info_);
-        // A wrong checksum of the unpacked data comes as an error that could be overlooked.
+        // Libpng counts a wrong checksum of the unpacked data as a benign error.
         png_set_benign_errors(png_, 0);
         return png_get_rowbytes(png_, info_) == rowBytes();
     }
@@ -135,7 +135,7 @@ void premultiply(std::span<UInt32> pixels) {
     }
 }
 
-// Opaque samples need nothing where their four bytes are a word already.
+// On these machines the four bytes of an opaque sample are a pixel already.
 constexpr bool kSamplesAreWords = std::endian::native == std::endian::little;
 
 std::uint32_t bigEndian32(std::span<const Byte> bytes) {
@@ -148,8 +148,8 @@ bool startsLikeExif(std::span<const Byte> data) {
     return data.size() >= 2 && data[0] == data[1] && (data[0] == 'I' || data[0] == 'M');
 }
 
-// The EXIF block may stand behind the pixels, and the picture's size depends on it: so it is looked
-// for by the lengths of the chunks, before anything is unpacked. Checksums are left to the decoder.
+// The EXIF block may come after the pixels, and the picture's size depends on it. So the chunks are
+// searched for it before anything is unpacked. The decoder checks the checksums.
 //
 //   signature  { length  name  data  checksum } ...        4 + 4 + length + 4 bytes each
 int orientationOf(std::span<const Byte> file) {

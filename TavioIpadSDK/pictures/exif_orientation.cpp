@@ -11,7 +11,7 @@ constexpr std::size_t kEntryBytes = 12;
 constexpr unsigned kOrientationTag = 0x0112;
 constexpr unsigned kShortType = 3;
 
-// Reads numbers of the block's byte order; 0 for what lies outside of the block.
+// Reads numbers in the block's byte order; 0 outside of the block.
 class TiffReader {
   public:
     TiffReader(std::span<const Byte> block, bool bigEndian)

@@ -1,4 +1,4 @@
-// The orientation that a camera wrote down beside its picture.
+// The orientation in a picture file's EXIF block.
 #pragma once
 
 #include <span>
@@ -7,11 +7,10 @@
 
 namespace tavio::pictures {
 
-// `exif`: the block from its byte order mark ("II" or "MM") on, as a PNG's eXIf holds it and a
-// JPEG's APP1 holds it behind "Exif\0\0".
+// `exif`: the block from its byte order mark ("II" or "MM") on, as in a PNG's eXIf and in a JPEG's
+// APP1 after "Exif\0\0".
 //
-// Returns the orientation of the main picture, 1 to 8; 1 when there is none or anything about it is
-// malformed.
+// Returns the orientation of the main picture, 1 to 8; 1 if it is missing or malformed.
 int exifOrientation(std::span<const Byte> exif);
 
 }  // namespace tavio::pictures

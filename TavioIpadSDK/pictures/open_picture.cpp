@@ -21,7 +21,7 @@ constexpr int kMirrored = 2;
 // in a core's cache until they have been used.
 constexpr std::int32_t kStripPixels = 1 << 16;
 
-// Decodes a strip when it is asked for.
+// Decodes each strip on request.
 class StreamedRows : public PictureRows {
   public:
     explicit StreamedRows(std::unique_ptr<StoredPicture> stored)
@@ -33,9 +33,9 @@ class StreamedRows : public PictureRows {
     std::int32_t width() const override { return width_; }
     std::int32_t height() const override { return height_; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
-        const std::int32_t mostOfStrip = std::max(kStripPixels / width_, 1);
-        strip_.resize(static_cast<std::size_t>(std::min(most, mostOfStrip)) * line());
+    std::span<const UInt32> next(std::int32_t maxRows) override {
+        const std::int32_t maxRowsOfStrip = std::max(kStripPixels / width_, 1);
+        strip_.resize(static_cast<std::size_t>(std::min(maxRows, maxRowsOfStrip)) * line());
         return std::span(strip_).first(nextInto(strip_));
     }
 
@@ -50,7 +50,7 @@ class StreamedRows : public PictureRows {
                 std::reverse(row, row + width_);
         }
         row_ += count;
-        if (row_ == height_) stored_.reset();  // a progressive JPEG holds much
+        if (row_ == height_) stored_.reset();  // frees much memory of a progressive JPEG
         return rows.size();
     }
 
@@ -65,7 +65,7 @@ class StreamedRows : public PictureRows {
     std::vector<UInt32> strip_;
 };
 
-// Decodes the whole picture when its first row is asked for.
+// Decodes the whole picture on the first request.
 class WholeRows : public PictureRows {
   public:
     explicit WholeRows(std::unique_ptr<StoredPicture> stored) : stored_(std::move(stored)) {
@@ -77,13 +77,13 @@ class WholeRows : public PictureRows {
     std::int32_t width() const override { return width_; }
     std::int32_t height() const override { return height_; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
+    std::span<const UInt32> next(std::int32_t maxRows) override {
         if (stored_) {
             picture_ = readWhole(*stored_);
             rows_ = rowsOf(picture_);
             stored_.reset();
         }
-        return rows_->next(std::min(most, std::max(kStripPixels / width_, 1)));
+        return rows_->next(std::min(maxRows, std::max(kStripPixels / width_, 1)));
     }
 
   private:
@@ -102,7 +102,7 @@ std::unique_ptr<PictureRows> rowsOf(std::unique_ptr<StoredPicture> stored) {
     return std::make_unique<WholeRows>(std::move(stored));
 }
 
-// Keeps the file alive, and goes no further once something has gone wrong.
+// Keeps the file alive, and repeats its first failure.
 class FileRows : public PictureRows {
   public:
     FileRows(std::shared_ptr<const Bytes> file, std::unique_ptr<PictureRows> rows)
@@ -111,8 +111,8 @@ class FileRows : public PictureRows {
     std::int32_t width() const override { return rows_->width(); }
     std::int32_t height() const override { return rows_->height(); }
 
-    std::span<const UInt32> next(std::int32_t most) override {
-        return guarded([&] { return rows_->next(most); });
+    std::span<const UInt32> next(std::int32_t maxRows) override {
+        return guarded([&] { return rows_->next(maxRows); });
     }
 
     std::size_t nextInto(std::span<UInt32> target) override {

@@ -1,4 +1,4 @@
-// Opening a picture file whose rows are decoded as they are asked for.
+// Opening a picture file whose rows are decoded on request.
 #pragma once
 
 #include <memory>
@@ -9,10 +9,10 @@
 
 namespace tavio::pictures {
 
-// The rows of a picture file, or why there are none.
+// The rows of a picture file, or the reason why there are none.
 struct OpenedPicture {
     std::unique_ptr<PictureRows> rows;  // present: 1 x 1 pixel or more
-    std::string why;                    // when absent, as in DecodedPicture
+    std::string why;                    // if absent: as in DecodedPicture
 };
 
 // Opens a PNG, JPEG or BMP file held in memory, recognised by content, and reads no more of it than
@@ -23,14 +23,14 @@ struct OpenedPicture {
 //   if (!photo.rows) return photo.why;
 //   for (auto rows = photo.rows->next(16); !rows.empty(); rows = photo.rows->next(16)) use(rows);
 //
-// What decodePicture refuses is refused here too, by the time the last row is asked for: where it
-// shows only behind the header, PictureRows::next throws DamagedPicture with the same reason. The
-// last row is given out only after the file has been read to its end and found whole. Asked again
-// after that, next() throws again.
+// Every file that decodePicture refuses is refused here too: at once, or, if the damage lies after
+// the header, by PictureRows::next, which throws DamagedPicture with the same reason. The last row
+// is delivered only after the file has been read to its end and found whole. After a failure every
+// further next() throws again.
 //
-// Taken at once is memory for a few rows at a time and what the file's coding needs (a progressive
-// JPEG: two bytes a sample); all pixels only where the rows of a turned, an interlaced or a
-// run-length coded picture are asked for first. Never throws.
+// It takes memory for a few rows and for the file's coding (a progressive JPEG: two bytes a
+// sample). Only a turned, an interlaced or a run-length coded picture takes memory for all pixels,
+// when its first row is asked for. Never throws.
 OpenedPicture openPicture(std::shared_ptr<const Bytes> file) noexcept;
 
 }  // namespace tavio::pictures

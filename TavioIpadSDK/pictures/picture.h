@@ -8,10 +8,10 @@
 
 namespace tavio::pictures {
 
-// More pixels than this are refused before memory is taken for them (1 GiB at 4 bytes each).
+// Larger pictures are refused before memory is taken for them (1 GiB at 4 bytes a pixel).
 inline constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 
-// Stored pixels and how they have to be turned to stand upright.
+// Stored pixels and their orientation.
 //
 //   pixels[row * width + column], row 0 at the top, column 0 at the left; pixels.size() is always
 //   width * height. One pixel is one word: bits 0 to 7 red, 8 to 15 green, 16 to 23 blue, 24 to 31

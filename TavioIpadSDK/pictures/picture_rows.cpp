@@ -16,8 +16,8 @@ class RowsInMemory : public PictureRows {
     std::int32_t width() const override { return view_.width; }
     std::int32_t height() const override { return view_.height; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
-        const std::int32_t count = std::min(most, view_.height - row_);
+    std::span<const UInt32> next(std::int32_t maxRows) override {
+        const std::int32_t count = std::min(maxRows, view_.height - row_);
         const std::ptrdiff_t first = row_;
         row_ += count;
         if (isStoredUpright()) {
@@ -42,7 +42,7 @@ class RowsInMemory : public PictureRows {
 
     UprightView view_;
     std::int32_t row_ = 0;        // the next one
-    std::vector<UInt32> turned_;  // the rows that were delivered last, unless they lie in memory so
+    std::vector<UInt32> turned_;  // the rows delivered last, of a turned picture
 };
 
 }  // namespace

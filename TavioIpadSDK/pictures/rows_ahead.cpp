@@ -14,18 +14,18 @@
 namespace tavio::pictures {
 namespace {
 
-// A thread is started and ended in the time that some ten thousand pixels take.
-constexpr std::int64_t kFewPixels = std::int64_t{1} << 18;
+// Starting and ending a thread takes as long as some ten thousand pixels.
+constexpr std::int64_t kMinPixels = std::int64_t{1} << 18;
 
-// One strip is being used, one being made, and one lies ready for whoever is the faster one.
+// One strip is being used, one is being made, and one waits between the two threads.
 constexpr std::size_t kStrips = 3;
 
-// However wide a row is, a strip takes little memory.
+// Limits the memory of a strip of very wide rows.
 constexpr std::int32_t kMaxStripPixels = 1 << 21;
 
 class RowsAhead : public PictureRows {
   public:
-    // Takes `source` only once the thread is there.
+    // Takes `source` only after the thread has been started.
     RowsAhead(std::unique_ptr<PictureRows>& source, std::int32_t strip)
         : width_(source->width()),
           height_(source->height()),
@@ -46,10 +46,10 @@ class RowsAhead : public PictureRows {
     std::int32_t width() const override { return width_; }
     std::int32_t height() const override { return height_; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
+    std::span<const UInt32> next(std::int32_t maxRows) override {
         if (rest_.empty() && !isOver_) takeStrip();
         const std::size_t line = static_cast<std::size_t>(width_);
-        const std::size_t count = std::min(rest_.size(), static_cast<std::size_t>(most) * line);
+        const std::size_t count = std::min(rest_.size(), static_cast<std::size_t>(maxRows) * line);
         const std::span<const UInt32> rows = rest_.first(count);
         rest_ = rest_.subspan(count);
         return rows;
@@ -66,7 +66,7 @@ class RowsAhead : public PictureRows {
         return static_cast<std::size_t>(strip_) * static_cast<std::size_t>(width_);
     }
 
-    // The strip that was used last is free from now on.
+    // Frees the strip that was used last.
     void takeStrip() {
         if (hasStrip_) free_.release();
         filled_.acquire();
@@ -77,7 +77,7 @@ class RowsAhead : public PictureRows {
         if (strip.failure) std::rethrow_exception(std::exchange(strip.failure, nullptr));
     }
 
-    // On the thread.
+    // Runs on the thread.
     void make(PictureRows& source) {
         for (std::size_t made = 0;; ++made) {
             free_.acquire();
@@ -109,7 +109,7 @@ class RowsAhead : public PictureRows {
     const std::int32_t width_;
     const std::int32_t height_;
     const std::int32_t strip_;
-    std::unique_ptr<PictureRows> source_;  // the thread's, as long as it runs
+    std::unique_ptr<PictureRows> source_;  // used by the thread only
 
     // Each strip belongs to the side that acquired it last.
     std::array<Strip, kStrips> strips_;
@@ -117,7 +117,7 @@ class RowsAhead : public PictureRows {
     std::counting_semaphore<> filled_{0};
     std::atomic<bool> ending_ = false;
 
-    // Of the side that uses the rows.
+    // Used by the thread that takes the rows.
     std::span<const UInt32> rest_;  // of the strip in use
     std::size_t taken_ = 0;
     bool hasStrip_ = false;
@@ -129,7 +129,7 @@ class RowsAhead : public PictureRows {
 }  // namespace
 
 std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std::int32_t strip) {
-    if (std::int64_t{source->width()} * source->height() < kFewPixels) return source;
+    if (std::int64_t{source->width()} * source->height() < kMinPixels) return source;
     try {
         return std::make_unique<RowsAhead>(source, strip);
     } catch (const std::system_error&) {  // no thread to be had

@@ -1,4 +1,4 @@
-// Making a picture's rows on another core than the one that uses them.
+// Making a picture's rows ahead, on another core.
 #pragma once
 
 #include <cstdint>
@@ -8,17 +8,17 @@
 
 namespace tavio::pictures {
 
-// The rows of `source`, made ahead by a thread of their own while those before them are being used:
+// The rows of `source`, made by a thread of its own while earlier rows are being used:
 //
 //   this thread     |use 0|use 1|use 2|use 3|
 //   its own    |make 0|make 1|make 2|make 3|          at most two strips wait
 //
-// Rows come in strips of `strip` (1 or more) rows, fewer where they are very long; next() gives at
-// most what is left of one. What `source` throws is thrown when its turn comes. The thread ends with
-// the rows, at the latest when they are destroyed.
+// Rows are made in strips of `strip` (1 or more) rows, fewer if they are very long; next() gives at
+// most the rest of one strip. An exception of `source` is thrown in its place among the rows. The
+// thread ends after the last row, or when the rows are destroyed.
 //
-// A picture of few pixels, for which a thread does not pay, and one for which no thread can be had,
-// is given back as it is.
+// A small picture, for which a thread does not pay, is returned as it is, and so is any picture if
+// no thread can be started.
 std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std::int32_t strip);
 
 }  // namespace tavio::pictures

@@ -1,4 +1,4 @@
-// A picture file that has been opened, and whose pixels are decoded as far as they are asked for.
+// An opened picture file whose pixels are decoded on request.
 //
 //   decode_png.h, decode_jpeg.h, decode_bmp.h    each opens the files of its format
 //       open_file.h                              opens a file of any of them
@@ -30,14 +30,14 @@ class StoredPicture {
     std::int32_t height() const { return height_; }
     int orientation() const { return orientation_; }
 
-    // Whether the rows are only to be had all at once.
+    // True if the rows can only be read all at once.
     virtual bool comesWhole() const { return false; }
 
-    // Decodes the next rows: words as in Picture, as many rows as fit into `rows`, whose size is a
-    // multiple of the width and goes no further than the last row. Where the picture comes whole,
-    // `rows` has room for all of it, and is all 0 before. Returns from the last row only after the
+    // Decodes the next rows into `rows`: pixels as in Picture. The size of `rows` is a multiple of
+    // the width and no more than what is left of the picture. If the picture comes whole, `rows`
+    // has room for all of it and is all 0 before. The call for the last row returns only after the
     // file has been read to its end and found whole. Throws DamagedPicture (picture_rows.h) and
-    // std::bad_alloc; after either, not to be called again.
+    // std::bad_alloc; after either, do not call it again.
     virtual void read(std::span<UInt32> rows) = 0;
 
   private:
@@ -46,13 +46,13 @@ class StoredPicture {
     int orientation_;
 };
 
-// The picture, or why there is none: as DecodedPicture::why.
+// The picture, or the reason why there is none: as DecodedPicture::why.
 struct OpenedFile {
     std::unique_ptr<StoredPicture> picture;
     std::string why;
 };
 
-// All of a picture that nothing has been read of yet. Throws as StoredPicture::read.
+// Reads a whole picture, of which nothing has been read yet. Throws as StoredPicture::read.
 Picture readWhole(StoredPicture& stored);
 
 }  // namespace tavio::pictures

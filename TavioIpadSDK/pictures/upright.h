@@ -8,18 +8,18 @@
 
 namespace tavio::pictures {
 
-// The size of the picture once it stands upright: swapped for orientations 5 to 8.
+// The size of the upright picture: swapped for orientations 5 to 8.
 std::int32_t uprightWidth(const Picture& picture);
 std::int32_t uprightHeight(const Picture& picture);
 
-// The same picture with its pixels turned so that its orientation is 1. Exact: no pixel changes its
-// value. The memory of an already upright picture is moved, not copied.
+// The same picture with its pixels turned so that its orientation is 1. No pixel changes its value.
+// An upright picture is moved, not copied.
 Picture upright(Picture picture);
 
-// A picture as it stands upright, without its pixels being turned.
+// An upright view of a picture whose pixels stay where they are.
 //
 // The upright pixel at (column, row) is origin[column * columnStep + row * rowStep], for columns 0
-// to width - 1 and rows 0 to height - 1. Valid as long as the picture and unchanged; a picture
+// to width - 1 and rows 0 to height - 1. The picture must outlive the view, unchanged. A picture
 // without pixels has a view of size 0 x 0.
 struct UprightView {
     std::int32_t width = 0;

@@ -43,7 +43,7 @@ class BackgroundQueue {
             tasks_.pop_front();
             lock.unlock();
             run(task);
-            task = {};  // outside of the lock: the end of what it held may itself need the queue
+            task = {};  // without the lock: a destructor may use the queue
             lock.lock();
         }
     }
@@ -51,7 +51,7 @@ class BackgroundQueue {
     static void run(const std::function<void()>& task) {
         try {
             task();
-        } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is there to take it
+        } catch (...) {  // NOLINT(bugprone-empty-catch): there is no caller
         }
     }
 
@@ -59,7 +59,7 @@ class BackgroundQueue {
     std::condition_variable changed_;
     std::deque<std::function<void()>> tasks_;  // guarded by mutex_
     bool ending_ = false;                      // guarded by mutex_
-    std::thread worker_;                       // last: starts when all else is there
+    std::thread worker_;                       // last: it uses all of the above
 };
 
 }  // namespace

@@ -5,9 +5,9 @@
 
 namespace tavio::platform {
 
-// Has the worker run `task` some time later and returns at once. The worker is started by the first
-// task and ends with the process, after the task it is running. An exception out of a task is
-// dropped. Throws std::bad_alloc or std::system_error when the task cannot be taken.
+// Queues `task` for the worker and returns at once. The first task starts the worker; it ends with
+// the process, after the task that is running. An exception out of a task is dropped. Throws
+// std::bad_alloc or std::system_error if the task cannot be queued.
 void runInBackground(std::function<void()> task);
 
 }  // namespace tavio::platform

@@ -10,7 +10,7 @@
 namespace tavio::platform {
 namespace {
 
-// Reads to the end of the file. The size it had at first is only a first guess: files grow.
+// Reads to the end of the file. Its size at the beginning is only a guess: files grow.
 std::optional<Bytes> readToEnd(const machine::RegularFile& file) {
     constexpr std::size_t kStep = std::size_t{1} << 16;
     Bytes bytes(static_cast<std::size_t>(file.size()) + 1);
@@ -30,7 +30,7 @@ std::optional<Bytes> readToEnd(const machine::RegularFile& file) {
 
 bool fileExists(const std::string& path) {
     struct stat status {};
-    // A path that C calls would cut short at a NUL byte would name another file.
+    // C calls end a path at its first NUL byte, so it would name another file.
     return path.find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0;
 }
 

@@ -8,13 +8,12 @@
 
 namespace tavio::platform {
 
-// True when anything (file, folder, device) exists at the path. A path with a NUL byte names
-// nothing.
+// True if anything (file, folder, device) exists at the path. A path with a NUL byte names nothing.
 bool fileExists(const std::string& path);
 
-// All bytes of the regular file at the path; none when there is no such file, when it is not a
-// regular file (a pipe or a device could block or never end), when it cannot be opened or read, or
-// when memory for it cannot be had. Never throws.
+// All bytes of the regular file at the path. None if the file does not exist, cannot be opened or
+// read, is not regular (a pipe or a device could block or never end), or if there is no memory for
+// it. Never throws.
 std::optional<Bytes> readWholeFile(const std::string& path) noexcept;
 
 }  // namespace tavio::platform

@@ -13,7 +13,7 @@ Canvas::Canvas(std::int32_t width, std::int32_t height) {
 }
 
 void Canvas::placeOpaque(const Picture& picture, std::int32_t left, std::int32_t top) {
-    // In 64 bits, since a picture may lie anywhere in the 32-bit plane.
+    // In 64 bits, since the sums may be beyond 32 bits.
     const std::int64_t firstColumn = std::max<std::int64_t>(left, 0);
     const std::int64_t endColumn =
         std::min<std::int64_t>(std::int64_t{left} + picture.width, surface_.width);

@@ -7,15 +7,15 @@
 
 namespace tavio::platform {
 
-// Fully transparent when it is made; origin at the top left, rows growing downwards.
+// Fully transparent at first. The origin is at the top left, and row numbers grow downwards.
 class Canvas {
   public:
     // width, height: in pixels; a negative one counts as 0. Throws std::bad_alloc or
-    // std::length_error when there is no memory for it.
+    // std::length_error if there is no memory for it.
     Canvas(std::int32_t width, std::int32_t height);
 
     // Puts the upright, opaque `picture` on the canvas, its top left pixel at column `left`, row
-    // `top` (both may be negative or beyond the canvas). What falls outside the canvas is cut off.
+    // `top` (both may be negative or beyond the canvas). Parts outside the canvas are cut off.
     void placeOpaque(const Picture& picture, std::int32_t left, std::int32_t top);
 
     const Picture& snapshot() const { return surface_; }

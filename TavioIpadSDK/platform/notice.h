@@ -1,4 +1,4 @@
-// The modal notice: the one thing the library ever says to a person.
+// The modal notice, the library's only message to a person.
 #pragma once
 
 #include <functional>
@@ -13,12 +13,12 @@ struct Notice {
     std::string button;   // "OK"
 };
 
-// Shows a notice. May be called from the thread that prints a photo (see photo_library.h); must not
-// start a job, and should not block: the library does not wait for a person to press the button.
+// Shows a notice. May be called on the thread that prints a photo (see photo_library.h). It must
+// not start a job and should not block: the library does not wait for the button.
 using NoticeHandler = std::function<void(const Notice&)>;
 
-// Sets who shows notices from now on; an empty function restores the default, which writes
-// "title: message" as one line to standard error. Not to be changed while a job is running.
+// Sets the handler of all notices. An empty function restores the default, which writes "title:
+// message" as one line to standard error. Do not call it while a job is running.
 //
 //   platform::setNoticeHandler([](const platform::Notice& n) { showDialog(n.title, n.message); });
 void setNoticeHandler(NoticeHandler handler);

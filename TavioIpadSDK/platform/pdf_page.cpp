@@ -14,7 +14,7 @@ PdfPageSource& currentSource() {
     return source;
 }
 
-// Whether the picture holds as many pixels as it says: a source may be anyone's.
+// True if the picture has as many pixels as its size says. The application may have set the source.
 bool isWhole(const Picture& picture) {
     return picture.width >= 0 && picture.height >= 0 &&
            picture.pixels.size() ==
@@ -60,9 +60,9 @@ PdfPageResult drawPdfPage(const Url& url) noexcept {
         const PdfPageSource& source = currentSource();
         PdfPageResult result = source ? source(url) : drawPdfPageWithHelper(url);
         const bool drawn = result.outcome == PdfOutcome::kDrawn;
-        const bool isInForm = drawn == result.page.has_value();
-        if (isInForm && (!drawn || isWhole(result.page->picture))) return result;
-    } catch (...) {  // NOLINT(bugprone-empty-catch): every exception counts the same, below
+        const bool isWellFormed = drawn == result.page.has_value();
+        if (isWellFormed && (!drawn || isWhole(result.page->picture))) return result;
+    } catch (...) {  // NOLINT(bugprone-empty-catch): every exception counts as a failure, below
     }
     return {PdfOutcome::kHelperFailed, std::nullopt};
 }

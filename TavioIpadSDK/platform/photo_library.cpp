@@ -18,7 +18,7 @@ std::shared_ptr<PhotoLibrary>& registeredLibrary() {
     return library;
 }
 
-constexpr const char* kBehindTheEnd = "the offset lies behind the end of the file";
+constexpr const char* kPastTheEnd = "the offset lies behind the end of the file";
 constexpr const char* kUnreadable = "the photo cannot be read";
 
 // A picture file that is held in memory.
@@ -31,7 +31,7 @@ class BytesRepresentation : public AssetRepresentation {
     std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
                          std::string* error) const override {
         if (offset > bytes_->size()) {
-            *error = kBehindTheEnd;
+            *error = kPastTheEnd;
             return 0;
         }
         const auto start = static_cast<std::size_t>(offset);
@@ -46,7 +46,8 @@ class BytesRepresentation : public AssetRepresentation {
     std::shared_ptr<const Bytes> bytes_;
 };
 
-// A picture file on disk, held open: it stays the same file whatever becomes of its name.
+// A picture file on disk, held open: it stays the same file even if its name is removed or
+// replaced.
 class FileRepresentation : public AssetRepresentation {
   public:
     explicit FileRepresentation(std::unique_ptr<machine::RegularFile> file)
@@ -57,7 +58,7 @@ class FileRepresentation : public AssetRepresentation {
     std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
                          std::string* error) const override {
         if (offset > size()) {
-            *error = kBehindTheEnd;
+            *error = kPastTheEnd;
             return 0;
         }
         const auto count = file_->read(into, offset);
@@ -69,8 +70,8 @@ class FileRepresentation : public AssetRepresentation {
     std::unique_ptr<machine::RegularFile> file_;
 };
 
-// The largest picture there may be takes 1 GiB when nothing of it is compressed. A photo that memory
-// cannot be had for would leave its caller waiting.
+// The largest picture allowed takes 1 GiB uncompressed. If there is no memory for a photo, its
+// caller waits forever.
 constexpr std::uint64_t kMaxFileBytes = std::uint64_t{1} << 31;
 
 constexpr std::string_view kFolderPrefix = "assets-library://folder/";
@@ -119,7 +120,7 @@ void InMemoryPhotoLibrary::assetForURL(const Url& url, AssetResultHandler onResu
 }
 
 Url FolderPhotoLibrary::urlOf(const std::string& name) {
-    // Borrowed from the path form for its percent-encoding; "/" is the one byte it leaves alone.
+    // The path form does the percent-encoding; it leaves only "/" as it is.
     const std::string encoded =
         Url::fromPath("/" + name).absoluteText().substr(sizeof "file:///" - 1);
     return Url::fromText(std::string(kFolderPrefix) + encoded);

@@ -23,13 +23,13 @@ class AssetRepresentation {
     // The file's length in bytes.
     virtual std::uint64_t size() const = 0;
 
-    // Copies up to into.size() bytes from `offset` into `into` and returns how many it delivered;
-    // on failure says why in *error (never null).
+    // Copies up to into.size() bytes from `offset` on into `into` and returns their number. On
+    // failure *error (never null) gets the reason.
     virtual std::size_t getBytes(std::span<Byte> into, std::uint64_t offset,
                                  std::string* error) const = 0;
 
-    // The whole file, where it is in memory already and will not change; then it is used as it is,
-    // and neither of the above is called. A null pointer where it is not.
+    // The whole file, if it is in memory already and does not change; then neither of the above is
+    // called. Else a null pointer.
     virtual std::shared_ptr<const Bytes> fileInMemory() const { return nullptr; }
 };
 
@@ -38,21 +38,20 @@ using AssetResultHandler = std::function<void(std::shared_ptr<const AssetReprese
 // Receives why the lookup failed.
 using AssetFailureHandler = std::function<void(const std::string& error)>;
 
-// What an application registers so that photos can be printed.
+// An application registers one so that photos can be printed.
 class PhotoLibrary {
   public:
     virtual ~PhotoLibrary() = default;
 
     // Looks the asset up and then calls exactly one of the handlers, once. It may do so before it
-    // returns: the library asks on a background thread, never on the one that waits for the photo.
-    // A library that calls neither leaves its caller waiting for good.
+    // returns: it is called on a background thread, never on the one that waits for the photo. If
+    // it calls neither, the caller of the print waits forever.
     virtual void assetForURL(const Url& url, AssetResultHandler onResult,
                              AssetFailureHandler onFailure) = 0;
 };
 
-// Registers the photo library that all lookups go to from now on; a null pointer unregisters it.
-// Initially there is none, and every lookup ends in the failure handler. Not to be changed while a
-// job is running.
+// Registers the photo library for all lookups; a null pointer unregisters it. Without one every
+// lookup ends in the failure handler. Do not call it while a job is running.
 void setPhotoLibrary(std::shared_ptr<PhotoLibrary> library);
 
 // The registered photo library, or a null pointer.
@@ -66,11 +65,11 @@ std::shared_ptr<PhotoLibrary> photoLibrary();
 //   SendFile(url, 0, 0);
 class InMemoryPhotoLibrary : public PhotoLibrary {
   public:
-    // Takes a picture file and returns the asset URL that it is found by from now on. The URL ends
-    // in the extension of `name` (what follows its last "."), to the letter.
+    // Adds a picture file and returns its asset URL. The URL ends in the extension of `name` (the
+    // part after its last "."), unchanged.
     Url add(const std::string& name, Bytes file);
 
-    // The same for a file that the caller keeps too (never null): it is not copied.
+    // The same for a file that the caller shares (never null): it is not copied.
     Url share(const std::string& name, std::shared_ptr<const Bytes> file);
 
     void assetForURL(const Url& url, AssetResultHandler onResult,
@@ -82,9 +81,9 @@ class InMemoryPhotoLibrary : public PhotoLibrary {
 };
 
 // The pictures of one folder. A URL "assets-library://folder/NAME" names the file NAME in it; NAME
-// may not contain a path separator. A file is opened when it is looked up, and read when its bytes
-// are asked for; a failure to read it later than that delivers no bytes. The lookup fails where the
-// file cannot be read, or is not a regular one.
+// may not contain a path separator. A file is opened at the lookup and read when its bytes are
+// asked for; if that fails, no bytes are delivered. The lookup fails if the file is not regular or
+// cannot be read.
 class FolderPhotoLibrary : public PhotoLibrary {
   public:
     explicit FolderPhotoLibrary(std::string folder) : folder_(std::move(folder)) {}

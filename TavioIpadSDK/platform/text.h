@@ -10,8 +10,8 @@
 
 namespace tavio {
 
-// A text, or none. No text (std::nullopt) is what an undecodable file or an absent reply is; it is
-// never the same as the empty text "".
+// A text, or none. An undecodable file or a missing reply is no text (std::nullopt), which is not
+// the empty text "".
 using Text = std::optional<std::string>;
 
 }  // namespace tavio
@@ -23,8 +23,8 @@ namespace tavio::platform {
 // Zero bytes of input give the empty text.
 Text decodeUtf8(std::span<const Byte> bytes);
 
-// The text's UTF-16 code units, of each the low 8 bits: how a command text is moved into a byte
-// buffer. "A" gives 41, "é" gives E9, "€" (U+20AC) gives AC, a character above U+FFFF gives two
+// The low 8 bits of each of the text's UTF-16 code units. Command texts are written into byte
+// buffers so. "A" gives 41, "é" gives E9, "€" (U+20AC) gives AC, a character above U+FFFF gives two
 // bytes. A byte that is not part of well-formed UTF-8 stands for itself.
 Bytes lowBytesOfUtf16(std::string_view text);
 

@@ -51,7 +51,7 @@ std::size_t schemeLength(std::string_view text) {
     return colon + 1;
 }
 
-// The path as it stands in the URL: behind scheme and authority, before query and fragment.
+// The path as written in the URL: after scheme and authority, before query and fragment.
 std::string_view encodedPath(std::string_view text) {
     text.remove_prefix(schemeLength(text));
     if (text.substr(0, 2) == "//") {

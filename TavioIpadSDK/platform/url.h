@@ -16,23 +16,23 @@ class Url {
     // The URL with no text: no path, no extension.
     Url() = default;
 
-    // A URL from its text, kept to the letter. Scheme, authority, query and fragment may each be
-    // missing; a bare path is a URL too.
+    // A URL from its text, which is kept unchanged. Scheme, authority, query and fragment may each
+    // be missing; a bare path is a URL too.
     static Url fromText(std::string_view text);
 
     // The "file://" URL of a path of this machine. A relative path is taken from the current
     // folder. Every byte that may not stand in a URL's path is percent-encoded.
     static Url fromPath(std::string_view path);
 
-    // What follows the last "." of the last component of the percent-decoded path, without the
-    // dot; "" when that component has no ".". Slashes at the end of the path are passed over.
+    // The part after the last "." of the last component of the percent-decoded path; "" if that
+    // component has no ".". Slashes at the end of the path are ignored.
     std::string pathExtension() const;
 
     // The percent-decoded path. A "%" that is not followed by two hexadecimal digits stands for
     // itself.
     std::string fileSystemPath() const;
 
-    // The whole text, as the URL was made from it.
+    // The whole text that the URL was made from.
     const std::string& absoluteText() const { return text_; }
 
   private:

@@ -1,18 +1,19 @@
-// Passed rows are added up in double, times their weights, and the sums divided by the total T of the
-// weights and by 2^16, the bits behind the point. As half a unit has been added to every passed row,
-// cutting off rounds:
+// Passed rows are added up in double, times their weights. The sums are divided by the total T of
+// the weights and by 2^16, for the fraction bits. Half a unit has been added to every passed row,
+// so truncating rounds:
 //
 //     row 0 * w0 |
 //     row 1 * w1 |  added up: S      result = floor(S / (2^16 * T))
 //     row 2 * w2 |
 //
-// Sums are exact: whole numbers of at most 2^24 * T, below 2^53. Vectors then compute
+// The sums are exact: whole numbers of at most 2^24 * T, below 2^53. Vectors then compute
 //
 //     (S + 1/2) * (1 / (2^16 * T))
 //
-// Proof that cutting this to a whole number is exact for T of up to 2^26: with the 1/2, which S has
-// room for, the exact value is 2^-17 / T or more, so 2^-43, away from a whole number, and it is at
-// most 2^8. The factor and the product err by a 2^53rd part each, together by at most 2^-44.
+// Proof that truncating this to a whole number is exact for T of up to 2^26: with the 1/2, which S
+// has room for, the exact value is at least 2^-17 / T, so 2^-43, away from a whole number, and it
+// is at most 2^8. The factor and the product have a relative error of 2^-53 each, together an error
+// of at most 2^-44.
 #include "TavioIpadSDK/stretch/average_rows.h"
 
 #include <algorithm>
@@ -63,7 +64,7 @@ void addBlocks(const PassedBlock* rows, double weight, std::size_t blocks, SumBl
     }
 }
 
-// (sums + constant) * factor, cut off.
+// (sums + constant) * factor, truncated.
 HWY_INLINE Word averages(const double* sums, hn::Vec<Doubles> constant, hn::Vec<Doubles> factor) {
     const auto sum = hn::Add(hn::Load(Doubles(), sums), constant);
     return hn::DemoteTo(Words(), hn::Mul(sum, factor));

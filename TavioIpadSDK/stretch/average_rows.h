@@ -15,7 +15,7 @@ struct alignas(64) SumBlock {
     double values[kBlockValues];
 };
 
-// Adds up the passed rows that one target row covers, then divides; then the next target row.
+// Adds up the passed rows that one target row covers and divides, one target row after the other.
 class AverageRows {
   public:
     // The weights of the rows of each target row add up to `total`, 1 to 2^28.
@@ -23,8 +23,8 @@ class AverageRows {
 
     void add(const PassedRow& row, std::uint64_t weight);
 
-    // target[i] = in each channel the weighted mean of the rows added since the last time, rounded,
-    // halves up. They have as many columns as `target`.
+    // target[i] = in each channel the weighted mean of the rows added since the last call, rounded
+    // half up. They have as many columns as `target`.
     void average(std::span<UInt32> target);
 
   private:

@@ -1,5 +1,5 @@
-// Which source pixels a target pixel is made of, along one direction of a picture, and exact
-// division by what their weights add up to.
+// The source pixels of each target pixel along one direction of a picture, and exact division by
+// the sum of their weights.
 #pragma once
 
 #include <algorithm>
@@ -16,8 +16,8 @@ struct BlendOfTwo {
     std::uint64_t beyond = 0;
 };
 
-// Where a target pixel of a direction that shrinks begins: in source pixel `pixel`, of which `part`
-// target-ths lie before.
+// The beginning of a target pixel in a direction that shrinks: in source pixel `pixel`, `part` /
+// target of it lie before.
 struct Edge {
     std::uint64_t pixel = 0;
     std::uint64_t part = 0;
@@ -36,12 +36,12 @@ class Axis {
     // Grows, or stays as it is.
     bool grows() const { return target_ >= source_; }
 
-    // What the weights of any target pixel add up to; at most 2^29.
+    // The sum of the weights of any target pixel; at most 2^29.
     std::uint64_t total() const { return grows() ? 2 * target_ : source_; }
 
-    // Where the direction grows, for target pixels 0 to target() - 1. In units of 1 / total() of a
+    // For a direction that grows, and target pixels 0 to target() - 1. In units of 1 / total() of a
     // source pixel, counted from the centre of the first one, the centre of target pixel i lies at
-    // (2 * i + 1) * source - target; it is kept between the centres of the outermost source pixels.
+    // (2 * i + 1) * source - target. It is clamped to the centres of the outermost source pixels.
     BlendOfTwo blend(std::uint64_t index) const {
         const std::uint64_t centre = (2 * index + 1) * source_;
         if (centre <= target_) return {0, 0};
@@ -49,9 +49,9 @@ class Axis {
         return found.first + 1 < source_ ? found : BlendOfTwo{source_ - 1, 0};
     }
 
-    // Where the direction shrinks, for target pixels 0 to target(): each begins where the one before
-    // it ends. In units of 1 / target() of a source pixel, target pixel i covers
-    // [i, i + 1) * source.
+    // For a direction that shrinks, and target pixels 0 to target(): each begins where the one
+    // before it ends. In units of 1 / target() of a source pixel, target pixel i covers [i, i + 1)
+    // * source.
     Edge edge(std::uint64_t index) const {
         const std::uint64_t begin = index * source_;
         return {begin / target_, begin % target_};
@@ -62,8 +62,8 @@ class Axis {
     std::uint64_t target_;
 };
 
-// Exact quotients by one divisor of 1 to 2^29 without dividing: the product with the reciprocal,
-// kept to 32 bits, falls short by at most 1. Dividends must be below 2^24 * divisor.
+// Exact quotients by one divisor of 1 to 2^29 without a division: the product with the 32-bit
+// reciprocal is too small by at most 1. Dividends must be below 2^24 * divisor.
 class Divider {
   public:
     explicit Divider(std::uint64_t divisor)
@@ -73,8 +73,8 @@ class Divider {
           reciprocal_((std::uint64_t{1} << (width(divisor) + 31)) / divisor) {}
 
     std::uint64_t quotient(std::uint64_t dividend) const {
-        const std::uint64_t least = ((dividend >> drop_) * reciprocal_) >> shift_;
-        return least + (dividend - least * divisor_ >= divisor_ ? 1 : 0);
+        const std::uint64_t low = ((dividend >> drop_) * reciprocal_) >> shift_;
+        return low + (dividend - low * divisor_ >= divisor_ ? 1 : 0);
     }
 
     std::uint64_t rounded(std::uint64_t dividend) const {

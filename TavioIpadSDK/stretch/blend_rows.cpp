@@ -1,5 +1,5 @@
-// Between the passed rows u (upper) and v (lower), whole numbers of 16 bits behind the point that
-// have a half added already, lies the exact blend
+// The passed rows u (upper) and v (lower) are whole numbers with 16 fraction bits and a half added
+// already. The exact blend between them is
 //
 //     u           e = u + (v - u) * w / T           result = floor(e / 2^16)
 //     |
@@ -7,27 +7,27 @@
 //     |                 a byte   cut off
 //     v
 //
-// In floats it comes out a little wrong. That does not matter unless e is so close to a multiple of
-// 2^16 that the float may be on its other side, which hardly ever happens in photos, and often where
-// a picture is stretched by a simple factor. Vectors with such a doubtful column are blended once
-// more, in double.
+// Float arithmetic has a small error. It matters only if e is so close to a multiple of 2^16 that
+// the float may be on its other side. That is rare in photos, and common when a picture is
+// resampled by a simple factor. Vectors with such a doubtful column are blended again, in double.
 //
 //     multiples of 2^16  |                                 |
 //     doubtful           xxxx                              xxxx
 //
-// The float becomes a whole number by adding 2^24, from where on floats are even numbers: its lower
-// 23 bits are then Y, the blend's half, rounded.
+// The float becomes a whole number by adding 2^24, since floats from there on are even numbers: its
+// lower 23 bits are then Y, half of the blend, rounded.
 //
-// How wrong: u, v and v - u are exact, being whole numbers below 2^24. The share w / T as a float
-// errs by a 2^24th part, so the product by less than 1; rounding the product and the sum, or both in
-// one, adds at most 1/2 each, and the sum with 2^24 at most 1. So 2 * Y is less than 3 away from the
-// blend; and as passed rows have a margin of 4 added, it is above the e without that by more than 1
-// and by less than 7. Therefore Y mod 2^15 tells: from 4 on, 2 * Y and e lie between the same
-// multiples of 2^16, and Y / 2^15 cut off is the result. Below, it is doubtful.
+// The error: u, v and v - u are exact, being whole numbers below 2^24. The share w / T as a float
+// has a relative error of 2^-24, so the product an error below 1. Rounding the product and the sum,
+// or both in one, adds at most 1/2 each, and the sum with 2^24 at most 1. So 2 * Y is less than 3
+// away from the blend. Passed rows have a margin of 4 added, so 2 * Y is above the e without it by
+// more than 1 and by less than 7. Therefore Y mod 2^15 decides: from 4 on, 2 * Y and e lie between
+// the same multiples of 2^16, and the result is Y / 2^15, truncated. Below 4 it is doubtful.
 //
-// In double it is exact for T of up to 2^24: e is a multiple of 1/T. The share errs by a 2^53rd part,
-// so the product by at most 2^-29, and roundings add at most 2^-29 each. With 2^-26 added, the double
-// is above e by more than nothing and by less than 2^-25, so no whole number lies between the two.
+// In double it is exact for T of up to 2^24: e is a multiple of 1/T. The share has a relative error
+// of 2^-53, so the product an error of at most 2^-29, and roundings add at most 2^-29 each. With
+// 2^-26 added, the double is above e by more than 0 and by less than 2^-25, so no whole number lies
+// between the two.
 #include "TavioIpadSDK/stretch/blend_rows.h"
 
 #include <algorithm>
@@ -48,17 +48,17 @@
 namespace tavio::stretch {
 namespace {
 
-// Blocks of both rows, and the share that the lower one has in the blend.
+// Blocks of both rows, and the lower one's share of the blend.
 struct RowPair {
     const PassedBlock* upper;
     const PassedBlock* lower;
     double share;
 };
 
-constexpr int kHalvesBits = kFractionBits - 1;  // behind the point in halves of blends
+constexpr int kHalvesBits = kFractionBits - 1;  // fraction bits in halves of blends
 constexpr std::int32_t kDoubtful = 4;           // halves above a multiple; a power of 2
 constexpr double kAboveExact = 1.0 / (1 << 26);
-constexpr float kToHalves = 1 << (kFractionBits + 8);  // from here on floats are even numbers
+constexpr float kToHalves = 1 << (kFractionBits + 8);  // floats from here on are even numbers
 constexpr std::uint64_t kMaxTotal = 1 << 24;
 
 }  // namespace
@@ -116,7 +116,7 @@ HWY_INLINE Word exactly(const float* upper, const float* lower, double share) {
                        exactHalf(upper, lower, factor));
 }
 
-// All channels', whose reds are at `upper` and `lower`.
+// All channels; `upper` and `lower` point to red.
 template <bool kAlpha>
 HWY_INLINE Blends exactly(const float* upper, const float* lower, double share) {
     const auto channel = [&](std::size_t index) HWY_ATTR {

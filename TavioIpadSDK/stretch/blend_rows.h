@@ -8,8 +8,8 @@
 
 namespace tavio::stretch {
 
-// target[i] = in each channel (upper * (total - beyond) + lower * beyond) / total, rounded, halves
-// up. `total` is 1 to 2^29 and even; both rows have as many columns as `target`.
+// target[i] = in each channel (upper * (total - beyond) + lower * beyond) / total, rounded half up.
+// `total` is 1 to 2^29 and even; both rows have as many columns as `target`.
 void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
                std::uint64_t total, std::span<UInt32> target);
 

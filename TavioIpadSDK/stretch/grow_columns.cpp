@@ -1,25 +1,26 @@
-// A column's channel is the blend of those of two neighbours p and q, rounded to 16 bits behind the
-// point, halves up:
+// A column's channel is the blend of those of two neighbours p and q, rounded half up to 16
+// fraction bits:
 //
 //        p               q
 //        |-------o-------|               p * 2^16 + floor((q - p) * w * 2^16 / T + 1/2)
 //        |<- w ->|
 //        |<------ T ---->|
 //
-// Vectors have no exact division, so w * 2^16 / T is split into the whole number nearest, C, and a
-// rest, of which R = rest * 2^24 rounded is kept. With d = q - p the result is
+// Vectors have no exact division. So w * 2^16 / T is split into the nearest whole number C and a
+// rest, which is kept as R = rest * 2^24, rounded. With d = q - p the result is
 //
 //     p * 2^16 + d * C + floor((d * R + 2^23) / 2^24)
 //
 // Proof that this is exact for T below 2^17: T is even and has at most 16 factors of 2, so the rest
-// is a fraction whose denominator D is odd and at most T / 2. Thus d * rest is never half a whole
-// number, but 1 / (2 * D) >= 1/T > 2^-17 or more away from it. R errs by at most 1/2, so d * R / 2^24
-// errs by at most 255 / 2^25 < 2^-17, and both round to the same whole number. And it fits 32 bits:
-// the rest is at most 1/2 - 1/T, so |R| < 2^23 - 2^7 + 1, and 255 * (2^23 - 2^7 + 1) + 2^23 < 2^31.
+// is a fraction whose denominator D is odd and at most T / 2. Thus d * rest is at least 1 / (2 * D)
+// >= 1/T > 2^-17 away from every half of a whole number. R has an error of at most 1/2, so d * R /
+// 2^24 one of at most 255 / 2^25 < 2^-17, and both round to the same whole number. And it fits 32
+// bits: the rest is at most 1/2 - 1/T, so |R| < 2^23 - 2^7 + 1, and 255 * (2^23 - 2^7 + 1) + 2^23 <
+// 2^31.
 //
-// A vector of neighbouring columns lies between few source pixels, never more than it has lanes:
-// one load and a permutation give their left pixels, the same permutation of the pixels one further
-// their right ones, whatever the factor:
+// A vector of neighbouring columns needs no more source pixels than it has lanes. One load and a
+// permutation give their left pixels, and the same permutation of the pixels one further their
+// right ones, whatever the factor:
 //
 //     loaded         a b c d e f g h          b c d e f g h i
 //     first - base   0 0 0 1 1 2 2 2          0 0 0 1 1 2 2 2
@@ -87,7 +88,8 @@ HWY_INLINE void passChannel(Word left, Word right, Word whole, Word rest, float*
     hn::Store(hn::ConvertTo(df, value), df, out);
 }
 
-// `row` has `pixels` pixels, more than a vector has lanes. Alphas of an opaque one need no passing.
+// `row` has `pixels` pixels, more than a vector has lanes. The alphas of an opaque row are
+// constant.
 template <bool kAlpha>
 void growBlocks(const UInt32* row, std::size_t pixels, const GrownColumns& columns,
                 PassedBlock* out) {
@@ -138,9 +140,8 @@ namespace {
 
 HWY_EXPORT(growVectors);
 
-// No vector has more lanes than a block has columns, so that a row of this many pixels is enough for
-// all of them.
-constexpr std::size_t kFewestPixels = kBlockColumns + 1;
+// No vector has more lanes than a block has columns, so rows of this many pixels are long enough.
+constexpr std::size_t kMinPixels = kBlockColumns + 1;
 
 }  // namespace
 
@@ -148,7 +149,7 @@ GrowColumns::GrowColumns(const Axis& axis)
     : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
     for (std::size_t column = 0; column < blocksOf(columns_) * kBlockColumns; ++column) {
         BlendOfTwo blend = axis.blend(std::min(column, columns_ - 1));
-        // The last pixel alone is the second of the last two as well.
+        // The last pixel alone is the second one of the last pair, with all the weight.
         if (blend.first > 0 && blend.first + 1 == axis.source()) blend = {blend.first - 1, total_};
         first_.push_back(static_cast<std::int32_t>(blend.first));
         beyond_.push_back(static_cast<std::uint32_t>(blend.beyond));
@@ -168,8 +169,8 @@ void GrowColumns::pass(std::span<const UInt32> row, PassedRow& passed) const {
     passed.blocks.resize(blocksOf(columns_));
     if (!hasVectorForm_ || machine::instructionSet() == machine::InstructionSet::kPlain)
         return passPlainly(row, passed);
-    std::array<UInt32, kFewestPixels> filled{};
-    if (row.size() < kFewestPixels) {
+    std::array<UInt32, kMinPixels> filled{};
+    if (row.size() < kMinPixels) {
         std::copy(row.begin(), row.end(), filled.begin());
         row = filled;
     }

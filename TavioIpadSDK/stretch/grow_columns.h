@@ -1,4 +1,4 @@
-// The kernel that brings a source row to more columns, or to as many.
+// The kernel that resamples a source row to as many columns or more.
 #pragma once
 
 #include <cstddef>
@@ -24,12 +24,12 @@ class GrowColumns {
 
     std::size_t columns_;
     std::uint64_t total_;
-    bool hasVectorForm_;  // whether vectors give exact results for this total
+    bool hasVectorForm_;  // vectors give exact results for this total
     // Of each column, and of the unused ones that fill the last block:
     std::vector<std::int32_t> first_;    // the left one of its two source pixels
     std::vector<std::uint32_t> beyond_;  // the weight of the right one, of total_
-    std::vector<std::int32_t> whole_;    // that weight in units of 2^-16: the whole number nearest
-    std::vector<std::int32_t> rest_;     // and what it lacks, in units of 2^-40
+    std::vector<std::int32_t> whole_;    // that weight in units of 2^-16: the nearest whole number
+    std::vector<std::int32_t> rest_;     // and the rest of it, in units of 2^-40
 };
 
 }  // namespace tavio::stretch

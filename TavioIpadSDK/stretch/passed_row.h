@@ -1,4 +1,5 @@
-// A source row whose columns have been brought to the target's width, between the two passes.
+// A source row after the first pass: resampled to the target's width. The second pass resamples the
+// rows to the target's height.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +13,13 @@ namespace tavio::stretch {
 
 inline constexpr std::size_t kChannels = 4;  // red, green, blue, alpha
 
-// Channels carry so many bits behind the point between the two passes; the rows are then blended and
-// rounded a second and last time.
+// The fraction bits of a channel between the two passes. The second pass rounds again, to whole
+// numbers.
 inline constexpr int kFractionBits = 16;
 
-// Channels are kept with this much added, in units of the last of these bits. Half a unit of a
-// channel, so that cutting the fraction off a weighted mean of passed rows rounds it; and a margin
-// that tells the last pass where it cannot be sure (stretch_blend_rows.cpp).
+// The constant that is added to every channel, in units of the last fraction bit: half a unit of a
+// channel, so that truncating a weighted mean of passed rows rounds it, and a margin by which the
+// second pass finds doubtful results (blend_rows.cpp).
 inline constexpr std::int32_t kHalf = 1 << (kFractionBits - 1);
 inline constexpr std::int32_t kMargin = 4;
 inline constexpr std::int32_t kAdded = kHalf + kMargin;
@@ -36,9 +37,8 @@ struct alignas(64) PassedBlock {
 };
 
 struct PassedRow {
-    std::vector<PassedBlock>
-        blocks;             // the columns behind the row's width in the last one are unused
-    bool isOpaque = false;  // all alphas are 255; they are in the blocks nevertheless
+    std::vector<PassedBlock> blocks;  // columns past the row's width in the last one are unused
+    bool isOpaque = false;            // all alphas are 255; they are in the blocks nevertheless
 };
 
 inline std::size_t blocksOf(std::size_t columns) {

@@ -21,7 +21,7 @@ namespace {
 using pictures::DamagedPicture;
 using pictures::PictureRows;
 
-// So many rows are asked of the source at once.
+// The number of rows that are read from the source at once.
 constexpr std::int32_t kSourceRows = 16;
 
 constexpr const char* kEndsEarly = "The picture ends before its last row.";
@@ -30,10 +30,10 @@ class NoRows : public PictureRows {
   public:
     std::int32_t width() const override { return 0; }
     std::int32_t height() const override { return 0; }
-    std::span<const UInt32> next(std::int32_t /*most*/) override { return {}; }
+    std::span<const UInt32> next(std::int32_t /*maxRows*/) override { return {}; }
 };
 
-// The source as it is, but with as many rows at once as are asked for.
+// The rows of the source unchanged, but as many at once as are asked for.
 class UnchangedRows : public PictureRows {
   public:
     UnchangedRows(std::unique_ptr<PictureRows> source, std::vector<UInt32>* surface)
@@ -44,9 +44,9 @@ class UnchangedRows : public PictureRows {
     std::int32_t width() const override { return source_->width(); }
     std::int32_t height() const override { return source_->height(); }
 
-    std::span<const UInt32> next(std::int32_t most) override {
-        const std::int32_t left = std::exchange(left_, 0);  // none, should the source throw
-        const std::int32_t count = std::min(most, left);
+    std::span<const UInt32> next(std::int32_t maxRows) override {
+        const std::int32_t left = std::exchange(left_, 0);  // 0 if the source throws
+        const std::int32_t count = std::min(maxRows, left);
         if (count == 0) return {};
         const std::span<const UInt32> first = source_->next(count);
         const std::size_t wanted = static_cast<std::size_t>(count) * line();
@@ -77,13 +77,13 @@ class UnchangedRows : public PictureRows {
     std::vector<UInt32>& gathered_;
 };
 
-// Source rows brought to the target's width, in turn. The last two are kept.
+// Source rows resampled to the target's width, one after the other. The last two are kept.
 class PassedRows {
   public:
     PassedRows(std::unique_ptr<PictureRows> source, std::int32_t width)
         : pass_(passTo(Axis(source->width(), width))), source_(std::move(source)) {}
 
-    // Of any number of rows, never an earlier one than the row before the last one asked for.
+    // `index` must not be smaller than that of the last call by more than 1.
     const PassedRow& row(std::uint64_t index) {
         for (; passed_ <= index; ++passed_) {
             PassedRow& passed = kept_[passed_ % kept_.size()];
@@ -116,9 +116,9 @@ class PassedRows {
     std::uint64_t passed_ = 0;  // how many rows
 };
 
-class StretchedRows : public PictureRows {
+class ResampledRows : public PictureRows {
   public:
-    StretchedRows(std::unique_ptr<PictureRows> source, std::int32_t width, std::int32_t height,
+    ResampledRows(std::unique_ptr<PictureRows> source, std::int32_t width, std::int32_t height,
                   std::vector<UInt32>* surface)
         : width_(width),
           height_(height),
@@ -130,14 +130,13 @@ class StretchedRows : public PictureRows {
     std::int32_t width() const override { return width_; }
     std::int32_t height() const override { return height_; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
-        strip_.resize(static_cast<std::size_t>(std::min(most, height_ - next_)) * line());
+    std::span<const UInt32> next(std::int32_t maxRows) override {
+        strip_.resize(static_cast<std::size_t>(std::min(maxRows, height_ - next_)) * line());
         return std::span(strip_).first(nextInto(strip_));
     }
 
     std::size_t nextInto(std::span<UInt32> target) override {
-        const std::int32_t first =
-            std::exchange(next_, height_);  // the end, should the source throw
+        const std::int32_t first = std::exchange(next_, height_);  // the end if the source throws
         const auto room = static_cast<std::int32_t>(target.size() / line());
         const std::int32_t count = std::min(room, height_ - first);
         const std::size_t size = static_cast<std::size_t>(count) * line();
@@ -199,7 +198,7 @@ std::unique_ptr<PictureRows> resampledRows(std::unique_ptr<PictureRows> source, 
         throw std::length_error("a picture has too many pixels to be stretched");
     if (width == source->width() && height == source->height())
         return std::make_unique<UnchangedRows>(std::move(source), surface);
-    return std::make_unique<StretchedRows>(std::move(source), width, height, surface);
+    return std::make_unique<ResampledRows>(std::move(source), width, height, surface);
 }
 
 }  // namespace tavio::stretch

@@ -1,27 +1,29 @@
-// A column's channel is the mean of the source pixels that it covers, with the parts of the outermost
-// ones as weights, rounded to 16 bits behind the point, halves up:
+// A column's channel is the mean of the source pixels that it covers, weighted by the covered part
+// of each, rounded half up to 16 fraction bits:
 //
 //     source pixels   |     |     |     |     |     |     |     |      each counts `target`
 //     columns         |              |              |                  each covers `source`
 //     edge                           ^ pixel 2, part of it before
 //
-// With before[i] the sum of the pixels before pixel i, everything before an edge adds up to
+// With before[i] the sum of the pixels before pixel i, the sum of everything before an edge is
 //
 //     before[pixel] * target + row[pixel] * part
 //
-// and a column to the difference of its two edges: without a loop over the pixels, whose number
-// differs from column to column. Sums may wrap around in 32 bits, their difference is below 2^31.
+// and the sum of a column is the difference of its two edges. So there is no loop over the pixels
+// of a column, whose number varies. Sums may wrap around in 32 bits; their difference is below
+// 2^31.
 //
-// Quotients floor((sum * 2^16 + floor(T / 2)) / T) are computed as one product and one addition in
-// double, a half of 1/T added:
+// The quotients floor((sum * 2^16 + floor(T / 2)) / T) take one multiplication and one addition in
+// double, with half of 1/T added:
 //
 //     sum * (2^16 / T) + (floor(T / 2) + 1/2) / T
 //
-// Proof that cutting this to a whole number is exact for T of up to 2^20: the quotient before cutting
-// is a multiple of 1/T, so that with the half it is 1/2 of 1/T or more, so 2^-21, away from a whole
-// number. It is below 2^24; the factor errs by a 2^53rd part and so the product by at most 2^-29, the
-// constant by far less, and rounding product and sum, or both in one, adds at most 2^-29 and 2^-29.
-// Adding kAdded, which leaves the sum below 2^24, to the constant changes none of this.
+// Proof that truncating this to a whole number is exact for T of up to 2^20: the quotient is a
+// multiple of 1/T before it is truncated, so with the half of 1/T it is at least 2^-21 away from a
+// whole number. It is below 2^24. The factor has a relative error of 2^-53, so the product an error
+// of at most 2^-29, the constant a far smaller one, and rounding product and sum, or both in one,
+// adds at most 2^-29 each. kAdded in the constant leaves the sum below 2^24 and so changes none of
+// this.
 #include "TavioIpadSDK/stretch/shrink_columns.h"
 
 #include <algorithm>
@@ -39,7 +41,7 @@
 namespace tavio::stretch {
 namespace {
 
-// Columns as ShrinkColumns keeps them; the pixel and part of one edge more than there are columns.
+// Columns as ShrinkColumns keeps them. There is one edge more than there are columns.
 struct ShrunkColumns {
     std::size_t count;
     const std::uint32_t* pixel;

@@ -1,4 +1,4 @@
-// The kernel that brings a source row to fewer columns.
+// The kernel that resamples a source row to fewer columns.
 #pragma once
 
 #include <array>
@@ -27,9 +27,9 @@ class ShrinkColumns {
 
     std::size_t columns_;
     std::uint64_t total_;
-    bool hasVectorForm_;  // whether vectors give exact results for this total
-    // Of each column's beginning, and of the last one's end: the source pixel it lies in, and how
-    // many columns_-ths of that pixel lie before it.
+    bool hasVectorForm_;  // vectors give exact results for this total
+    // Of each column's beginning, and of the last one's end: its source pixel, and the part of that
+    // pixel before it, in units of 1 / columns_.
     std::vector<std::uint32_t> pixel_;
     std::vector<std::uint32_t> part_;
     std::vector<Sums> before_;  // of each source pixel: the sum of those before it

@@ -53,17 +53,17 @@ CropBox cropBoxOf(PopplerPage* page) {
     return {corners.x1, corners.y1, corners.x2 - corners.x1, corners.y2 - corners.y1};
 }
 
-// A surface's sides and a picture's pixels have limits of their own.
-bool fitsSurface(const CropBox& box, double mostPointsPerSide) {
+// A surface limits the sides, a picture limits the number of pixels.
+bool fitsSurface(const CropBox& box, double maxPointsPerSide) {
     constexpr double kMaxSide = 32767;
     if (!std::isfinite(box.x) || !std::isfinite(box.y)) return false;
-    if (!pdf::sidesAllowed(box.width, box.height, mostPointsPerSide)) return false;
+    if (!pdf::sidesAllowed(box.width, box.height, maxPointsPerSide)) return false;
     const PixelBox pixels = pdf::pixelBox(box.x, box.y, box.width, box.height);
     return pixels.columns <= kMaxSide && pixels.rows <= kMaxSide &&
            pixels.columns * pixels.rows <= static_cast<double>(pictures::kMaxPixels);
 }
 
-// Notes about the page, as against parts of it; a print leaves the former out.
+// True for annotations that are not part of the page; a print leaves them out.
 bool isScreenAid(PopplerAnnotType type) {
     return type == POPPLER_ANNOT_LINK || type == POPPLER_ANNOT_POPUP ||
            type == POPPLER_ANNOT_SOUND || type == POPPLER_ANNOT_MOVIE ||
@@ -77,10 +77,10 @@ bool isPrinted(PopplerAnnot* annotation) {
     return marked && !hidden && !isScreenAid(poppler_annot_get_annot_type(annotation));
 }
 
-// The engine can render "for printing", but then draws as for paper at high resolution: hairlines
-// become nearly white at one pixel per point, pictures are not smoothed, some patterns are missing.
-// So the page is rendered as for a screen, after every annotation has been made visible there
-// exactly if it would be printed.
+// The engine's own rendering "for printing" is made for paper at high resolution: at one pixel per
+// point, hairlines become nearly white, pictures are not smoothed, and some patterns are missing.
+// So the page is rendered as for a screen. Before that, every annotation that would be printed is
+// made visible and every other one is hidden.
 void showWhatIsPrinted(PopplerPage* page) {
     GList* annotations = poppler_page_get_annot_mapping(page);
     for (const GList* node = annotations; node != nullptr; node = node->next) {
@@ -93,8 +93,8 @@ void showWhatIsPrinted(PopplerPage* page) {
     poppler_page_free_annot_mapping(annotations);
 }
 
-// Puts the page, which the engine draws upright with its top left corner at the origin, into the
-// middle of the box; a page whose own rotation makes it wider or taller than the box is shrunk.
+// Centres the page in the box. The engine draws it upright with its top left corner at the origin.
+// A page that is wider or taller than the box because of its rotation is shrunk.
 void fitIntoBox(cairo_t* context, PopplerPage* page, const CropBox& box) {
     double width = 0;
     double height = 0;
@@ -121,7 +121,7 @@ cairo_status_t render(PopplerPage* page, const CropBox& box, cairo_surface_t* su
 
 }  // namespace
 
-DrawnPage drawPage(int descriptor, double mostPointsPerSide) {
+DrawnPage drawPage(int descriptor, double maxPointsPerSide) {
     Answer failure = Answer::kNotPdf;
     const Document document = openDocument(descriptor, failure);
     if (!document) return refused(failure);
@@ -130,14 +130,14 @@ DrawnPage drawPage(int descriptor, double mostPointsPerSide) {
     if (!page) return refused(Answer::kNotPdf);
 
     const CropBox box = cropBoxOf(page.get());
-    if (!fitsSurface(box, mostPointsPerSide)) return refused(Answer::kTooLarge);
+    if (!fitsSurface(box, maxPointsPerSide)) return refused(Answer::kTooLarge);
 
     DrawnPage drawn{pdf::drawnHeader(box.x, box.y, box.width, box.height), nullptr};
     drawn.surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
                                                    static_cast<int>(drawn.header.columns),
                                                    static_cast<int>(drawn.header.rows)));
     showWhatIsPrinted(page.get());
-    // A context in error draws nothing more: rather no page than half of one.
+    // After an error a context draws nothing more, and half a page is worse than none.
     const cairo_status_t status = render(page.get(), box, drawn.surface.get());
     if (status == CAIRO_STATUS_NO_MEMORY) return refused(Answer::kOutOfMemory);
     if (status != CAIRO_STATUS_SUCCESS) return refused(Answer::kNotPdf);

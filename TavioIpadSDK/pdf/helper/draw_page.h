@@ -20,9 +20,9 @@ struct DrawnPage {
                       // exactly when header.outcome is kDrawn
 };
 
-// Draws page 1 of the document open as `descriptor`, which is closed then or at any time before.
-// The page is drawn as it would be printed: an annotation or form field that is marked as not to be
-// printed is left out, one that is only hidden from the screen is there.
-DrawnPage drawPage(int descriptor, double mostPointsPerSide);
+// Draws page 1 of the document open as file descriptor `descriptor`, and closes it. The page is
+// drawn as it would be printed: an annotation or form field that is not marked for printing is left
+// out, and one that is only hidden on screens is drawn.
+DrawnPage drawPage(int descriptor, double maxPointsPerSide);
 
 }  // namespace tavio::pdf_helper

@@ -1,5 +1,5 @@
-// tavio-pdf-page: draws page 1 of the document on its standard input. pdf_answer.h says how it is
-// called and how it answers.
+// tavio-pdf-page: draws page 1 of the document on its standard input. pdf/answer.h describes its
+// arguments and its answer.
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -31,7 +31,7 @@ constexpr int kBadUsage = 2;
 struct Limits {
     rlim_t cpuSeconds = 0;
     rlim_t memoryBytes = 0;
-    double mostPointsPerSide = 0;
+    double maxPointsPerSide = 0;
 };
 
 template <typename Number>
@@ -44,15 +44,14 @@ bool parse(std::string_view text, Number& number) {
 std::optional<Limits> parseArguments(std::span<char* const> arguments) {
     Limits limits;
     if (arguments.size() != 4 || !parse(arguments[1], limits.cpuSeconds) ||
-        !parse(arguments[2], limits.memoryBytes) ||
-        !parse(arguments[3], limits.mostPointsPerSide)) {
+        !parse(arguments[2], limits.memoryBytes) || !parse(arguments[3], limits.maxPointsPerSide)) {
         return std::nullopt;
     }
     return limits;
 }
 
-// Lowers a limit; one that is stricter already stays. `grace` lies between the warning signal and
-// the end.
+// Lowers a limit; a stricter one stays. `grace` is the distance from the soft limit to the hard
+// one.
 bool lower(decltype(RLIMIT_AS) resource, rlim_t wanted, rlim_t grace) {
     rlimit limit{};
     if (::getrlimit(resource, &limit) != 0) return false;
@@ -61,14 +60,15 @@ bool lower(decltype(RLIMIT_AS) resource, rlim_t wanted, rlim_t grace) {
     return ::setrlimit(resource, &limit) == 0;
 }
 
-// All that is read before this comes from people who mean well.
+// Nothing of the document may be read before this.
 bool applyLimits(const Limits& limits) {
     return ::prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && ::prctl(PR_SET_DUMPABLE, 0) == 0 &&
            lower(RLIMIT_CORE, 0, 0) && lower(RLIMIT_CPU, limits.cpuSeconds, 1) &&
            lower(RLIMIT_AS, limits.memoryBytes, 0);
 }
 
-// Where the answer goes. Not the standard output: the engine may print there.
+// The file descriptor of the answer. The engine may print to standard output, so that is
+// redirected.
 int answerDescriptor = -1;
 bool answerBegun = false;
 
@@ -101,8 +101,8 @@ void answerOutOfMemory() {
     ::_exit(writeHeader(header) ? 0 : kFailed);
 }
 
-// A pixel as the surface holds it (alpha, red, green, blue from the top byte down, premultiplied)
-// as the answer wants it. What drawing left transparent shows the white below.
+// Turns a pixel of the surface (alpha, red, green, blue from the top byte down, premultiplied) into
+// one of the answer. Transparent parts show the white below.
 constexpr std::uint32_t answerPixel(std::uint32_t pixel) {
     const std::uint32_t white = 255 - (pixel >> 24);
     const std::uint32_t red = std::min(((pixel >> 16) & 255) + white, std::uint32_t{255});
@@ -111,7 +111,7 @@ constexpr std::uint32_t answerPixel(std::uint32_t pixel) {
     return red | (green << 8) | (blue << 16) | 0xFF000000U;
 }
 
-// The surface's own rows become those of the answer, so that no more memory is needed.
+// Rows are converted in place, so that no more memory is needed.
 bool writePixels(const DrawnPage& page) {
     unsigned char* row = cairo_image_surface_get_data(page.surface.get());
     const int stride = cairo_image_surface_get_stride(page.surface.get());
@@ -135,7 +135,7 @@ int run(std::span<char* const> arguments) {
     setOutOfMemoryAction(answerOutOfMemory);
     if (!applyLimits(*limits)) return kFailed;
 
-    const DrawnPage page = drawPage(STDIN_FILENO, limits->mostPointsPerSide);
+    const DrawnPage page = drawPage(STDIN_FILENO, limits->maxPointsPerSide);
     if (!writeHeader(page.header)) return kFailed;
     return page.surface == nullptr || writePixels(page) ? 0 : kFailed;
 }

@@ -1,7 +1,7 @@
-// The libraries below this program answer a failed request for memory each in its own way: one
-// aborts, one throws, one leaves out what it was about to draw. A page with a picture missing must
-// not be printed, and an abort could not be told from a crash. So this program puts itself before
-// the C library's functions: all parts of it get their memory here.
+// The libraries that this program uses handle a failed allocation differently: one aborts, one
+// throws, one leaves out what it was about to draw. A page with a missing picture must not be
+// printed, and an abort looks like a crash. So this program wraps the C library's allocation
+// functions, and all parts of it get their memory here.
 #include "TavioIpadSDK/pdf/helper/memory_guard.h"
 
 #include <cerrno>
@@ -15,8 +15,8 @@ namespace {
 
 constinit OutOfMemoryAction action = nullptr;
 
-// The C library's own function. Takes a place to remember it in, since looking it up is slow; a
-// local static would not do, because its lock may need memory.
+// The C library's own function, kept in `remembered` because looking it up is slow. A local static
+// would not do: its lock may need memory.
 template <typename Function>
 Function* original(Function*& remembered, const char* name) {
     if (remembered == nullptr) {

@@ -1,13 +1,13 @@
-// What happens when there is no more memory.
+// The action that is taken when there is no more memory.
 #pragma once
 
 namespace tavio::pdf_helper {
 
-// Called by whichever part of this program, libraries included, asks for memory that is not there,
-// in place of its own way of failing. Does not return and takes no memory.
+// Called when any part of this program, libraries included, asks for memory that is not there. It
+// must not return and must take no memory.
 using OutOfMemoryAction = void (*)();
 
-// No action to begin with: a failed request then just returns null.
+// Without an action, a failed request returns null.
 void setOutOfMemoryAction(OutOfMemoryAction action);
 
 }  // namespace tavio::pdf_helper
