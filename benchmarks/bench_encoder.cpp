@@ -6,9 +6,8 @@
 
 namespace tavio::benchmarks {
 
-// What an encode reads and writes goes with its time: the two are in proportion whatever the
-// picture holds. Pictures that only a hostile hand would make are measured with one instruction
-// set.
+// The bytes read and written are reported with the time, because the two are in proportion for any
+// picture. Hostile pictures are measured with one instruction set.
 void addEncoder(Stages& stages) {
     for (const OneBit kind : allOneBitKinds()) {
         const auto makeWork = [kind, size = stages.page()]() -> Stages::Work {

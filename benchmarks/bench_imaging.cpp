@@ -24,7 +24,7 @@ namespace {
 
 using pictures::Picture;
 
-// From the fitted picture to the bytes that are sent.
+// From the resampled picture to the bytes that are sent.
 Stages::Work printing(DotSize size, bool dithered) {
     const auto picture =
         std::make_shared<const std::optional<Picture>>(photoLike(size.width, size.height));
@@ -36,7 +36,7 @@ Stages::Work printing(DotSize size, bool dithered) {
     };
 }
 
-// A fitted picture, and room for its entries.
+// A resampled picture, and room for its entries.
 struct Fitted {
     explicit Fitted(DotSize size)
         : picture(photoLike(size.width, size.height)),
@@ -74,14 +74,14 @@ void addConversions(Stages& stages) {
     stages.add("all, threshold", [size] { return printing(size, false); });
 }
 
-// As the dither takes them.
+// Reads rows as the dither does.
 void takeAll(pictures::PictureRows& rows) {
     const std::int32_t strip = imaging::ErrorDiffusion::bestStrip();
     while (!rows.next(strip).empty()) continue;
 }
 
-void addStretch(Stages& stages, const std::string& name, DotSize from, DotSize to) {
-    stages.add("stretch, " + name, [from, to] {
+void addResampling(Stages& stages, const std::string& name, DotSize from, DotSize to) {
+    stages.add("resample, " + name, [from, to] {
         const auto picture = std::make_shared<const Picture>(photoLike(from.width, from.height));
         return [picture, to](benchmark::State&) {
             const auto rows =
@@ -96,15 +96,15 @@ void addStretch(Stages& stages, const std::string& name, DotSize from, DotSize t
 void addImaging(Stages& stages) {
     addConversions(stages);
     const DotSize page = stages.page();
-    // As a 12-megapixel photo to a letter-size page at 600 dots per inch: larger in both
+    // Like a 12-megapixel photo on a letter-size page at 600 dots per inch: larger in both
     // directions.
-    addStretch(stages, "photo to page", {page.width * 40 / 51, page.height * 5 / 11}, page);
-    // The same photo to a ticket: smaller in both directions.
-    addStretch(stages, "photo to ticket", {page.width * 40 / 51, page.height * 5 / 11},
-               {page.width * 11 / 34, page.height / 11});
-    // As a page comes: one pixel a point.
-    addStretch(stages, "page at one pixel a point", {page.width * 3 / 25, page.height * 3 / 25},
-               page);
+    addResampling(stages, "photo to page", {page.width * 40 / 51, page.height * 5 / 11}, page);
+    // The same photo on a ticket: smaller in both directions.
+    addResampling(stages, "photo to ticket", {page.width * 40 / 51, page.height * 5 / 11},
+                  {page.width * 11 / 34, page.height / 11});
+    // A PDF page: one pixel a point.
+    addResampling(stages, "page at one pixel a point", {page.width * 3 / 25, page.height * 3 / 25},
+                  page);
 }
 
 void addDecode(Stages& stages, const std::string& path) {

@@ -45,7 +45,7 @@ namespace {
 
 using pictures::Picture;
 
-// The top bits are as good as any noise.
+// Uses the top bits: the low ones have short periods.
 class Noise {
   public:
     std::uint32_t bits(int count) {
@@ -102,7 +102,7 @@ Bytes blankFile(std::uint32_t width, std::uint32_t height, std::size_t rowSize) 
     return file;
 }
 
-// The file whose band number b (0 is at the top) has the byte columnAt(b, c) in column c.
+// A file in which column c of band b (0 is at the top) is the byte columnAt(b, c).
 template <typename ColumnAt>
 Bytes bandFile(std::int32_t width, std::int32_t height, ColumnAt columnAt) {
     const auto columns = static_cast<std::size_t>(width);
@@ -143,7 +143,7 @@ Bytes falseCounts(std::int32_t width, std::int32_t height) {
     });
 }
 
-// What the library itself makes of the picture.
+// The picture as the library converts it.
 Bytes converted(const Picture& picture, bool dithered) {
     const auto nobody = sendToNobody();
     const bool before = ImageDithered;

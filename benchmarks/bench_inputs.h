@@ -1,5 +1,5 @@
-// What the benchmarks work on: pictures and bitmap files that are the same at every run, and a
-// printer that takes everything and keeps nothing.
+// The benchmarks' inputs: pictures and bitmap files, the same at every run, and a link that
+// discards all bytes.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +17,8 @@ namespace tavio::benchmarks {
 pictures::Picture textPage(std::int32_t width, std::int32_t height);   // paper and lines of letters
 pictures::Picture photoLike(std::int32_t width, std::int32_t height);  // all tones, some noise
 
-// Ready one-bit pictures, as bitmap files for the encoder. The names say what the bytes of the
-// bands (one byte is a column of 8 dots) are.
+// One-bit pictures as bitmap files for the encoder. The names describe the bytes of the bands (one
+// byte is a column of 8 dots).
 enum class OneBit {
     kText,         // textPage(), by threshold
     kPhoto,        // photoLike(), dithered
@@ -26,7 +26,7 @@ enum class OneBit {
     kStripes,      // black and blank columns in turn: a run for every column
     kComb,         // one black column in 20: a command for every column that prints
     kHalfCommand,  // "<R<R<R...": a command nearly begins everywhere
-    kCommands,     // "<RC<RC...", which do not end, in every 64th band: the black band behind it is
+    kCommands,     // "<RC<RC...", which do not end, in every 64th band: the black band after it is
                    // sent once for each
     kFalseCounts,  // blank, with commands that claim 2147483647 bytes in every second band
     kTooLong,      // "<RC<RC..." everywhere: more than a job may have, so nothing is sent
@@ -37,14 +37,14 @@ std::string nameOf(OneBit kind);  // "text", "photo", "black", "stripes", "comb"
                                   // "commands", "false-counts", "too-long"
 std::optional<OneBit> oneBitNamed(const std::string& name);
 
-// Whether what is sent for it is about as long as its own bytes: so for all pictures that are not
-// made up of the printer's commands.
+// True if about as many bytes are sent as the picture has, as for all pictures that do not contain
+// the printer's commands.
 bool isOrdinary(OneBit kind);
 
 // The bitmap file. Width and height are 32 or more, the width a multiple of 4.
 Bytes oneBitFile(OneBit kind, std::int32_t width, std::int32_t height);
 
-// Has everything that is sent from now on counted and thrown away.
+// A link that counts and discards all bytes.
 class DiscardingLink;
 std::shared_ptr<DiscardingLink> sendToNobody();
 std::uint64_t bytesSent(const DiscardingLink& link);

@@ -1,8 +1,8 @@
-// What the stages of a print cost, as Google Benchmark measures it; its options hold, and two more:
+// Measures the stages of a print with Google Benchmark. Takes its options, and three more:
 //
 //   --page=WIDTHxHEIGHT  of the page in dots; 5100x6600 if not given
 //   --photo=FILE         a photo to decode; none if not given
-//   --most-megadots=N    where growth ends; 250 if not given
+//   --most-megadots=N    the largest picture of the growth benchmark; 250 if not given
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -24,7 +24,7 @@ constexpr std::int32_t kLargestSide = 16384;
 struct Options {
     tavio::benchmarks::DotSize page;
     std::string photo;
-    std::int32_t mostMegadots = 250;
+    std::int32_t maxMegadots = 250;
 };
 
 // The number that the text begins with, 0 if none.
@@ -32,7 +32,7 @@ std::int32_t number(std::string_view text) {
     return static_cast<std::int32_t>(std::strtol(std::string(text).c_str(), nullptr, 10));
 }
 
-// Reads our own options and leaves the others in place.
+// Reads and removes our own options.
 Options takeOptions(std::vector<char*>& arguments) {
     Options options;
     std::erase_if(arguments, [&options](std::string_view argument) {
@@ -47,7 +47,7 @@ Options takeOptions(std::vector<char*>& arguments) {
             return true;
         }
         if (argument.starts_with(kMaxMegadots)) {
-            options.mostMegadots = number(argument.substr(kMaxMegadots.size()));
+            options.maxMegadots = number(argument.substr(kMaxMegadots.size()));
             return true;
         }
         return false;
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
     if (!isSide(options.page.width) || !isSide(options.page.height) ||
-        options.page.width % 4 != 0 || options.mostMegadots < 1 || options.mostMegadots > 250) {
+        options.page.width % 4 != 0 || options.maxMegadots < 1 || options.maxMegadots > 250) {
         std::fputs("bench_stages: a page or a number of megadots is out of range\n", stderr);
         return 2;
     }
@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     if (!options.photo.empty()) addDecode(*stages, options.photo);
     addImaging(*stages);
     addEncoder(*stages);
-    tavio::benchmarks::registerGrowth(options.mostMegadots);
+    tavio::benchmarks::registerGrowth(options.maxMegadots);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -1,5 +1,5 @@
-// decode_once PHOTO.jpg: decodes a JPEG file to red, green, blue and alpha, one row after the other
-// into the same place, and does nothing else: the least that any program that prints it has to do.
+// decode_once PHOTO.jpg: decodes a JPEG file to red, green, blue and alpha, each row into the same
+// memory, and does nothing else. Every program that prints the file has to do this much.
 #include <cstdio>
 #include <vector>
 

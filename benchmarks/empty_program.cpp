@@ -1,4 +1,4 @@
-// What the start of a program costs before it does anything.
+// Does nothing: measures the start of a program.
 #include <iostream>
 
 int main() {

@@ -1,7 +1,6 @@
-// encode_once make KIND WIDTH HEIGHT FILE: makes a ready one-bit picture (bench_inputs.h tells the
-// kinds), a bitmap file.
-// encode_once FILE: encodes it, so that what the whole process needs can be looked at, and says how
-// many bytes would have been sent.
+// encode_once make KIND WIDTH HEIGHT FILE: makes a one-bit picture (bench_inputs.h lists the
+// kinds), a bitmap file. encode_once FILE: encodes it, so that the whole process can be measured,
+// and prints the number of bytes that would be sent.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

@@ -1,10 +1,10 @@
-"""What is to be reached, and whether it was."""
+"""The goals, and whether they were reached."""
 import dataclasses
 
-GROWTH = 1.15  # most by which the time per dot may differ from the fastest
+GROWTH = 1.15  # the time per dot may be this much longer than the shortest
 MEMORY_OF_PHOTO = 80  # megabytes
 MEMORY_OF_TICKET = 30
-# Ready one-bit pictures for which about as much is sent as they hold.
+# One-bit pictures for which about as many bytes are sent as they have.
 JUDGED_PICTURES = ("text", "photo", "black", "stripes", "half-command")
 
 
@@ -21,7 +21,7 @@ class Goal:
 
 
 def best(sets):
-    """Of the instruction set that the library uses by itself: the last that was measured."""
+    """The figure of the instruction set that the library chooses: the last one measured."""
     return list(sets.values())[-1]
 
 

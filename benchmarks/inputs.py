@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes what whole processes are measured with, the same at every run: inputs.py FOLDER [--small].
+"""Makes the inputs of whole processes, the same at every run: inputs.py FOLDER [--small].
 
 photo.jpg   4000 x 3000 pixels: gradients, noise and sharp edges
 page.pdf    a letter-size page of text
@@ -23,7 +23,7 @@ def gradients(size):
 
 
 def noise(size, strength):
-    """Grain as of a camera: uniform noise, a little blurred, around 128."""
+    """Grain like a camera's: uniform noise, a little blurred, around 128."""
     grain = Image.frombytes("L", size, random.Random(1).randbytes(size[0] * size[1]))
     grain = grain.filter(ImageFilter.GaussianBlur(0.6))
     return grain.point([int(128 + (value - 128) * strength) for value in range(256)])

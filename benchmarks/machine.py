@@ -45,8 +45,8 @@ def compiler(build):
 
 
 def others_running():
-    """How many programs of others ran, on average over two seconds. The system's own load average
-    still tells of the build that came before."""
+    """How many other programs ran, on average over two seconds. The system's load average would
+    still include the build."""
     counts = []
     for _ in range(40):
         with open("/proc/stat", encoding="ascii") as file:

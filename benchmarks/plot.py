@@ -7,7 +7,7 @@ INK, GRID, LINE, BAND = "#1c1c1c", "#dddddd", "#0b62a4", "#e3eef7"
 
 
 def place(points):
-    """Where a number of millions of dots and a time lie in the picture."""
+    """The place of a number of millions of dots and a time in the picture."""
     most = max(x for x, _ in points)
     top = nice_top(max(y for _, y in points))
     decades = math.log10(most) or 1

@@ -1,6 +1,6 @@
 // print_once DOCUMENT WIDTH HEIGHT dither|threshold OUTPUT: prints a photo or page to a file at
-// exactly this size in dots, as an application does that knows a stock of its own. The tool offers
-// only the stocks that there are.
+// exactly this size in dots, like an application with a stock of its own. The tool has only the
+// library's stocks.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

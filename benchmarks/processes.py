@@ -1,5 +1,5 @@
-"""Whole processes: what a print takes from the start of a program to its end, and what Debian's
-tools for the same kind of work take."""
+"""Whole processes: a print from the start of a program to its end, and Debian's tools for the
+same kind of work."""
 import dataclasses
 import shutil
 import statistics
@@ -42,7 +42,7 @@ picture.convert("1", dither=Image.%s)
 
 
 class Candidates:
-    """The commands. bin: our programs; folder: the inputs and what is printed."""
+    """The commands. bin: our programs; folder: inputs and outputs."""
 
     def __init__(self, bin, folder):
         self.bin = bin
@@ -167,9 +167,9 @@ def run_once(launcher, command):
 
 
 def alternate(launcher, candidates, times):
-    """One run of each in turn, so that all see the machine in the same moods, after one of its own
-    that does not count: a virtual machine gives back what memory a program has freed, and the one
-    that comes next would pay for having it again."""
+    """One run of each in turn, so that all see the same load, each after one of its own that does
+    not count: a virtual machine gives freed memory back to its host, and the next program would
+    pay for taking it again."""
     for _ in range(times):
         for candidate in candidates:
             run_once(launcher, candidate.command)
@@ -191,8 +191,7 @@ def measure(bin, folder, photo_size, brief):
 
 
 def measure_start(bin, brief):
-    """Milliseconds from start to end of the shortest thing the tool does, and of an empty
-    program."""
+    """Milliseconds from start to end of the tool's shortest command and of an empty program."""
     version = Candidate("tavio --version", "", [f"{bin}/tavio", "--version"])
     empty = Candidate("empty program", "", [f"{bin}/empty_program"])
     alternate(f"{bin}/run_measured", [version, empty], 3 if brief else 400)
@@ -203,7 +202,7 @@ KINDS = ("text", "photo", "black", "stripes", "comb", "half-command", "commands"
 
 
 def measure_encode_memory(bin, folder, brief):
-    """Peak memory of a process that reads a ready one-bit picture and encodes it."""
+    """Peak memory of a process that reads a one-bit picture and encodes it."""
     size = BRIEF_PAGE if brief else PAGE
     rows = []
     for kind in KINDS:

@@ -1,4 +1,4 @@
-"""Puts what was measured into the text of performance.md.in."""
+"""Puts the measurements into the text of performance.md.in."""
 import datetime
 import re
 
@@ -75,7 +75,7 @@ def encode_text(stages):
                   "ns per byte read or written"), rows)
 
 
-PHOTO_STAGES = ("decode, photo", "stretch, photo to page", "dither, one core", "pack",
+PHOTO_STAGES = ("decode, photo", "resample, photo to page", "dither, one core", "pack",
                 "encode, photo")
 
 
@@ -129,8 +129,8 @@ def wire_text(rows):
 
 
 def fill(template, results, notes):
-    """The document. Every {{name}} of the template is replaced; one that is not known, or left
-    over, is an error."""
+    """The document. Every {{name}} of the template is replaced; an unknown or remaining name is an
+    error."""
     processes = results["processes"]
     texts = {
         "machine": machine_text(results["machine"], results["stages"]),

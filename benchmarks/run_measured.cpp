@@ -1,11 +1,11 @@
-// run_measured TIMES COMMAND [ARGUMENT...]: runs a program so many times, one after the other,
-// without input, its output thrown away, and prints a line for each run:
+// run_measured TIMES COMMAND [ARGUMENT...]: runs a program TIMES times, one run after the other,
+// without input or output, and prints a line for each run:
 //
 //   seconds from start to end, seconds of processor time in user mode, peak resident KiB
 //
-// Time and memory are those of the program and of the programs that it waited for; memory is that
-// of the largest of them. A program begins with the memory of the one that starts it, so this one
-// is small. Ends with status 1 as soon as a run does not end with status 0.
+// Times include the programs that it waited for; memory is that of the largest process. A program's
+// peak begins with the memory of the process that starts it, so this one is small. Ends with status
+// 1 after the first run with a status other than 0.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>

@@ -27,7 +27,7 @@ void Stages::addFor(machine::InstructionSet set, const std::string& name,
 void Stages::run(benchmark::State& state, const std::string& name, const MakeWork& makeWork) {
     if (!unit_) unit_ = std::make_unique<UnitCopy>(page_.width, page_.height);
     if (made_ != name) {
-        work_ = nullptr;  // before the next one takes memory
+        work_ = nullptr;  // frees its memory before the next one takes any
         work_ = makeWork();
         work_(state);  // so that working arrays have their size
         made_ = name;

@@ -17,9 +17,9 @@ struct DotSize {
     std::int32_t height = 6600;
 };
 
-// Registers stages with Google Benchmark, each as NAME/SET for every instruction set that there is
-// here. The unit is measured just before and after each repetition, so that both are from the same
-// moment; the counter "copies" is the time of one run of the stage in units.
+// Registers stages with Google Benchmark, each as NAME/SET for every available instruction set. The
+// unit is measured just before and after each repetition, so that both see the same load. The
+// counter "copies" is the time of one run of the stage in units.
 class Stages : public std::enable_shared_from_this<Stages> {
   public:
     using Work = std::function<void(benchmark::State&)>;  // one run of the stage
@@ -27,12 +27,12 @@ class Stages : public std::enable_shared_from_this<Stages> {
 
     explicit Stages(DotSize page) : page_(page) {}
 
-    // The size of the fitted picture.
+    // The size of the resampled picture.
     DotSize page() const { return page_; }
 
     void add(const std::string& name, const MakeWork& makeWork);
 
-    // Only with the instruction set that is in use.
+    // Registers it only with the instruction set in use.
     void addOnce(const std::string& name, const MakeWork& makeWork);
 
   private:
@@ -41,17 +41,17 @@ class Stages : public std::enable_shared_from_this<Stages> {
 
     DotSize page_;
     std::unique_ptr<UnitCopy> unit_;
-    std::string made_;  // what work_ is of: one stage's input at a time is in memory
+    std::string made_;  // the stage of work_: one input at a time is in memory
     Work work_;
 };
 
 void addUnit(Stages& stages);     // the unit itself
-void addImaging(Stages& stages);  // dither, threshold, pack, all of it, stretch
+void addImaging(Stages& stages);  // dither, threshold, pack, all of it, resample
 void addDecode(Stages& stages, const std::string& photo);  // of the photo in this file
 void addEncoder(Stages& stages);                           // encode, of ready one-bit pictures
 
 // Pictures that become 1, 2, 4 ... million dots, up to this many millions: "growth/MILLIONS", with
 // the counter "dots" for the exact number.
-void registerGrowth(std::int32_t mostMegadots);
+void registerGrowth(std::int32_t maxMegadots);
 
 }  // namespace tavio::benchmarks

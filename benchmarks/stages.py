@@ -6,12 +6,12 @@ import subprocess
 
 
 def run(program, result_file, options):
-    """Runs it with the options, and returns what it has measured: one record for each run."""
+    """Runs it with the options and returns its measurements: one record for each run."""
     subprocess.run(
         [program, f"--benchmark_out={result_file}", "--benchmark_out_format=json", *options],
         check=True,
         stdout=subprocess.DEVNULL,
-        stderr=subprocess.PIPE,  # where the library's notices go: one picture is to be refused
+        stderr=subprocess.PIPE,  # the library's notices: one picture is refused
     )
     records = json.loads(result_file.read_text())["benchmarks"]
     return [record for record in records if record["run_type"] == "iteration"]
@@ -32,7 +32,7 @@ def medians(records):
 
 
 def measure(program, folder, brief):
-    """What each stage takes with each instruction set: {stage: {set: {"ms", "copies", ...}}}."""
+    """Figures of each stage with each instruction set: {stage: {set: {"ms", "copies", ...}}}."""
     options = ["--benchmark_filter=-^growth/", f"--photo={folder / 'photo.jpg'}"]
     if brief:
         options += ["--page=640x800", "--benchmark_min_time=0.0001"]

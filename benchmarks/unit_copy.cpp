@@ -18,7 +18,7 @@ void UnitCopy::copy() {
 
 double UnitCopy::seconds() {
     constexpr int kCopies = 3;
-    copy();  // until then the caches hold what the stage worked on
+    copy();  // clears the stage's data from the caches
     const double start = secondsNow();
     for (int i = 0; i < kCopies; ++i) copy();
     return (secondsNow() - start) / kCopies;

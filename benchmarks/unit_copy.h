@@ -1,4 +1,4 @@
-// The unit that stages are measured in: copying the fitted picture's pixels in memory.
+// The unit that stages are measured in: copying the resampled picture's pixels in memory.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +8,14 @@
 
 namespace tavio::benchmarks {
 
-// Copies pictures of this size from one place in memory to another, both in use already.
+// Copies pictures of this size from one place in memory to another, after both have been used once.
 class UnitCopy {
   public:
     UnitCopy(std::int32_t width, std::int32_t height);
 
     void copy();
 
-    // What a copy takes at this moment.
+    // The time of a copy under the present load.
     double seconds();
 
   private:
@@ -23,7 +23,7 @@ class UnitCopy {
     std::vector<UInt32> to_;
 };
 
-// A clock that only runs forward.
+// A monotonic clock.
 double secondsNow();
 
 }  // namespace tavio::benchmarks

@@ -1,4 +1,4 @@
-"""What is sent for a document with each setting."""
+"""The bytes sent for a document with each setting."""
 import re
 import subprocess
 
@@ -9,7 +9,7 @@ STOCKS = {"concert": "0", "cinema": "1", "creditcard": "2", "receipt": "3", "let
 
 
 def stock_sizes(tool):
-    """{(stock number, resolution): (width, height)} in dots, as the tool tells them."""
+    """{(stock number, resolution): (width, height)} in dots, as the tool prints them."""
     listing = subprocess.run([tool, "stocks"], check=True, capture_output=True, text=True).stdout
     sizes = {}
     for line in listing.splitlines()[1:]:
@@ -20,7 +20,7 @@ def stock_sizes(tool):
 
 
 def page_points(path):
-    """The page's size in points, none where there is nothing to tell it."""
+    """The page's size in points, none if there is no program to read it."""
     try:
         told = subprocess.run(["pdfinfo", path], check=True, capture_output=True, text=True).stdout
     except FileNotFoundError:
@@ -57,8 +57,7 @@ def sizes_of(path, stocks):
 
 
 def print_to(job, command):
-    """Says what went wrong only if something did: that a page is larger than the stock is no
-    matter here."""
+    """Prints the messages only after a failure: pages larger than the stock are expected here."""
     done = subprocess.run([*command, "--to", f"file:{job}"], capture_output=True, text=True)
     if done.returncode != 0:
         raise SystemExit(done.stderr)

@@ -62,8 +62,9 @@ install(TARGETS tavio_sdk tavio_links tavio_virtual_printer tavio_preview EXPORT
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
 if(TAVIO_BUILD_PROGRAMS)
-  # A shared library lies where the tool finds it, wherever the tree has been put. Only then: in the
-  # build tree the path is padded with empty entries, which would have the loader look everywhere.
+  # The tool finds a shared library by a path relative to itself, so the installed tree can be
+  # moved. Not in the build tree: there the path is padded with empty entries, for which the loader
+  # would search the current folder.
   if(BUILD_SHARED_LIBS)
     file(RELATIVE_PATH libraries
          "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")

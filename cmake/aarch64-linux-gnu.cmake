@@ -1,5 +1,5 @@
-# Toolchain: tablets with AArch64, by Debian's cross compiler. Libraries come from Debian's arm64
-# packages, which lie beside this machine's own; programs run under QEMU, whoever starts them.
+# Toolchain for AArch64 tablets: Debian's cross compiler, with the libraries of Debian's arm64
+# packages, which lie beside this machine's own. Programs run under QEMU.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

@@ -1,4 +1,5 @@
-// Picture files: never a crash, what is decoded is whole, and read by rows it is the same.
+// Fuzzes the decoders of picture files: no crash, no partial picture, and the same pixels whole and
+// by rows.
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,6 @@
-// The printer as a device under any clients at any times: never a crash, never more than it said it
-// would take, and the same whether bytes come one by one or together, and however often it is asked.
+// Fuzzes the printer's device with any clients at any times: no crash, no more bytes taken than
+// announced, and the same result whether bytes come one by one or together and however often the
+// device is polled.
 
 #include <algorithm>
 #include <cstdlib>

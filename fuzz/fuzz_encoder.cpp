@@ -1,4 +1,4 @@
-// The encoder against its slow twin, on graphics and settings of any kind.
+// Compares the encoder with its slow twin on any graphics and settings.
 
 #include <cstdlib>
 #include <string>
@@ -53,8 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     job.orientation = std::string((data[0] & 1U) != 0 ? "<LM>" : "<PM>");
     if ((data[0] & 2U) != 0) job.logoNumber.push_back('7');
     if ((data[0] & 4U) != 0) job.path = std::string(data + 4, data + 8);
-    for (char& c : job.path)
-        c = static_cast<char>(c & 0x7F);  // twin and library differ in UTF-8 only
+    for (char& c : job.path) c = static_cast<char>(c & 0x7F);  // the two differ in UTF-8 only
     job.row = data[1] - 128;
     job.column = data[2] - 128;
     job.portraitDots = data[3] * 5;

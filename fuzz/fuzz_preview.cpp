@@ -1,5 +1,5 @@
-// The virtual printer on any bytes, cut in two anywhere: never a crash, and the same tickets as in
-// one piece.
+// Fuzzes the virtual printer with any bytes, cut in two anywhere: no crash, and the same tickets as
+// in one piece.
 
 #include <cstdlib>
 #include <span>

@@ -16,7 +16,7 @@ namespace {
 
 using Input = std::vector<std::uint8_t>;
 
-// Random bytes with pieces in them that the formats know, so that inputs get past the first check.
+// Random bytes mixed with pieces of the formats, so that inputs get past the first check.
 Input randomInput(std::mt19937_64& random) {
     static const std::string kPieces[] = {
         "<RC",          "<RC1,2>", "<G",      "<G9>", ">",   "<7>\x1B", "\x1B",

@@ -1,15 +1,15 @@
-# The Debian packages that this project is built and tested with, and how they get onto the machine.
-# Sourced by the commands in the project's root folder.
+# The Debian packages that build and test this project, and functions that install them. Sourced by
+# the commands in the project's root folder.
 
 build_packages=(
   g++ cmake ninja-build pkg-config
   libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libcli11-dev libcpp-httplib-dev
-  fonts-urw-base35 poppler-data # faces and encodings that PDF documents may use without bringing them
+  fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
 )
 test_packages=(libgtest-dev iproute2)
 check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)
 browser_packages=(chromium) # and Node.js with npm, see need_node
-# To build for tablets and to run what was built; name:architecture is another processor's package.
+# To build for AArch64 and run the programs; name:architecture is another processor's package.
 cross_packages=(g++-aarch64-linux-gnu qemu-user libpng-dev:arm64 libjpeg62-turbo-dev:arm64 libhwy-dev:arm64)
 
 bench_packages=(libbenchmark-dev python3 python3-pil) # and python3-pil is a peer
@@ -28,7 +28,7 @@ as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# Those of the given packages that are not installed.
+# The given packages that are not installed.
 missing_of() {
   local package
   for package in "$@"; do
@@ -36,14 +36,14 @@ missing_of() {
   done
 }
 
-may_install() { # missing packages: or says why they cannot be installed
+may_install() { # missing packages: else prints why not
   [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null || {
     echo "These packages are missing, and installing them needs root or sudo: $*" >&2
     return 1
   }
 }
 
-# Installs those of the given packages that are missing, and says so.
+# Installs the missing ones of the given packages, and prints their names.
 need_packages() {
   local missing
   mapfile -t missing < <(missing_of "$@")
@@ -55,8 +55,8 @@ need_packages() {
       apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# The packages for AArch64. Where the package sources have none, the machine is left as it was: with
-# an architecture that cannot be had, every later `apt-get update` would fail.
+# Installs the packages for AArch64. If the package sources have none, the architecture is removed
+# again: with it every later `apt-get update` would fail.
 need_cross_packages() {
   local missing added=no
   mapfile -t missing < <(missing_of "${cross_packages[@]}")
@@ -72,7 +72,7 @@ need_cross_packages() {
   return 1
 }
 
-# Node.js and its package manager, from wherever the machine has them, else from Debian.
+# Node.js and its package manager: the machine's own, else Debian's.
 need_node() {
   command -v node >/dev/null && command -v npm >/dev/null || need_packages nodejs npm
 }

@@ -1,5 +1,5 @@
-// Prints a photo into a job file and onto a preview, looks at what came out, and does not reach a
-// printer that is not there: consumer FOLDER PHOTO JOB.bin
+// Prints a photo into a job file and onto a preview, checks both, and fails to reach a printer that
+// does not exist: consumer FOLDER PHOTO JOB.bin
 #include <TavioIpadSDK/TavioIpadSDK.h>
 #include <filesystem>
 #include <iostream>

@@ -16,7 +16,7 @@ struct CairoDeleter {
 using Surface = std::unique_ptr<cairo_surface_t, CairoDeleter>;
 using Context = std::unique_ptr<cairo_t, CairoDeleter>;
 
-// Throws when cairo has run into an error on the way.
+// Throws after an error of cairo.
 inline void require(cairo_status_t status) {
     if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
 }
@@ -50,7 +50,7 @@ double textWidth(cairo_t* c, const Face& face, const std::string& text);
 void drawText(cairo_t* c, const Face& face, Point at, const std::string& text);
 void drawCentred(cairo_t* c, const Face& face, Point at, const std::string& text);
 
-// Text that fills the width to the letter, whatever its own width would be.
+// Text that is scaled to fill the width exactly.
 void drawFitted(cairo_t* c, Face face, Point at, double width, const std::string& text);
 
 // Letters along a circle, centred on the top of it, reading clockwise; or on its bottom, reading
@@ -58,7 +58,7 @@ void drawFitted(cairo_t* c, Face face, Point at, double width, const std::string
 void drawOnCircle(cairo_t* c, const Face& face, Point centre, double radius, bool atBottom,
                   const std::string& text);
 
-// Lines that repeat as long as the width goes: a strip of water.
+// Lines that repeat over the whole width: a strip of water.
 void drawWaves(cairo_t* c, const Box& box, int count, double length);
 
 // A box whose corners are bitten off, as tickets have them.

@@ -17,7 +17,7 @@ namespace tavio::examples {
 namespace {
 
 constexpr int kSide = 576;
-constexpr int kMargin = 8;  // white, as on a paper print; whole blocks of 8, so that it stays white
+constexpr int kMargin = 8;  // white; whole JPEG blocks of 8, so that it stays white
 constexpr double kHorizon = 330;
 constexpr Point kSun{372, 262};
 constexpr double kPi = std::numbers::pi;
@@ -93,7 +93,7 @@ void hill(cairo_t* c, const Hill& hill) {
              shade);
 }
 
-// A small steady source of numbers from 0 to 1: the picture is the same every time.
+// Numbers from 0 to 1, the same at every run.
 class Chance {
   public:
     double next() {
@@ -262,7 +262,7 @@ void writeRows(jpeg_compress_struct& jpeg, cairo_surface_t* surface) {
     }
 }
 
-// An error of libjpeg ends this program, with its message: the default of that library.
+// By libjpeg's default, an error prints a message and ends the program.
 void writeJpeg(const std::string& path, cairo_surface_t* surface) {
     File file(std::fopen(path.c_str(), "wb"), std::fclose);
     if (!file) throw std::runtime_error(path + " cannot be written");
