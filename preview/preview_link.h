@@ -12,13 +12,13 @@
 
 namespace tavio::links {
 
-// Draws what a printer with this stock, resolution and orientation would print. The first ticket is
-// written to the path, the next ones to names with a number: ticket.png, ticket-2.png, ticket-3.png,
-// ... A portrait ticket is turned upright.
+// Draws the tickets that a printer with this stock, resolution and orientation would print. The
+// first ticket is written to the path, the next ones to names with a number: ticket.png,
+// ticket-2.png, ticket-3.png, ... A portrait ticket is turned upright.
 //
-// No file appears or is replaced before commit(). Several jobs may come before it: their tickets are
-// numbered on. The first job after it begins with the first name again. A job that fails spoils what
-// has not been committed, and all later jobs fail for the same reason.
+// No file is created or replaced before commit(). Several jobs may come before it; their tickets
+// are numbered consecutively. The first job after it begins with the first name again. After a
+// failed job nothing can be committed, and all later jobs fail for the same reason.
 //
 //   auto size = virtual_printer::ticketSize(/*stock*/ 0, /*resolution*/ 300);
 //   auto preview = std::make_shared<links::PreviewLink>(
@@ -28,19 +28,19 @@ namespace tavio::links {
 //   if (!preview->commit()) return tellTheUser(preview->failure());
 class PreviewLink : public LocalLink {
   public:
-    // More tickets than this are counted only.
+    // Further tickets are only counted.
     static constexpr std::uint64_t kMaxPictures = 100;
 
     // Throws std::invalid_argument for a ticket size outside its ranges.
     PreviewLink(std::string path, const virtual_printer::PrinterSettings& settings);
 
-    // Puts the pictures in their places, after close(); true on success.
+    // Creates or replaces the files, after close(); true on success.
     bool commit();
 
-    // Tickets that left the printer, those that were only counted included.
+    // The number of all tickets, also those that were only counted.
     std::uint64_t ticketCount() const { return ticketCount_; }
 
-    // What the printer found wrong with the stream.
+    // The printer's problems with the stream.
     const virtual_printer::ProblemList& problems() const { return printer_.problems(); }
 
   protected:
@@ -51,14 +51,14 @@ class PreviewLink : public LocalLink {
 
   private:
     void draw(const virtual_printer::FinishedTicket& ticket);
-    bool spoil(const std::string& why);
-    void beginAnew();
+    bool markUnusable(const std::string& why);
+    void restart();
 
     std::string path_;
-    std::string spoiled_;  // why nothing can be committed any more; "" while it can
+    std::string lastingFailure_;  // why nothing can be committed; "" if it can
     bool committed_ = false;
     std::uint64_t ticketCount_ = 0;
-    std::deque<OutputFile> pictures_;  // the first is there before its ticket
+    std::deque<OutputFile> pictures_;  // the first one is opened before its ticket
     virtual_printer::Printer printer_;
 };
 

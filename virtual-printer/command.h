@@ -25,17 +25,17 @@ enum class CommandKind : std::uint8_t {
     kClearMemory,
     kCut,
     kEject,
-    kUnknown,  // a "<...>" that means nothing, or an ESC that begins nothing
+    kUnknown,  // an unknown "<...>", or an ESC without a meaning
 };
 
-// The most bytes of one command, "<" and ">" included.
+// The maximum length of a command, "<" and ">" included.
 inline constexpr std::size_t kMaxCommandBytes = 64;
 
 struct Command {
     std::uint64_t offset = 0;  // of its first byte, from the start of the stream
     CommandKind kind = CommandKind::kUnknown;
-    std::string_view text;                    // its bytes, as they came; valid during the call
-    std::array<std::int32_t, 2> arguments{};  // as the kind says; 0 where it has none
+    std::string_view text;                    // its bytes as received; valid during the call
+    std::array<std::int32_t, 2> arguments{};  // depends on the kind; 0 if it has none
 };
 
 }  // namespace tavio::virtual_printer

@@ -26,10 +26,11 @@ std::size_t utf8Length(Byte lead) {
     return lead >= 0xC0 ? 2 : 1;
 }
 
-// How many bytes at the end of the text begin a UTF-8 character whose end is still to come.
+// The number of bytes at the end of the text that are the beginning of an incomplete UTF-8
+// character.
 std::size_t unfinishedTail(std::string_view text) {
-    const std::size_t most = std::min<std::size_t>(3, text.size());
-    for (std::size_t length = 1; length <= most; ++length) {
+    const std::size_t maxTail = std::min<std::size_t>(3, text.size());
+    for (std::size_t length = 1; length <= maxTail; ++length) {
         const auto byte = static_cast<Byte>(text[text.size() - length]);
         const bool continues = (byte & 0xC0U) == 0x80U;
         if (!continues) return utf8Length(byte) > length ? length : 0;
@@ -177,7 +178,7 @@ void CommandReader::closeCommand() {
     }
 }
 
-// What looked like a command goes back to being text.
+// The bytes of what looked like a command are text.
 void CommandReader::giveUpCommand() {
     sink_->problem(commandOffset_, "a \"<\" that begins no command");
     for (std::size_t i = 0; i < command_.size(); ++i) {

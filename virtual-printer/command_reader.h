@@ -15,8 +15,8 @@
 //   "<p>"  "<q>"            cut the ticket, eject it without a cut
 //   anything else           text
 //
-// Numbers are decimal with an optional minus sign; a number beyond 32 bits counts as the nearest
-// 32-bit one. Commands are printable characters between "<" and ">", kMaxCommandBytes at most.
+// Numbers are decimal with an optional minus sign, and saturate to 32 bits. Commands are printable
+// characters between "<" and ">", kMaxCommandBytes at most.
 #pragma once
 
 #include <cstddef>
@@ -29,22 +29,22 @@
 
 namespace tavio::virtual_printer {
 
-// The most bytes of one text() event; a longer run of text comes as several, cut between
+// The maximum length of one text() event; a longer run of text comes as several, cut between
 // characters.
 inline constexpr std::size_t kMaxTextBytes = 256;
 
 struct ParsedCommand;
 
-// Receives what CommandReader finds, in the order of the stream. For the same stream the calls are
-// the same wherever its chunks were cut, except that graphics may come in other pieces.
+// Receives the commands, graphics and text of a stream in its order. The calls do not depend on how
+// the stream is cut into chunks, except that graphics may come in other pieces.
 class CommandSink {
   public:
     virtual ~CommandSink() = default;
 
     virtual void command(const Command& command) = 0;
 
-    // The bytes of the graphics command last announced, in pieces of 1 byte or more, and their
-    // end. The end also comes when the stream stops early, after the problem that says so.
+    // The bytes of the last graphics command, in pieces of 1 byte or more, and their end. If the
+    // stream stops early, the end comes too, after the problem about it.
     virtual void graphicsBytes(std::span<const Byte> bytes) = 0;
     virtual void graphicsEnd() = 0;
 
@@ -52,9 +52,9 @@ class CommandSink {
     // first byte.
     virtual void text(std::uint64_t offset, std::span<const Byte> bytes) = 0;
 
-    // Something is wrong: an unknown command (after its event), a "<" without its ">" (the bytes
-    // come as text), a negative count, a logo without its end, or the stream stops inside a
-    // command, graphics or a logo. One sentence, printable ASCII.
+    // An error in the stream: an unknown command (after its event), a "<" without its ">" (the
+    // bytes come as text), a negative count, a logo without its end, or the end of the stream
+    // inside a command, graphics or a logo. One sentence, printable ASCII.
     virtual void problem(std::uint64_t offset, std::string_view text) = 0;
 
   protected:
@@ -63,9 +63,9 @@ class CommandSink {
     CommandSink& operator=(const CommandSink&) = default;
 };
 
-// A push parser: feed() takes the stream in chunks of any size, finish() says that it is over.
-// After finish() the reader is as new, and the next feed() begins another stream at offset 0.
-// Memory is constant, whatever comes: a graphics command's bytes are handed on as they arrive.
+// A push parser: feed() takes the stream in chunks of any size, finish() ends it. After finish()
+// the next feed() begins another stream at offset 0. Memory use is constant: the bytes of graphics
+// are handed on as they arrive.
 //
 //   CommandReader reader(sink);
 //   while (auto n = read(buffer)) reader.feed({buffer, n});
@@ -85,7 +85,7 @@ class CommandReader {
     enum class State : std::uint8_t {
         kText,      // between commands
         kCommand,   // after "<"
-        kNumber,    // after "<n>", which ESC would make the beginning of a logo
+        kNumber,    // after "<n>": an ESC makes it the beginning of a logo
         kEscape,    // after ESC
         kGraphics,  // inside counted bytes
     };
@@ -121,7 +121,7 @@ class CommandReader {
     std::string text_;
     std::uint64_t textOffset_ = 0;
 
-    // The graphics being read: bytes announced and still to come.
+    // The graphics being read: the stated number of bytes, and the number still to come.
     std::uint32_t graphicsCount_ = 0;
     std::uint32_t graphicsLeft_ = 0;
 

@@ -31,7 +31,7 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// The numbers of a command, when there are exactly that many.
+// The numbers of a command, if there are exactly `count`.
 std::optional<std::array<std::int32_t, 2>> parseArguments(std::string_view text, int count) {
     std::array<std::int32_t, 2> values{};
     if (count == 0) return text.empty() ? std::optional(values) : std::nullopt;
@@ -53,9 +53,9 @@ std::optional<std::int32_t> parseNumber(std::string_view text) {
     if (text.empty() || !std::all_of(text.begin(), text.end(), isDigit)) return std::nullopt;
 
     using Limits = std::numeric_limits<std::int32_t>;
-    const std::int64_t most = negative ? -std::int64_t{Limits::min()} : Limits::max();
+    const std::int64_t limit = negative ? -std::int64_t{Limits::min()} : Limits::max();
     std::int64_t value = 0;
-    for (const char digit : text) value = std::min(value * 10 + (digit - '0'), most);
+    for (const char digit : text) value = std::min(value * 10 + (digit - '0'), limit);
     return static_cast<std::int32_t>(negative ? -value : value);
 }
 

@@ -1,4 +1,4 @@
-// What the text between "<" and ">" means.
+// The meaning of a command's text.
 #pragma once
 
 #include <array>
@@ -15,11 +15,11 @@ struct ParsedCommand {
     std::array<std::int32_t, 2> arguments{};
 };
 
-// The whole text is one decimal number with an optional minus sign, and saturates to 32 bits; none
-// for anything else.
+// The number, saturated to 32 bits, if the whole text is one decimal number with an optional minus
+// sign; none for anything else.
 std::optional<std::int32_t> parseNumber(std::string_view text);
 
-// Of a command's text, "<" and ">" included. "<n>" alone means nothing here: it is kUnknown.
+// Takes a command's text, "<" and ">" included. "<n>" alone is kUnknown here.
 ParsedCommand parseCommand(std::string_view text);
 
 }  // namespace tavio::virtual_printer

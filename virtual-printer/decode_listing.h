@@ -5,8 +5,9 @@
 //   0000026  <G8>  graphics: 8 columns, 36 dots
 //   0000038  text: "Row A\r\n"
 //
-// Columns are separated by two blanks: offset in decimal (7 digits or more), command, meaning.
-// Bytes that are not printable ASCII are shown as \r, \n, \t, \\, \" or \xNN.
+// Columns are separated by two spaces: offset in decimal (7 digits or more), command, meaning.
+// Bytes that are not printable ASCII are shown as \r,
+// , \t, \\, \" or \xNN.
 #pragma once
 
 #include <array>
@@ -19,13 +20,11 @@
 
 namespace tavio::virtual_printer {
 
-// Writes each line as soon as the command is complete, so that a stream of any length needs little
-// memory, and after the stream its problems:
+// Writes each line as soon as its command is complete, so that a stream of any length needs little
+// memory. After the stream it writes the problems, if there are any:
 //
 //   problems: 1
 //   0000038  graphics cut short: 12 of 40 bytes
-//
-// (and nothing where there are none).
 //
 //   DecodeListing listing(std::cout);
 //   while (auto n = read(buffer)) listing.feed({buffer, n});
@@ -43,8 +42,7 @@ class DecodeListing {
     // To be called once, after the last feed().
     void finish();
 
-    // What is wrong with the stream as text; logos that were never stored and dots beside the
-    // ticket are found by Printer.
+    // The stream's syntax errors. Unknown logos and dots outside the ticket are found by Printer.
     const ProblemList& problems() const;
 
   private:

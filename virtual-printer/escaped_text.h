@@ -1,4 +1,4 @@
-// Bytes of a stream as text that can be shown anywhere.
+// Bytes of a stream as printable ASCII.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace tavio::virtual_printer {
 
-// Printable ASCII as it is, but \\ and \" for backslash and quotation mark; \r, \n, \t; \xNN for
-// every other byte.
+// Printable ASCII unchanged, but \\ and \" for backslash and quotation mark; \r,
+// , \t; \xNN for every other byte.
 std::string escaped(std::string_view bytes);
 
 // The same between quotation marks.

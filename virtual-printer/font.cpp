@@ -101,7 +101,7 @@ constexpr std::array<Glyph, kGlyphCount> kGlyphs = cutOutAll();
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-// Length by the first byte, 0 where it begins no character.
+// The character's length by its first byte, 0 if no character begins with it.
 std::size_t lengthOf(std::uint8_t lead) {
     if (lead < 0x80) return 1;
     if (lead >= 0xC2 && lead < 0xE0) return 2;

@@ -1,4 +1,4 @@
-// A plain face of 5 by 7 dots for text that is sent between commands.
+// A plain face of 5 by 7 dots for the text between commands.
 #pragma once
 
 #include <array>
@@ -22,12 +22,12 @@ using Glyph = std::array<std::uint8_t, kGlyphRows>;
 const Glyph& glyphOf(char32_t character);
 
 struct DecodedCharacter {
-    char32_t character = 0;  // U+FFFD for bytes that are not UTF-8
+    char32_t character = 0;  // U+FFFD for a byte that is not UTF-8
     std::size_t length = 0;  // bytes taken, 1 to 4
 };
 
-// The first character of UTF-8 text that is not empty. A byte that begins no well-formed character
-// is taken alone.
+// The first character of UTF-8 text, which must not be empty. A byte that begins no well-formed
+// character is taken alone.
 DecodedCharacter decodeCharacter(std::span<const std::uint8_t> text);
 
 }  // namespace tavio::virtual_printer

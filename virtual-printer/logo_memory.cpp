@@ -69,8 +69,8 @@ std::size_t LogoMemory::priceOf(const Logo& logo) {
     return kLogoPrice + logo.runs.size() * kRunPrice + logo.bytes.size();
 }
 
-// Takes memory for the logo being stored. When there is not enough, the logo gives back all it has:
-// it will not be kept.
+// Takes memory for the logo being stored. If there is not enough, the logo gives back all of its
+// memory and is not kept.
 void LogoMemory::take(std::size_t price) {
     if (!fits_) return;
     if (price <= capacity_ - used_) {

@@ -30,8 +30,8 @@ struct Logo {
     std::vector<Byte> bytes;
 };
 
-// Logos by number, and the one that is being stored. What they take together - their bytes, and a
-// flat price for each run and each logo - stays within the capacity.
+// Logos by number, and the one that is being stored. Their total price - their bytes, and a fixed
+// price for each run and each logo - stays within the capacity.
 class LogoMemory {
   public:
     static constexpr std::size_t kRunPrice = sizeof(LogoRun);
@@ -39,14 +39,14 @@ class LogoMemory {
 
     explicit LogoMemory(std::size_t capacity) : capacity_(capacity) {}
 
-    // Begins to store a logo; an older one of that number is forgotten.
+    // Begins to store a logo and removes an older one of that number.
     void begin(std::int32_t number);
 
     // A graphics command of the logo begins; its bytes follow with extend().
     void beginRun(Place place, Orientation orientation);
     void extend(std::span<const Byte> bytes);
 
-    // Keeps the logo. False when it did not fit and was dropped.
+    // Keeps the logo. False if it did not fit and was dropped.
     bool end();
 
     // Drops the logo that is being stored, if one is.
@@ -55,10 +55,10 @@ class LogoMemory {
     bool isStoring() const { return storing_; }
     std::int32_t number() const { return number_; }  // of the logo being stored
 
-    // Null when there is no such logo.
+    // Null if there is no such logo.
     const Logo* find(std::int32_t number) const;
 
-    // Forgets all, the one being stored included.
+    // Removes all, also the one being stored.
     void clear();
 
     std::size_t used() const { return used_; }

@@ -13,13 +13,14 @@
 namespace tavio::virtual_printer {
 namespace {
 
-// Logos drawn on one ticket, as a multiple of the bytes that cover it once.
+// The limit on logos drawn on one ticket, as a multiple of the bytes that cover the ticket once.
 constexpr std::size_t kMaxLogoCover = 4;
 constexpr std::size_t kMinLogoBudget = std::size_t{64} << 10U;
 
 constexpr std::int32_t kFaceDpi = 100;
 
-// From a picture's column and row, counted from an origin on the ticket, to the ticket's.
+// Turns a picture's column and row, counted from an origin on the ticket, into a place on the
+// ticket.
 Place along(Place origin, Orientation orientation, std::int64_t x, std::int64_t y) {
     if (orientation == Orientation::kLandscape) return {origin.row + y, origin.column + x};
     return {origin.row - x, origin.column + y};
@@ -121,11 +122,11 @@ class Printer::Interpreter final : public CommandSink {
     Ticket ticket_;
     std::uint64_t ticketNumber_ = 0;
     std::uint64_t ticketBegin_ = 0;
-    bool placed_ = false;              // something decided where the next thing goes
-    std::optional<Orientation> mark_;  // of the last thing drawn
+    bool placed_ = false;              // a command has set the position
+    std::optional<Orientation> mark_;  // orientation of the last thing drawn
     std::size_t logoBudget_ = 0;       // bytes of logos that may still be drawn
 
-    // Where things go.
+    // The places of the next things.
     Orientation orientation_ = Orientation::kLandscape;
     Place position_;   // of graphics
     Place pen_;        // of text
@@ -178,7 +179,7 @@ void Printer::Interpreter::mark(Orientation orientation) {
     placed_ = true;
 }
 
-// Where a picture has its top left corner.
+// The place of a picture's top left corner at the start of a ticket.
 Place Printer::Interpreter::home() const {
     if (orientation_ == Orientation::kLandscape) return {0, 0};
     return {settings_.size.rows - 1, 0};

@@ -1,5 +1,4 @@
-// What was wrong with a command stream, and where: a list that stays small however broken the
-// stream is.
+// The errors of a command stream and their offsets: a list of limited size.
 #pragma once
 
 #include <cstddef>
@@ -22,10 +21,10 @@ class ProblemList {
     void add(std::uint64_t offset, std::string text);
     void clear();
 
-    // In the order in which they were found.
+    // In the order of the stream.
     const std::vector<Problem>& kept() const { return kept_; }
 
-    // All of them, those that were not kept included.
+    // The number of all problems, also those that were not kept.
     std::uint64_t count() const { return count_; }
     bool empty() const { return count_ == 0; }
 

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::int64_t kBitsPerByte = 8;
 
-bool isWithin(std::int64_t value, std::int64_t most) {
-    return value >= 1 && value <= most;
+bool isWithin(std::int64_t value, std::int64_t limit) {
+    return value >= 1 && value <= limit;
 }
 
 TicketSize checked(TicketSize size) {

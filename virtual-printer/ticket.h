@@ -18,10 +18,10 @@ namespace tavio::virtual_printer {
 //   portrait:  the picture's columns run towards smaller rows, its rows towards larger columns.
 enum class Orientation : std::uint8_t { kLandscape, kPortrait };
 
-// A ticket stock as it lies in the printer (landscape). The printer's own list, kept apart from
-// the library's on purpose: it is what the library's is checked against.
+// A ticket stock as it lies in the printer (landscape). This list is separate from the library's on
+// purpose: tests compare the two.
 struct TicketStock {
-    const char* name;  // "" where the stock has none
+    const char* name;  // "" if the stock has none
     double width;      // inches, along the columns
     double height;     // inches, along the rows
 };
@@ -74,29 +74,30 @@ class Ticket {
     // Makes a dot black. A dot outside the ticket is counted and otherwise ignored.
     void setDot(std::int64_t row, std::int64_t column);
 
-    // Outside the ticket nothing is black.
+    // False outside the ticket.
     bool isBlack(std::int64_t row, std::int64_t column) const;
 
     std::uint64_t blackCount() const { return blackCount_; }
 
-    // How many times setDot() was given a place outside the ticket.
+    // The number of setDot() calls outside the ticket.
     std::uint64_t dotsOff() const { return dotsOff_; }
 
-    // Blank again, and both counts 0.
+    // Makes the ticket blank and both counts 0.
     void clear();
 
     // One row, bit 7 of its first byte being column 0, a 1 bit black; (columns + 7) / 8 bytes,
     // the bits past the last column 0. The row must lie on the ticket.
     std::span<const Byte> row(std::int32_t row) const;
 
-    // One line per row, each ended by "\n": "X" for a black dot, a blank for a white one.
+    // One line per row, each ended by "
+    // ": "X" for a black dot, a space for a white one.
     std::string toText() const;
 
-    // The same for a part; places outside the ticket are blank.
+    // The same for a region; places outside the ticket are white.
     std::string toText(const TicketRegion& region) const;
 
-    // The ticket as it is held to read a portrait print: its columns are this one's rows from the
-    // last to the first, its rows are this one's columns. No dot of it is off.
+    // The ticket turned to read a portrait print: its columns are this one's rows from the last to
+    // the first, its rows are this one's columns. Its dotsOff() is 0.
     Ticket turnedUpright() const;
 
   private:

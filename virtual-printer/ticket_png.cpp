@@ -16,8 +16,8 @@ namespace {
 
 constexpr double kInchesPerMetre = 1 / 0.0254;
 
-// What the library's callbacks share with encodeRows(). They are called from C and must not throw:
-// a failed allocation leaves a flag and jumps out like any other error.
+// State shared by encodeRows() and libpng's callbacks. The callbacks are called from C and must not
+// throw: a failed allocation sets a flag and jumps out like any other error.
 struct Output {
     std::vector<Byte>* png;
     const char* reason;
@@ -60,7 +60,7 @@ void writeHeader(png_structp png, png_infop info, const TicketSize& size) {
     png_set_invert_mono(png);  // a black dot is a 1 on the ticket and a 0 in the file
 }
 
-// Errors jump back to setjmp, so nothing here may have a destructor.
+// Errors jump back to setjmp, so no local object here may have a destructor.
 bool encodeRows(png_structp png, png_infop info, const Ticket& ticket) {
     if (setjmp(png_jmpbuf(png)) != 0) return false;
     writeHeader(png, info, ticket.size());
@@ -112,7 +112,7 @@ bool encodeTicketPng(const Ticket& ticket, const PngOptions& options, std::vecto
         reason = failure;
     } catch (const std::exception&) {
         png.clear();
-        reason = "no memory";  // short enough to need none
+        reason = "no memory";  // short enough to need no memory
     }
     return false;
 }

@@ -9,17 +9,17 @@
 namespace tavio::virtual_printer {
 
 struct PngOptions {
-    // Turns the ticket so that a portrait print reads normally; see Ticket::turnedUpright().
+    // Turns the ticket so that a portrait print is upright; see Ticket::turnedUpright().
     bool turnedUpright = false;
 };
 
-// Replaces `png` by the file's bytes. False, with one sentence in `reason` and `png` empty, when
-// that fails (memory).
+// Replaces `png` by the file's bytes. If there is no memory it returns false, with one sentence in
+// `reason`, and `png` is empty.
 bool encodeTicketPng(const Ticket& ticket, const PngOptions& options, std::vector<Byte>& png,
                      std::string& reason) noexcept;
 
-// Writes the file, replacing one of that name. False, with one sentence in `reason`, when it cannot
-// be created or written completely; an incomplete file may be left then.
+// Writes the file, or replaces one of that name. Returns false, with one sentence in `reason`, if
+// it cannot be created or written completely; then an incomplete file may be left.
 //
 //   std::string reason;
 //   if (!writeTicketPng(ticket, {}, "ticket.png", reason)) std::cerr << reason << '\n';
