@@ -27,9 +27,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/band_columns.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::encoder::HWY_NAMESPACE {
@@ -140,8 +138,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::encoder {
 namespace {
 
-HWY_EXPORT(transposeByVectors);
-
 // Eight rows of eight pixels as one word: the first row in the top byte, the leftmost pixel in each
 // byte's top bit; a 1 bit prints.
 using Block = std::uint64_t;
@@ -178,7 +174,7 @@ void transposeBand(std::span<const Byte> rows, std::size_t rowSize, std::span<By
     if (rowSize == 0) return;
     const Byte* const top = rows.data() + (kBandRows - 1) * rowSize;
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
-    if (isPlain || !HWY_DYNAMIC_DISPATCH(transposeByVectors)(top, rowSize, columns.data()))
+    if (isPlain || !TAVIO_CHOSEN_FORM(transposeByVectors)(top, rowSize, columns.data()))
         transposePlainly(top, rowSize, columns.data());
 }
 

@@ -12,9 +12,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/mark_blanks.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::encoder::HWY_NAMESPACE {
@@ -50,8 +48,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::encoder {
 namespace {
 
-HWY_EXPORT(markBlankVectors);
-
 std::uint64_t markPlainly(std::span<const Byte> bytes, std::size_t first) {
     std::uint64_t bits = 0;
     for (std::size_t b = 0; b < 64; ++b) {
@@ -67,7 +63,7 @@ void markBlanks(std::span<const Byte> bytes, std::span<std::uint64_t> words) {
     const std::size_t whole = std::min(bytes.size() / 64, words.size());
     std::size_t word = 0;
     if (machine::instructionSet() != machine::InstructionSet::kPlain)
-        word = HWY_DYNAMIC_DISPATCH(markBlankVectors)(bytes.data(), whole, words.data());
+        word = TAVIO_CHOSEN_FORM(markBlankVectors)(bytes.data(), whole, words.data());
     for (; word < words.size(); ++word) words[word] = markPlainly(bytes, 64 * word);
 }
 

@@ -14,9 +14,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/encoder/mark_positions.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::encoder::HWY_NAMESPACE {
@@ -59,8 +57,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::encoder {
 namespace {
 
-HWY_EXPORT(markPositionVectors);
-
 constexpr std::size_t kCommandSize = 3;  // "<RC"
 
 std::uint64_t markPlainly(std::span<const Byte> bytes, std::size_t first) {
@@ -80,8 +76,8 @@ void markPositions(std::span<const Byte> bytes, std::span<std::uint64_t> words) 
     const std::size_t whole = bytes.size() < kReadAhead ? 0 : (bytes.size() - kReadAhead) / 64;
     std::size_t word = 0;
     if (machine::instructionSet() != machine::InstructionSet::kPlain) {
-        word = HWY_DYNAMIC_DISPATCH(markPositionVectors)(
-            bytes.data(), std::min(whole, words.size()), words.data());
+        word = TAVIO_CHOSEN_FORM(markPositionVectors)(bytes.data(), std::min(whole, words.size()),
+                                                      words.data());
     }
     for (; word < words.size(); ++word) words[word] = markPlainly(bytes, 64 * word);
 }

@@ -32,9 +32,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <hwy/highway.h>
 
 #include "TavioIpadSDK/imaging/grey.h"
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 // Highway's way of compiling a header once for each instruction set.
 #if defined(TAVIO_IMAGING_DIFFUSE_STEP_INL_H_) == defined(HWY_TARGET_TOGGLE)

@@ -29,12 +29,8 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/diffuse_strip.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/cache_control.h>
-#include <hwy/highway.h>
-
 #include "TavioIpadSDK/imaging/diffuse_step-inl.h"
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::imaging::HWY_NAMESPACE {
@@ -390,20 +386,13 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace tavio::imaging {
-namespace {
-
-HWY_EXPORT(runStrips);
-HWY_EXPORT(maxRows);
-
-}  // namespace
-
 std::int32_t maxStripRows() {
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
-    return isPlain ? 0 : HWY_DYNAMIC_DISPATCH(maxRows)();
+    return isPlain ? 0 : TAVIO_CHOSEN_FORM(maxRows)();
 }
 
 void diffuseStrips(std::span<const DitherStrip> strips) {
-    HWY_DYNAMIC_DISPATCH(runStrips)(strips);
+    TAVIO_CHOSEN_FORM(runStrips)(strips);
 }
 
 }  // namespace tavio::imaging

@@ -18,10 +18,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/pack_entries.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/cache_control.h>
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::imaging::HWY_NAMESPACE {
@@ -72,8 +69,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::imaging {
 namespace {
 
-HWY_EXPORT(packVectors);
-
 void packPlainly(const Byte* entries, std::size_t groups, Byte* packed) {
     for (std::size_t i = 0; i < groups; ++i) {
         unsigned bits = entries[8 * i];
@@ -89,7 +84,7 @@ void packEntries(std::span<const Byte> entries, std::span<Byte> packed) {
     assert(packed.size() >= groups);
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     const std::size_t done =
-        isPlain ? 0 : HWY_DYNAMIC_DISPATCH(packVectors)(entries.data(), groups, packed.data());
+        isPlain ? 0 : TAVIO_CHOSEN_FORM(packVectors)(entries.data(), groups, packed.data());
     packPlainly(entries.data() + 8 * done, groups - done, packed.data() + done);
 }
 

@@ -40,10 +40,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/imaging/threshold_rows.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/cache_control.h>
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::imaging::HWY_NAMESPACE {
@@ -236,8 +233,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::imaging {
 namespace {
 
-HWY_EXPORT(thresholdVectors);
-
 void thresholdPlainly(const UInt32* pixels, std::size_t width, std::size_t rows, std::size_t padded,
                       Byte* entries) {
     for (std::size_t row = 0; row < rows; ++row) {
@@ -261,8 +256,8 @@ void thresholdRows(std::span<const UInt32> pixels, std::int32_t width, std::span
     const std::size_t rows = pixels.size() / columns;
     assert(pixels.size() == rows * columns && entries.size() == rows * padded);
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
-    if (!isPlain && HWY_DYNAMIC_DISPATCH(thresholdVectors)(pixels.data(), columns, rows, padded,
-                                                           entries.data()))
+    if (!isPlain &&
+        TAVIO_CHOSEN_FORM(thresholdVectors)(pixels.data(), columns, rows, padded, entries.data()))
         return;
     thresholdPlainly(pixels.data(), columns, rows, padded, entries.data());
 }

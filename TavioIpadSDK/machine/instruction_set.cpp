@@ -3,25 +3,92 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdint>
-#include <hwy/highway.h>
+
+#include "TavioIpadSDK/machine/vectors-inl.h"
+#if defined(__x86_64__) || defined(__i386__)
+#include <cpuid.h>
+#endif
 
 namespace tavio::machine {
 namespace {
 
+// Whether the processor has all that the vector library has the compiler use for a set, and the
+// operating system keeps those registers.
+#if defined(__x86_64__) || defined(__i386__)
+
+bool hasSse4() {
+    return __builtin_cpu_supports("sse4.1") != 0 && __builtin_cpu_supports("sse4.2") != 0 &&
+           __builtin_cpu_supports("aes") != 0 && __builtin_cpu_supports("pclmul") != 0;
+}
+
+// The compilers do not know this one by name.
+bool convertsHalfFloats() {
+    unsigned a = 0;
+    unsigned b = 0;
+    unsigned c = 0;
+    unsigned d = 0;
+    return __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_F16C) != 0;
+}
+
+bool hasAvx2() {
+    return hasSse4() && convertsHalfFloats() && __builtin_cpu_supports("avx2") != 0 &&
+           __builtin_cpu_supports("bmi") != 0 && __builtin_cpu_supports("bmi2") != 0 &&
+           __builtin_cpu_supports("fma") != 0;
+}
+
+bool hasAvx512() {
+    return hasAvx2() && __builtin_cpu_supports("avx512f") != 0 &&
+           __builtin_cpu_supports("avx512vl") != 0 && __builtin_cpu_supports("avx512dq") != 0 &&
+           __builtin_cpu_supports("avx512bw") != 0;
+}
+
+#else
+
+bool hasSse4() {
+    return false;
+}
+bool hasAvx2() {
+    return false;
+}
+bool hasAvx512() {
+    return false;
+}
+
+#endif
+
+bool isThere() {
+    return true;
+}
+
+#if TAVIO_VECTORS
+constexpr bool isCompiledFor(std::int64_t target) {
+    return (HWY_TARGETS & target) != 0;
+}
+constexpr bool kForSse4 = isCompiledFor(HWY_SSE4);
+constexpr bool kForAvx2 = isCompiledFor(HWY_AVX2);
+constexpr bool kForAvx512 = isCompiledFor(HWY_AVX3);
+constexpr bool kForNeon = HWY_ARCH_ARM_A64 != 0 && isCompiledFor(HWY_NEON);
+#else
+constexpr bool kForSse4 = false;
+constexpr bool kForAvx2 = false;
+constexpr bool kForAvx512 = false;
+constexpr bool kForNeon = false;
+#endif
+
 struct Target {
     InstructionSet set;
-    std::int64_t bit;  // as the vector library numbers it; 0 for the plain forms
+    bool isCompiled;  // the kernels were compiled for it
+    bool (*isThere)();
     const char* name;
 };
 
-// The slowest first.
+// The slowest first, which is the order of InstructionSet too.
 constexpr std::array<Target, 5> kTargets = {{
-    {InstructionSet::kPlain, 0, "plain"},
-    {InstructionSet::kNeon, HWY_NEON, "NEON"},
-    {InstructionSet::kSse4, HWY_SSE4, "SSE4"},
-    {InstructionSet::kAvx2, HWY_AVX2, "AVX2"},
-    {InstructionSet::kAvx512, HWY_AVX3, "AVX-512"},
+    {InstructionSet::kPlain, true, isThere, "plain"},
+    {InstructionSet::kSse4, kForSse4, hasSse4, "SSE4"},
+    {InstructionSet::kAvx2, kForAvx2, hasAvx2, "AVX2"},
+    {InstructionSet::kAvx512, kForAvx512, hasAvx512, "AVX-512"},
+    {InstructionSet::kNeon, kForNeon, isThere, "NEON"},  // every AArch64 processor has it
 }};
 
 const Target& targetOf(InstructionSet set) {
@@ -29,18 +96,10 @@ const Target& targetOf(InstructionSet set) {
                          [set](const Target& target) { return target.set == set; });
 }
 
-// The instruction sets that the processor has and that the kernels were compiled for.
-// useInstructionSet() does not change them.
-std::int64_t availableBits() {
-    // Every AArch64 processor has NEON. The vector library also asks for AES, which no kernel uses,
-    // and complains on standard error where it is missing.
-    if constexpr (HWY_ARCH_ARM_A64 != 0) return HWY_NEON;
-    static const std::int64_t bits = hwy::SupportedTargets() & HWY_TARGETS;
-    return bits;
-}
-
+// Whether the kernels were compiled for it and the processor has it; useInstructionSet() changes
+// neither.
 bool isAvailable(const Target& target) {
-    return target.bit == 0 || (availableBits() & target.bit) != 0;
+    return target.isCompiled && target.isThere();
 }
 
 InstructionSet best() {
@@ -72,10 +131,7 @@ InstructionSet instructionSet() {
 }
 
 void useInstructionSet(InstructionSet set) {
-    const Target& target = targetOf(set);
-    if (!isAvailable(target)) return;
-    chosen() = set;
-    hwy::GetChosenTarget().Update(target.bit != 0 ? target.bit : availableBits());
+    if (isAvailable(targetOf(set))) chosen() = set;
 }
 
 }  // namespace tavio::machine

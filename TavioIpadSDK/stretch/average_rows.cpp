@@ -24,9 +24,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/average_rows.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 #ifndef TAVIO_STRETCH_AVERAGE_ROWS_ONCE
 #define TAVIO_STRETCH_AVERAGE_ROWS_ONCE
@@ -106,9 +104,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::stretch {
 namespace {
 
-HWY_EXPORT(addBlocks);
-HWY_EXPORT(averageBlocks);
-
 void addPlainly(const PassedRow& row, double weight, std::vector<SumBlock>& sums) {
     for (std::size_t block = 0; block < sums.size(); ++block) {
         for (std::size_t at = 0; at < kBlockValues; ++at)
@@ -123,7 +118,7 @@ void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
     const auto factor = static_cast<double>(weight);
     if (machine::instructionSet() == machine::InstructionSet::kPlain)
         return addPlainly(row, factor, sums_);
-    HWY_DYNAMIC_DISPATCH(addBlocks)(row.blocks.data(), factor, sums_.size(), sums_.data());
+    TAVIO_CHOSEN_FORM(addBlocks)(row.blocks.data(), factor, sums_.size(), sums_.data());
 }
 
 void AverageRows::average(std::span<UInt32> target) {
@@ -155,11 +150,11 @@ void AverageRows::averageInVectors(std::span<UInt32> target) const {
     const double constant = 0.5 - kMargin * total;
     const double factor = 1 / (total * (1 << kFractionBits));
     const std::size_t blocks = target.size() / kBlockColumns;
-    HWY_DYNAMIC_DISPATCH(averageBlocks)(sums_.data(), constant, factor, blocks, target.data());
+    TAVIO_CHOSEN_FORM(averageBlocks)(sums_.data(), constant, factor, blocks, target.data());
     const std::span<UInt32> rest = target.subspan(blocks * kBlockColumns);
     if (rest.empty()) return;
     std::array<UInt32, kBlockColumns> last{};
-    HWY_DYNAMIC_DISPATCH(averageBlocks)(&sums_[blocks], constant, factor, 1, last.data());
+    TAVIO_CHOSEN_FORM(averageBlocks)(&sums_[blocks], constant, factor, 1, last.data());
     std::copy_n(last.begin(), rest.size(), rest.begin());
 }
 

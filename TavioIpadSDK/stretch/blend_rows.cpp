@@ -39,9 +39,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/blend_rows.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 #ifndef TAVIO_STRETCH_BLEND_ROWS_ONCE
 #define TAVIO_STRETCH_BLEND_ROWS_ONCE
@@ -183,8 +181,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::stretch {
 namespace {
 
-HWY_EXPORT(blendVectors);
-
 void blendPlainly(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
                   std::uint64_t total, std::span<UInt32> target) {
     const Divider divider(total);
@@ -213,13 +209,13 @@ void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t bey
     const double share = static_cast<double>(beyond) / static_cast<double>(total);
     RowPair rows{upper.blocks.data(), lower.blocks.data(), share};
     const std::size_t blocks = target.size() / kBlockColumns;
-    HWY_DYNAMIC_DISPATCH(blendVectors)(rows, blocks, areOpaque, target.data());
+    TAVIO_CHOSEN_FORM(blendVectors)(rows, blocks, areOpaque, target.data());
     const std::span<UInt32> rest = target.subspan(blocks * kBlockColumns);
     if (rest.empty()) return;
     std::array<UInt32, kBlockColumns> last{};
     rows.upper += blocks;
     rows.lower += blocks;
-    HWY_DYNAMIC_DISPATCH(blendVectors)(rows, 1, areOpaque, last.data());
+    TAVIO_CHOSEN_FORM(blendVectors)(rows, 1, areOpaque, last.data());
     std::copy_n(last.begin(), rest.size(), rest.begin());
 }
 

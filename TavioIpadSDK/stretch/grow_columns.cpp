@@ -34,9 +34,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/grow_columns.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 #ifndef TAVIO_STRETCH_GROW_COLUMNS_ONCE
 #define TAVIO_STRETCH_GROW_COLUMNS_ONCE
@@ -138,8 +136,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::stretch {
 namespace {
 
-HWY_EXPORT(growVectors);
-
 // No vector has more lanes than a block has columns, so rows of this many pixels are long enough.
 constexpr std::size_t kMinPixels = kBlockColumns + 1;
 
@@ -174,7 +170,7 @@ void GrowColumns::pass(std::span<const UInt32> row, PassedRow& passed) const {
         std::copy(row.begin(), row.end(), filled.begin());
         row = filled;
     }
-    HWY_DYNAMIC_DISPATCH(growVectors)
+    TAVIO_CHOSEN_FORM(growVectors)
     (row.data(), row.size(), {passed.blocks.size(), first_.data(), whole_.data(), rest_.data()},
      passed.isOpaque, passed.blocks.data());
 }

@@ -32,9 +32,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/shrink_columns.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 #ifndef TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
 #define TAVIO_STRETCH_SHRINK_COLUMNS_ONCE
@@ -145,12 +143,6 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace tavio::stretch {
-namespace {
-
-HWY_EXPORT(shrinkVectors);
-
-}  // namespace
-
 ShrinkColumns::ShrinkColumns(const Axis& axis)
     : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
     for (std::size_t column = 0; column < columns_; ++column) {
@@ -176,7 +168,7 @@ void ShrinkColumns::pass(std::span<const UInt32> row, PassedRow& passed) {
     const double half = static_cast<double>(rounding) + 0.5;
     const ShrunkColumns columns{columns_, pixel_.data(), part_.data(), (1 << kFractionBits) / total,
                                 half / total + kAdded};
-    HWY_DYNAMIC_DISPATCH(shrinkVectors)
+    TAVIO_CHOSEN_FORM(shrinkVectors)
     (row, columns, before_.front().data(), within_.front().data(), passed.blocks.data());
 }
 

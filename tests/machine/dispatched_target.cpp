@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
+#include "TavioIpadSDK/machine/instruction_set.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "machine/dispatched_target.cpp"
-#include <hwy/foreach_target.h>
-// Must follow foreach_target.h.
-#include <hwy/highway.h>
+#include "TavioIpadSDK/machine/vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::test::HWY_NAMESPACE {
@@ -20,14 +20,12 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace tavio::test {
-namespace {
-
-HWY_EXPORT(ownTarget);
-
-}  // namespace
-
 std::string dispatchedTarget() {
-    return hwy::TargetName(HWY_DYNAMIC_DISPATCH(ownTarget)());
+#if TAVIO_VECTORS
+    return hwy::TargetName(TAVIO_CHOSEN_FORM(ownTarget)());
+#else
+    return TAVIO_CHOSEN_FORM(ownTarget)() == HWY_SCALAR ? "SCALAR" : "";
+#endif
 }
 
 }  // namespace tavio::test

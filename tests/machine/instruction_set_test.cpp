@@ -50,7 +50,7 @@ TEST_F(InstructionSets, AreListedOnceEach) {
 }
 
 TEST_F(InstructionSets, AreThoseOfTheProcessorsOwnKind) {
-#if defined(__aarch64__)
+#if defined(__aarch64__) && TAVIO_VECTORS
     EXPECT_EQ(availableInstructionSets(),
               (std::vector{InstructionSet::kPlain, InstructionSet::kNeon}));
 #else
