@@ -1,4 +1,4 @@
-// What the second pass costs is bounded by what it reads and writes. Counted, not timed.
+// The work of the second pass is bounded by the bytes that it reads and writes. Counted, not timed.
 #include <string>
 
 #include <gtest/gtest.h>

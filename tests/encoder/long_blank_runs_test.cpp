@@ -14,7 +14,7 @@ namespace {
 
 using Runs = std::vector<BlankRun>;
 
-// What of the runs lies between start and end, where that is long enough to be left out.
+// The parts of the runs between start and end that are long enough to be left out.
 Runs clipped(std::span<const BlankRun> runs, std::int64_t start, std::int64_t end) {
     Runs inside;
     for (const BlankRun& run : runs) {

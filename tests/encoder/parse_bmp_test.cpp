@@ -91,7 +91,7 @@ TEST_F(ParseBmp, KeepsTheJobsRowForAFirstPortraitBandWithoutABlankColumn) {
                                bytesOf("<RC566,28><G32>"), columns})));
 }
 
-// What a lack of memory looks like from here; so does a stream that would become too long.
+// A lack of memory looks the same from here, and so does a stream that would become too long.
 TEST_F(ParseBmp, ShowsTheDimensionsNoticeWhenMemoryRunsOut) {
     transport().failData = [] { throw std::bad_alloc(); };
     ParseBMP(bitmapFile(allBlack(8, 8)));

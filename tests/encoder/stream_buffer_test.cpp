@@ -35,7 +35,7 @@ TEST(StreamBuffer, TakesWhatASigned32BitCountCanTell) {
     EXPECT_THROW(StreamSize().add(UINT64_MAX), StreamTooLong);
 }
 
-// What does not fit is counted by another: the buffer stays as it is, for good.
+// Bytes that do not fit are only counted; the buffer does not change any more.
 TEST(StreamBuffer, CountsOnWhereItHasNoRoomLeft) {
     StreamBuffer buffer(4);
     StreamSize size(10);

@@ -17,7 +17,7 @@ namespace {
 
 using Records = std::vector<ArgbColor>;
 
-// What the pixel at (x, y) of a 4 x 3 picture, whose other pixels are all `level`, passes on.
+// The errors that the pixel at (x, y) of a 4 x 3 picture passes on; all other pixels are `level`.
 Records passedOn(Byte level, int x, int y, ArgbColor original, ArgbColor transformed) {
     Records records(12, ArgbColor{9, level, level, level});
     DitherFloydSteinberg(records, original, transformed, x, y, 4, 3);

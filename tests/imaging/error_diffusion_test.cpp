@@ -20,8 +20,8 @@ using test::between;
 using test::pictureOfKind;
 using test::Random;
 
-// The picture's entries, converted in strips of `least` to `most` rows.
-Bytes converted(const Picture& picture, Random& random, int least, int most) {
+// The picture's entries, converted in strips of `minRows` to `maxRows` rows.
+Bytes converted(const Picture& picture, Random& random, int minRows, int maxRows) {
     const auto width = static_cast<std::size_t>(picture.width);
     const auto padded = static_cast<std::size_t>(paddedWidth(picture.width));
     Bytes entries(padded * static_cast<std::size_t>(picture.height), 0xA5);
@@ -29,8 +29,8 @@ Bytes converted(const Picture& picture, Random& random, int least, int most) {
     std::span<const UInt32> pixels(picture.pixels);
     std::span<Byte> left(entries);
     for (int row = 0; row < picture.height;) {
-        const int atMost = std::min(most, picture.height - row);
-        const int count = between(random, std::min(least, atMost), atMost);
+        const int limit = std::min(maxRows, picture.height - row);
+        const int count = between(random, std::min(minRows, limit), limit);
         const auto rows = static_cast<std::size_t>(count);
         diffusion.convert(pixels.first(rows * width), left.last(rows * padded));
         pixels = pixels.subspan(rows * width);

@@ -11,8 +11,8 @@
 namespace tavio::imaging {
 namespace {
 
-// To the letter: seven rounds of shifting left and putting in the next entry, beginning with the
-// first once more.
+// The rule literally: seven rounds of shifting left and inserting the next entry, beginning with
+// the first one again.
 Bytes packedLiterally(const Bytes& entries) {
     Bytes packed;
     for (std::size_t i = 0; i + 8 <= entries.size(); i += 8) {

@@ -127,7 +127,7 @@ class DamagedRows : public pictures::PictureRows {
   public:
     std::int32_t width() const override { return 40; }
     std::int32_t height() const override { return 40; }
-    std::span<const UInt32> next(std::int32_t /*most*/) override {
+    std::span<const UInt32> next(std::int32_t /*maxRows*/) override {
         if (row_++ == 39) throw pictures::DamagedPicture("cut short");
         return pixels_;
     }

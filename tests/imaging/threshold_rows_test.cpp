@@ -20,7 +20,7 @@ using Words = std::vector<UInt32>;
 constexpr int kWidest = 130;
 constexpr Byte kGuard = 0xA5;
 
-// To the letter, in double: 0 where the truncated grey value is below 128.
+// The rule literally, in double: 0 if the truncated grey value is below 128.
 Byte entryLiterally(UInt32 word) {
     double grey = 0.299 * (word & 255);
     grey = grey + 0.587 * ((word >> 8) & 255);

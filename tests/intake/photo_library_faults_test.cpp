@@ -365,7 +365,7 @@ TEST_F(PhotoFaults, ACallerWhosePhotoFitsIntoNoMemoryWaitsForGood) {
     }).detach();
 
     sizeAsked.get_future().wait();
-    waitForQueue();  // the handler has ended: whoever was going to signal has done so
+    waitForQueue();  // the handler has ended, so it has signalled
     EXPECT_EQ(back.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
     EXPECT_TRUE(photo_->asked_.empty());
     expectNothing();

@@ -1,4 +1,4 @@
-// What the last print left behind, read for tests.
+// The results of the last print, for tests.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ Rows printedRows();
 // "width x height" of the last print in dots.
 std::string printedSize();
 
-// Whether any graphics bytes were sent since the test began.
+// True if graphics bytes were sent since the test began.
 bool graphicsWereSent();
 
 }  // namespace tavio::test

@@ -44,7 +44,7 @@ TEST(FileLink, DropsBytesWhileItIsNotOpen) {
     EXPECT_EQ(readFile(folder / "job.bin"), kAsText);
 }
 
-// What the example in links/link.h shows.
+// The example of links/link.h.
 TEST(FileLink, HoldsWhatASessionSent) {
     TemporaryFolder folder;
     test::writeFile(folder / "notes.txt", "Row B");

@@ -16,7 +16,7 @@ inline std::span<const Byte> bytesOf(std::string_view text) {
     return {reinterpret_cast<const Byte*>(text.data()), text.size()};
 }
 
-// So many bytes without a pattern, always the same.
+// `size` bytes without a pattern, always the same.
 inline std::string someBytes(std::size_t size) {
     std::string bytes(size, '\0');
     std::uint32_t noise = 1;

@@ -25,7 +25,7 @@ class ReplacedCalls : public SystemCalls {
     // How often each call was made.
     std::map<std::string, int> made;
 
-    // Has the calls of that name fail: all of them behind the first `after`, or `times` of them.
+    // Makes the calls of that name fail: all of them after the first `after`, or `times` of them.
     void fail(const std::string& name, int error, int after = 0, int times = -1) {
         failures_[name] = {error, after, times};
     }

@@ -19,7 +19,7 @@ namespace tavio::links::test {
 
 class ReplacedRadio : public ReplacedCalls {
   public:
-    // What connect() says at once (0: connected), and what SO_ERROR does later.
+    // The result of connect() (0: connected), and the later value of SO_ERROR.
     int connectError = 0;
     int lateError = 0;
 
@@ -29,7 +29,7 @@ class ReplacedRadio : public ReplacedCalls {
     // The socket does not become writable, as while it is connecting.
     bool isStuck = false;
 
-    // Whether SIOCOUTQ tells what is free in the queue instead of what waits in it.
+    // True if SIOCOUTQ reports the free space in the queue instead of the bytes that wait in it.
     bool tellsFreeSpace = false;
 
     int domain = 0;
@@ -43,8 +43,8 @@ class ReplacedRadio : public ReplacedCalls {
     ~ReplacedRadio() override { hangUp(); }
 
     // The printer's side.
-    std::string take(std::size_t atMost) const {
-        std::string bytes(atMost, '\0');
+    std::string take(std::size_t maxBytes) const {
+        std::string bytes(maxBytes, '\0');
         const ssize_t count = ::recv(printer_, bytes.data(), bytes.size(), MSG_DONTWAIT);
         bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
         return bytes;

@@ -87,7 +87,7 @@ TEST(RfcommAddress, IsWrittenAsItIsRead) {
     }
 }
 
-// What the kernel reads, byte for byte.
+// The bytes that the kernel reads.
 TEST(RfcommAddress, GoesToTheKernelBackwards) {
     const auto address = toSocketAddress({kDevice, 30});
     std::array<std::uint8_t, 10> bytes{};

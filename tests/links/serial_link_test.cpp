@@ -220,7 +220,7 @@ TEST_F(SerialLinkOnDevice, IsRawWhileItIsOpen) {
     EXPECT_EQ(settings.c_cc[VTIME], 0);
 }
 
-// They are the machine's, set for this device by whoever runs it.
+// The machine's administrator sets them for the device.
 TEST_F(SerialLinkOnDevice, LeavesFlowControlAndTheWiresAtHangUpAlone) {
     for (tcflag_t flags : {tcflag_t{0}, tcflag_t{CRTSCTS}, tcflag_t{HUPCL}}) {
         termios settings = terminal.settings();

@@ -1,4 +1,4 @@
-// What TcpLink says of a connection to the printer at 192.0.2.7.
+// TcpLink's messages about a connection to the printer at 192.0.2.7.
 #pragma once
 
 #include <cerrno>
@@ -23,7 +23,7 @@ inline std::string messageOf(int error) {
     return std::generic_category().message(error);
 }
 
-// That `error` ended the connection.
+// The message after `error` has ended the connection.
 inline std::string endedBy(int error) {
     switch (error) {
         case EPIPE:

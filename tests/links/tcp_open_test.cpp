@@ -25,7 +25,7 @@ std::string messageOf(int error) {
     return std::generic_category().message(error);
 }
 
-// Fails with this sentence, and leaves nothing behind.
+// Fails with this sentence, and leaves nothing open.
 void expectRefusal(VirtualTcp& calls, const std::string& address, const std::string& sentence) {
     TcpLink link(Deadlines{}, calls);
     EXPECT_FALSE(link.open(address));
@@ -43,7 +43,7 @@ void expectRefusal(VirtualTcp& calls, const std::string& address, const std::str
     EXPECT_EQ(calls.made["send"], 0);
 }
 
-// Those that socket(7), tcp(7), ip(7) and connect(2) name, but for those that are no failure.
+// The errors named by socket(7), tcp(7), ip(7) and connect(2), except those that are no failure.
 constexpr std::array kConnectErrors{
     EACCES,     EPERM,       EADDRINUSE,   EADDRNOTAVAIL, EAFNOSUPPORT, EAGAIN,   EALREADY,
     EBADF,      EFAULT,      EISCONN,      ECONNREFUSED,  ENETUNREACH,  ENOTSOCK, EPROTOTYPE,
@@ -145,7 +145,7 @@ TEST(TcpLink, TakesDeadlinesOutOfRangeForTheNearestInRange) {
     }
 }
 
-// So that a full printer is felt, and the end of a job does not wait for an acknowledgement.
+// So the link notices a full printer, and the end of a job does not wait for an acknowledgement.
 TEST(TcpLink, HasASmallSendBufferAndSendsWhatItHasAtOnce) {
     VirtualTcp calls;
     TcpLink link(Deadlines{}, calls);

@@ -69,16 +69,16 @@ TEST_F(TcpWrite, GivesTheSystemFewBytesAtOnce) {
 
 TEST(TcpLink, PassesAllBytesOnHoweverFewGoAtOnce) {
     const std::string job = someBytes(300);
-    for (std::size_t most = 1; most <= job.size(); ++most) {
-        for (const std::size_t room : {most, std::size_t{1}, std::size_t{7}, job.size()}) {
+    for (std::size_t maxPerSend = 1; maxPerSend <= job.size(); ++maxPerSend) {
+        for (const std::size_t room : {maxPerSend, std::size_t{1}, std::size_t{7}, job.size()}) {
             VirtualTcp calls;
-            calls.mostPerSend = most;
+            calls.maxPerSend = maxPerSend;
             calls.room = room;
             TcpLink link(Deadlines{}, calls);
             ASSERT_TRUE(link.open("192.0.2.7"));
-            ASSERT_TRUE(link.write(bytesOf(job))) << most << ", " << room;
+            ASSERT_TRUE(link.write(bytesOf(job))) << maxPerSend << ", " << room;
             link.close();
-            ASSERT_EQ(calls.arrived, job) << most << ", " << room;
+            ASSERT_EQ(calls.arrived, job) << maxPerSend << ", " << room;
             ASSERT_EQ(link.report().acknowledged, job.size());
         }
     }
@@ -92,7 +92,7 @@ TEST_F(TcpWrite, RepeatsAnInterruptedSendOrReceive) {
     EXPECT_EQ(calls_.arrived, "job");
 }
 
-// Those that send(2), socket(7), ip(7) and tcp(7) name, but for those that only ask to wait.
+// The errors named by send(2), socket(7), ip(7) and tcp(7), except those that only mean waiting.
 constexpr std::array kSendErrors{
     EACCES,       EALREADY, EBADF,        ECONNRESET,  EDESTADDRREQ, EFAULT,      EINVAL,
     EISCONN,      EMSGSIZE, ENOBUFS,      ENOMEM,      ENOTCONN,     ENOTSOCK,    EOPNOTSUPP,
@@ -104,7 +104,7 @@ TEST(TcpLink, TellsWhySendingFailed) {
         for (const int sent : {0, 1}) {
             SCOPED_TRACE(std::to_string(error) + " after " + std::to_string(sent));
             VirtualTcp calls;
-            calls.mostPerSend = 3;
+            calls.maxPerSend = 3;
             calls.fail("send", error, sent);
             TcpLink link(Deadlines{}, calls);
             ASSERT_TRUE(link.open("192.0.2.7"));
@@ -121,7 +121,7 @@ TEST(TcpLink, TellsWhySendingFailed) {
     }
 }
 
-// Those that recv(2), socket(7), ip(7) and tcp(7) name.
+// The errors named by recv(2), socket(7), ip(7) and tcp(7).
 constexpr std::array kReceiveErrors{
     EBADF,     ECONNREFUSED, EFAULT,       EINVAL,      ENOMEM,   ENOTCONN, ENOTSOCK,    ECONNRESET,
     ETIMEDOUT, EPIPE,        EHOSTUNREACH, ENETUNREACH, ENETDOWN, EIO,      ECONNABORTED};
@@ -130,7 +130,7 @@ TEST(TcpLink, TellsWhyReceivingFailedWhileItWrote) {
     for (const int error : kReceiveErrors) {
         SCOPED_TRACE(error);
         VirtualTcp calls;
-        calls.mostPerSend = 3;
+        calls.maxPerSend = 3;
         calls.fail("recv", error, 1);
         TcpLink link(Deadlines{}, calls);
         ASSERT_TRUE(link.open("192.0.2.7"));
@@ -287,7 +287,7 @@ TEST_F(TcpWrite, KeepsWhatThePrinterSaidBeforeItBrokeOff) {
 }
 
 TEST_F(TcpWrite, KeepsWhatThePrinterSaidJustBeforeASendFailed) {
-    calls_.mostPerSend = 3;
+    calls_.maxPerSend = 3;
     calls_.onCall = [&](const std::string& name) {
         if (name == "send" && calls_.made["send"] == 1) {
             calls_.say("paper jam");
@@ -314,7 +314,7 @@ TEST_F(TcpWrite, IsCancelledWhileItWaits) {
 }
 
 TEST_F(TcpWrite, IsCancelledAlsoWhereItNeverWaits) {
-    calls_.mostPerSend = 1;
+    calls_.maxPerSend = 1;
     calls_.onCall = [&](const std::string& name) {
         if (name == "send" && calls_.made["send"] == 10) link_.cancel();
     };
@@ -350,7 +350,7 @@ TEST(TcpLink, RefusesBytesWhileItIsNotOpen) {
 // ---- Progress -----------------------------------------------------------------------------------
 
 TEST_F(TcpWrite, TellsTheObserverOfEveryStep) {
-    calls_.mostPerSend = 4;
+    calls_.maxPerSend = 4;
     std::vector<std::uint64_t> accepted;
     link_.observeProgress([&](const Progress& progress) {
         EXPECT_EQ(progress.offered, 10U);
@@ -382,7 +382,7 @@ TEST_F(TcpWrite, IsNotDisturbedByAnObserverThatThrows) {
 }
 
 TEST_F(TcpWrite, CanBeCancelledByItsObserver) {
-    calls_.mostPerSend = 4;
+    calls_.maxPerSend = 4;
     link_.observeProgress([&](const Progress&) { link_.cancel(); });
     EXPECT_FALSE(link_.write(bytesOf("0123456789")));
     EXPECT_EQ(link_.report().accepted, 4U);

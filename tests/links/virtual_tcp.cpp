@@ -102,7 +102,7 @@ ssize_t VirtualTcp::send(int descriptor, const void* bytes, std::size_t size) {
         errno = EPIPE;
         return -1;
     }
-    const std::size_t taken = std::min({size, mostPerSend, room - std::min(room, queued.size())});
+    const std::size_t taken = std::min({size, maxPerSend, room - std::min(room, queued.size())});
     if (taken == 0) {
         errno = EAGAIN;
         return -1;

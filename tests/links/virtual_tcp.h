@@ -21,11 +21,11 @@ class VirtualTcp : public SystemCalls {
 
     // ---- The far end. By default it connects at once, takes all, and says nothing. --------------
 
-    std::string arrived;                // acknowledged
-    std::string queued;                 // accepted, not acknowledged
-    std::size_t room = 16'384;          // of the queue
-    std::size_t mostPerSend = 1 << 20;  // a send takes no more at once
-    bool takes = true;                  // whether what is sent arrives, at the next wait
+    std::string arrived;               // acknowledged
+    std::string queued;                // accepted, not acknowledged
+    std::size_t room = 16'384;         // of the queue
+    std::size_t maxPerSend = 1 << 20;  // a send takes no more at once
+    bool takes = true;                 // whether what is sent arrives, at the next wait
     bool endsWhenWeEnd = true;
 
     void say(const std::string& bytes) { incoming_ += bytes; }
@@ -33,8 +33,8 @@ class VirtualTcp : public SystemCalls {
     void breakOff(int error) { broken_ = error; }
     void acknowledge(std::size_t count);
 
-    // What the attempts to connect come to, one after the other: 0, an error, or EINPROGRESS, which
-    // becomes the error of `connected` when that is called.
+    // The results of the attempts to connect, one after the other: 0, an error, or EINPROGRESS,
+    // which becomes the error of `connected` when that is called.
     std::vector<int> connects;
     void connected(int error);
     std::vector<int> families;  // of the sockets made
@@ -42,15 +42,15 @@ class VirtualTcp : public SystemCalls {
     std::function<int(std::vector<SocketAddress>&)> onLookUp;
     bool waitsForLookUp = true;  // in real time; otherwise its time passes in no time
 
-    // ---- What is to happen ----------------------------------------------------------------------
+    // ---- Before the test ------------------------------------------------------------------------
 
-    // Has `action` happen when so much time has passed since now.
+    // Schedules `action` at this time from now.
     void after(Milliseconds time, std::function<void()> action);
 
     // The same, and again and again after each further `period`.
     void every(Milliseconds time, Milliseconds period, std::function<void()> action);
 
-    // Has calls of that name fail: `times` of them (all: -1) behind the first `skip`.
+    // Makes calls of that name fail: `times` of them (all: -1) after the first `skip`.
     void fail(const std::string& name, int error, int skip = 0, int times = -1);
 
     // The next polls return at once, saying so, whatever is the case.
@@ -59,7 +59,7 @@ class VirtualTcp : public SystemCalls {
     // Called at the beginning of each call, with its name.
     std::function<void(const std::string&)> onCall;
 
-    // ---- What has happened ----------------------------------------------------------------------
+    // ---- After the test -------------------------------------------------------------------------
 
     std::map<std::string, int> made;
     std::map<std::pair<int, int>, int> options;  // set, by level and name

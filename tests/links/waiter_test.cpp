@@ -31,16 +31,16 @@ class WaiterTest : public testing::Test {
     std::atomic<bool> cancelled_{false};
     int wakeUp_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     int socket_ = calls_.socket(AF_INET, SOCK_STREAM, 0);
-    short happened_ = -1;
+    short events_ = -1;
 };
 
 TEST_F(WaiterTest, TellsWhatHappened) {
     Waiter waiter = waiterFor(milliseconds(100));
-    EXPECT_EQ(waiter.wait(socket_, POLLOUT | POLLIN, happened_), Waiter::Result::kReady);
-    EXPECT_EQ(happened_, POLLOUT);
+    EXPECT_EQ(waiter.wait(socket_, POLLOUT | POLLIN, events_), Waiter::Result::kReady);
+    EXPECT_EQ(events_, POLLOUT);
     calls_.after(milliseconds(40), [&] { calls_.say("x"); });
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kReady);
-    EXPECT_EQ(happened_, POLLIN);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kReady);
+    EXPECT_EQ(events_, POLLIN);
     EXPECT_EQ(calls_.elapsed(), milliseconds(40));
 }
 
@@ -48,37 +48,37 @@ TEST_F(WaiterTest, EndsWithAnErrorOrHangUpThatNobodyAskedFor) {
     Waiter waiter = waiterFor(milliseconds(100));
     for (const short event : std::array<short, 3>{POLLERR, POLLHUP, POLLNVAL}) {
         calls_.falseAlarms = {event};
-        EXPECT_EQ(waiter.wait(socket_, 0, happened_), Waiter::Result::kReady);
-        EXPECT_EQ(happened_, event);
+        EXPECT_EQ(waiter.wait(socket_, 0, events_), Waiter::Result::kReady);
+        EXPECT_EQ(events_, event);
     }
 }
 
 TEST_F(WaiterTest, StopsExactlyAtItsDeadline) {
     Waiter waiter = waiterFor(milliseconds(100));
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
-    EXPECT_EQ(happened_, 0);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(events_, 0);
     EXPECT_EQ(calls_.elapsed(), milliseconds(100));
     EXPECT_EQ(calls_.waits, std::vector<int>{100});
 }
 
 TEST_F(WaiterTest, LooksOnceWhenItsDeadlineHasPassed) {
     Waiter waiter = waiterFor(-milliseconds(100));
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
-    EXPECT_EQ(waiter.wait(socket_, POLLOUT, happened_), Waiter::Result::kReady);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(socket_, POLLOUT, events_), Waiter::Result::kReady);
     EXPECT_EQ(calls_.waits, (std::vector<int>{0, 0}));
 }
 
 TEST_F(WaiterTest, RoundsUpSoThatItDoesNotSpin) {
     Waiter waiter = waiterFor(microseconds(1));
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.waits, std::vector<int>{1});
 }
 
 TEST_F(WaiterTest, WaitsNoLongerThanToldTo) {
     Waiter waiter = waiterFor(milliseconds(100));
-    EXPECT_EQ(waiter.wait(-1, 0, happened_, milliseconds(70)), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(-1, 0, events_, milliseconds(70)), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.elapsed(), milliseconds(70));
-    EXPECT_EQ(waiter.wait(-1, 0, happened_, milliseconds(70)), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(-1, 0, events_, milliseconds(70)), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.elapsed(), milliseconds(100));
 }
 
@@ -88,7 +88,7 @@ TEST_F(WaiterTest, GoesOnForTheTimeLeftAfterAnInterruption) {
         if (calls_.made["poll"] < 3) calls_.advance(milliseconds(20));
     };
     Waiter waiter = waiterFor(milliseconds(100));
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.waits, (std::vector<int>{100, 80, 60, 40}));
     EXPECT_EQ(calls_.elapsed(), milliseconds(100));
 }
@@ -97,14 +97,14 @@ TEST_F(WaiterTest, StopsAtItsDeadlineHoweverOftenItIsInterrupted) {
     calls_.fail("poll", EAGAIN);
     calls_.onCall = [&](const std::string&) { calls_.advance(milliseconds(1)); };
     Waiter waiter = waiterFor(milliseconds(100));
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.elapsed(), milliseconds(100));
 }
 
 TEST_F(WaiterTest, GoesOnAfterAFalseAlarm) {
     Waiter waiter = waiterFor(milliseconds(100));
     calls_.falseAlarms = {0, 0, 0};
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kTimeOut);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kTimeOut);
     EXPECT_EQ(calls_.waits.size(), 4U);
     EXPECT_EQ(calls_.elapsed(), milliseconds(100));
 }
@@ -113,7 +113,7 @@ TEST_F(WaiterTest, PassesOnEveryOtherErrorOfPoll) {
     for (const int error : {EFAULT, EINVAL, ENOMEM}) {
         calls_.fail("poll", error);
         Waiter waiter = waiterFor(milliseconds(100));
-        EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kFailed);
+        EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kFailed);
         EXPECT_EQ(errno, error);
         EXPECT_EQ(calls_.elapsed(), milliseconds(0));
     }
@@ -122,16 +122,16 @@ TEST_F(WaiterTest, PassesOnEveryOtherErrorOfPoll) {
 TEST_F(WaiterTest, IsWokenUpByACancel) {
     Waiter waiter = waiterFor(milliseconds(100));
     calls_.after(milliseconds(30), [&] { cancel(); });
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kCancelled);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kCancelled);
     EXPECT_EQ(calls_.elapsed(), milliseconds(30));
-    EXPECT_EQ(waiter.wait(socket_, POLLOUT, happened_), Waiter::Result::kCancelled);
+    EXPECT_EQ(waiter.wait(socket_, POLLOUT, events_), Waiter::Result::kCancelled);
     EXPECT_EQ(calls_.waits.size(), 1U) << "waited after the cancel";
 }
 
 TEST_F(WaiterTest, TakesADeadlineFarAwayForADay) {
     Waiter waiter = waiterFor(std::chrono::hours(24 * 365));
     calls_.after(milliseconds(30), [&] { calls_.say("x"); });
-    EXPECT_EQ(waiter.wait(socket_, POLLIN, happened_), Waiter::Result::kReady);
+    EXPECT_EQ(waiter.wait(socket_, POLLIN, events_), Waiter::Result::kReady);
     EXPECT_EQ(calls_.waits, std::vector<int>{86'400'000});
 }
 

@@ -1,4 +1,4 @@
-// What all tests of PDF pages share.
+// The fixture of all tests of PDF pages.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Where a page lies on the canvas, and what is on it.
+// The page's place on the canvas, and its contents.
 #include <algorithm>
 #include <limits>
 #include <string>

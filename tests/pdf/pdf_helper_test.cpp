@@ -46,7 +46,7 @@ std::string contentOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// Whether the process is gone, or dead and only not yet reaped by whoever has inherited it.
+// True if the process is gone, or dead and not reaped yet by its new parent.
 bool isDead(const std::string& process) {
     const std::string status = contentOf("/proc/" + process + "/stat");
     const std::size_t afterName = status.rfind(')');

@@ -1,4 +1,4 @@
-// What becomes of documents that cannot be drawn.
+// Documents that cannot be drawn.
 #include <chrono>
 #include <cmath>
 #include <csignal>

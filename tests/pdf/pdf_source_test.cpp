@@ -1,4 +1,4 @@
-// Where the library takes its pages from, and how outcomes read.
+// The source of the library's pages, and the descriptions of outcomes.
 #include <set>
 #include <stdexcept>
 #include <string>

@@ -17,8 +17,8 @@ using samples::corpusNames;
 using samples::decoded;
 using samples::refusal;
 
-// For each file the reference picture that it equals in every pixel, or, behind "!", why it is
-// refused; "*" stands for a picture that the suite has no exact reference for.
+// For each file the reference picture that it equals in every pixel, or "!" and the reason why it
+// is refused. "*" is a picture without an exact reference in the suite.
 using Outcomes = std::map<std::string, std::string>;
 
 constexpr const char* kUnsupported = "!the BMP file is of a kind not supported";

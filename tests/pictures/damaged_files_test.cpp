@@ -75,7 +75,7 @@ Bytes smallPng(bool interlaced, int depth, int orientation) {
     plan.depth = depth;
     plan.interlaced = interlaced;
     plan.samples = noise(static_cast<std::size_t>(9 * 7 * 4 * depth / 8));
-    return samples::withChunkBehindHeader(
+    return samples::withChunkAfterHeader(
         pngFile(plan), samples::pngChunk("eXIf", samples::exifBlock(orientation, true)));
 }
 

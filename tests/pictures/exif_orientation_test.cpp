@@ -15,7 +15,7 @@ namespace {
 
 using samples::exifBlock;
 
-// Where exifBlock() puts its numbers; the second entry is the orientation.
+// Offsets of the numbers in exifBlock(); the second entry is the orientation.
 constexpr std::size_t kDirectoryOffset = 4;
 constexpr std::size_t kEntryCount = 8;
 constexpr std::size_t kType = 24;

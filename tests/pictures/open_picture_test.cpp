@@ -144,7 +144,7 @@ TEST_F(OpenPicture, GivesTheRowsOfAPictureInsideOfABmpAndDoesNotTurnIt) {
     plan.height = static_cast<std::int32_t>(inner.height);
     plan.bits = 0;
     plan.coding = 5;
-    plan.data = samples::withChunkBehindHeader(
+    plan.data = samples::withChunkAfterHeader(
         pngFile(inner), samples::pngChunk("eXIf", samples::exifBlock(6, true)));
     const Bytes file = bmpFile(plan);
     samples::expectSameByRows(file, random_);
@@ -191,7 +191,7 @@ TEST_F(OpenPicture, TurnsAPngUprightWhereverItsOrientationStands) {
     for (int orientation = 1; orientation <= 8; ++orientation) {
         SCOPED_TRACE(orientation);
         const Bytes exif = samples::pngChunk("eXIf", samples::exifBlock(orientation, false));
-        for (const Bytes& file : {samples::withChunkBehindHeader(plain, exif),
+        for (const Bytes& file : {samples::withChunkAfterHeader(plain, exif),
                                   samples::withChunkBeforeEnd(plain, exif)}) {
             EXPECT_EQ(samples::decoded(file).orientation, orientation);
             EXPECT_EQ(rowsOfFile(file)->width(), orientation <= 4 ? 5000 : 31);
@@ -207,7 +207,7 @@ TEST_F(OpenPicture, TakesTheFirstOrientationOfAPngThatIsOne) {
     };
     const auto orientationOf = [&](const Bytes& early, const Bytes& late) {
         return samples::decoded(
-                   samples::withChunkBeforeEnd(samples::withChunkBehindHeader(plain, early), late))
+                   samples::withChunkBeforeEnd(samples::withChunkAfterHeader(plain, early), late))
             .orientation;
     };
     EXPECT_EQ(orientationOf(exif(6), exif(3)), 6);

@@ -29,11 +29,11 @@ std::vector<UInt32> pixelsOf(PictureRows& rows, Portion portion) {
     const auto width = static_cast<std::size_t>(rows.width());
     const auto height = static_cast<std::size_t>(rows.height());
     while (pixels.size() < width * height) {
-        const std::int32_t most = portion();
-        const std::span<const UInt32> next = rows.next(most);
+        const std::int32_t maxRows = portion();
+        const std::span<const UInt32> next = rows.next(maxRows);
         EXPECT_FALSE(next.empty());
         EXPECT_EQ(next.size() % width, 0U);
-        EXPECT_LE(next.size() / width, static_cast<std::size_t>(most));
+        EXPECT_LE(next.size() / width, static_cast<std::size_t>(maxRows));
         if (next.empty()) break;
         pixels.insert(pixels.end(), next.begin(), next.end());
     }

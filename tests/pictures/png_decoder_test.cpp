@@ -17,8 +17,8 @@ using samples::pngChunk;
 using samples::pngFile;
 using samples::PngPlan;
 using samples::refusal;
+using samples::withChunkAfterHeader;
 using samples::withChunkBeforeEnd;
-using samples::withChunkBehindHeader;
 
 constexpr UInt32 kOpaque = 0xFF000000;
 
@@ -130,7 +130,7 @@ TEST(PngDecoder, TakesTheOrientationOfThePictureNotOfItsPreview) {
 TEST(PngDecoder, ReadsTheOrientationBeforeAndBehindThePixels) {
     const Bytes chunk = pngChunk("eXIf", samples::exifBlock(6, true));
     const Bytes file = pngFile(greyPlan());
-    EXPECT_EQ(decoded(withChunkBehindHeader(file, chunk)).orientation, 6);
+    EXPECT_EQ(decoded(withChunkAfterHeader(file, chunk)).orientation, 6);
     EXPECT_EQ(decoded(withChunkBeforeEnd(file, chunk)).orientation, 6);
     EXPECT_EQ(decoded(file).orientation, 1);
 }
@@ -182,7 +182,7 @@ TEST(PngDecoder, ReadsTheAlphaOfAPalette) {
 
 TEST(PngDecoder, MakesTheColourKeyTransparent) {
     const std::array<Byte, 2> key = {0, 5};
-    const Bytes file = withChunkBehindHeader(pngFile(greyPlan()), pngChunk("tRNS", key));
+    const Bytes file = withChunkAfterHeader(pngFile(greyPlan()), pngChunk("tRNS", key));
     EXPECT_EQ(decoded(file).pixels,
               (std::vector<UInt32>{0xFF010101, 0xFF020202, 0xFF030303, 0xFF040404, 0, 0xFF060606}));
 }
@@ -190,7 +190,7 @@ TEST(PngDecoder, MakesTheColourKeyTransparent) {
 TEST(PngDecoder, TakesSamplesAsTheyAreStoredWhateverTheirGamma) {
     const std::array<Byte, 4> gamma = {0, 1, 0x86, 0xA0};  // 1.0
     const Bytes file = pngFile(greyPlan());
-    EXPECT_EQ(asText(decoded(withChunkBehindHeader(file, pngChunk("gAMA", gamma)))),
+    EXPECT_EQ(asText(decoded(withChunkAfterHeader(file, pngChunk("gAMA", gamma)))),
               asText(decoded(file)));
 }
 
@@ -204,7 +204,7 @@ TEST(PngDecoder, IgnoresBytesBehindTheEnd) {
 TEST(PngDecoder, SkipsTextThatIsOfNoUse) {
     const Bytes text(100'000, 'A');
     const Bytes file = pngFile(greyPlan());
-    EXPECT_EQ(asText(decoded(withChunkBehindHeader(file, pngChunk("zTXt", text)))),
+    EXPECT_EQ(asText(decoded(withChunkAfterHeader(file, pngChunk("zTXt", text)))),
               asText(decoded(file)));
 }
 

@@ -37,10 +37,10 @@ class Source : public PictureRows {
     std::int32_t width() const override { return picture_.width; }
     std::int32_t height() const override { return picture_.height; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
+    std::span<const UInt32> next(std::int32_t maxRows) override {
         seen_.thread = std::this_thread::get_id();
         if (damagedRow_ && row_ >= *damagedRow_) throw DamagedPicture("damaged");
-        const std::int32_t count = std::min({most, 1 + row_ % 7, picture_.height - row_});
+        const std::int32_t count = std::min({maxRows, 1 + row_ % 7, picture_.height - row_});
         const auto line = static_cast<std::size_t>(picture_.width);
         const std::span<const UInt32> rows(picture_.pixels);
         const auto first = static_cast<std::size_t>(row_) * line;
@@ -58,10 +58,10 @@ class Source : public PictureRows {
 std::vector<UInt32> allOf(PictureRows& rows, std::mt19937& random) {
     std::vector<UInt32> pixels;
     for (;;) {
-        const auto most = static_cast<std::int32_t>(1 + random() % 90);
-        const auto some = rows.next(most);
+        const auto maxRows = static_cast<std::int32_t>(1 + random() % 90);
+        const auto some = rows.next(maxRows);
         EXPECT_LE(some.size(),
-                  static_cast<std::size_t>(most) * static_cast<std::size_t>(rows.width()));
+                  static_cast<std::size_t>(maxRows) * static_cast<std::size_t>(rows.width()));
         if (some.empty()) return pixels;
         pixels.insert(pixels.end(), some.begin(), some.end());
     }

@@ -155,11 +155,11 @@ RowsRead readByRows(const Bytes& file, std::mt19937& random) {
     const auto line = static_cast<std::size_t>(opened.rows->width());
     try {
         for (;;) {
-            const auto most = static_cast<std::int32_t>(1 + random() % 20);
-            const std::vector<UInt32> rows = someRows(*opened.rows, most, random);
+            const auto maxRows = static_cast<std::int32_t>(1 + random() % 20);
+            const std::vector<UInt32> rows = someRows(*opened.rows, maxRows, random);
             if (rows.empty()) break;
             EXPECT_EQ(rows.size() % line, 0U);
-            EXPECT_LE(rows.size() / line, static_cast<std::size_t>(most));
+            EXPECT_LE(rows.size() / line, static_cast<std::size_t>(maxRows));
             read.picture.pixels.insert(read.picture.pixels.end(), rows.begin(), rows.end());
             read.picture.height += static_cast<std::int32_t>(rows.size() / line);
         }
@@ -251,7 +251,7 @@ Bytes pngChunk(const std::string& name, std::span<const Byte> data) {
     return chunk;
 }
 
-Bytes withChunkBehindHeader(const Bytes& png, const Bytes& chunk) {
+Bytes withChunkAfterHeader(const Bytes& png, const Bytes& chunk) {
     return inserted(png, kPngHeaderEnd, chunk);
 }
 

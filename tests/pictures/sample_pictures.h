@@ -14,7 +14,7 @@
 
 namespace tavio::pictures::samples {
 
-// Whether the folder of public sample files is on this machine.
+// True if the folder of public sample files is on this machine.
 bool haveCorpus();
 
 // A file of that folder; a test failure and no bytes when it cannot be read.
@@ -29,7 +29,7 @@ Picture decoded(std::span<const Byte> file);
 // Why there is no picture in the file; a test failure when there is one.
 std::string refusal(std::span<const Byte> file);
 
-// What came of asking an opened file for all of its rows, in random portions.
+// The result of reading all rows of an opened file, in random portions.
 struct RowsRead {
     Picture picture;  // upright, as far as its rows came
     std::string why;  // empty when all came; else why not
@@ -43,13 +43,14 @@ void expectSameByRows(const Bytes& file, std::mt19937& random);
 // One line a row, one hexadecimal word (alpha, blue, green, red) a pixel, for failures.
 std::string asText(const Picture& picture);
 
-// Of the colours, over two pictures of one size; a test failure where the sizes differ.
+// The mean difference of the colours of two pictures of one size; a test failure if the sizes
+// differ.
 double meanDifference(const Picture& one, const Picture& other);
 
 // Random premultiplied pixels; all opaque, or alpha random too.
 Picture randomPicture(std::mt19937& random, std::int32_t width, std::int32_t height, bool opaque);
 
-// A PNG file. `rows`: the samples as PNG stores them, one row behind the other.
+// A PNG file. `rows`: the samples as PNG stores them, one row after the other.
 struct PngPlan {
     std::uint32_t width = 1;
     std::uint32_t height = 1;
@@ -65,8 +66,8 @@ Bytes pngFile(const PngPlan& plan);
 // One chunk with its length and checksum.
 Bytes pngChunk(const std::string& name, std::span<const Byte> data);
 
-// The PNG file with a chunk put right behind its header, or right before its end.
-Bytes withChunkBehindHeader(const Bytes& png, const Bytes& chunk);
+// The PNG file with a chunk put right after its header, or right before its end.
+Bytes withChunkAfterHeader(const Bytes& png, const Bytes& chunk);
 Bytes withChunkBeforeEnd(const Bytes& png, const Bytes& chunk);
 
 enum class JpegColour { kGrey, kYcbcr, kRgb, kCmyk, kYcck };

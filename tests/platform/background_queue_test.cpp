@@ -72,7 +72,7 @@ TEST(BackgroundQueue, TakesTasksFromATask) {
     EXPECT_EQ(inner.get_future().get(), 7);
 }
 
-// What a task held is let go outside of the queue's lock: its end may itself need the queue.
+// A task's captures are destroyed without the queue's lock: their destructors may use the queue.
 TEST(BackgroundQueue, TakesTasksFromTheEndOfWhatATaskHeld) {
     struct QueuesAtItsEnd {
         std::promise<int>& promise;

@@ -216,7 +216,7 @@ TEST_F(FolderPhotos, AreReadWhenTheyAreAskedFor) {
     EXPECT_EQ(fileOf(photos_, url), bytesOf("after"));
 }
 
-// So that there is no copy of it that nobody needs yet.
+// Until then there is no copy of it in memory.
 TEST_F(FolderPhotos, AreReadWhenTheirBytesAreAskedFor) {
     add("a.jpg", "before");
     const auto asset = lookUp(photos_, FolderPhotoLibrary::urlOf("a.jpg")).asset;

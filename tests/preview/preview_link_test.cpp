@@ -99,7 +99,7 @@ TEST_F(PreviewLinkTest, TellsWhyALaterTicketCannotBeWritten) {
     const std::string why = (folder / "ticket-2.png") + " cannot be written: Is a directory";
     EXPECT_EQ(link.failure(), why);
     EXPECT_FALSE(link.commit());
-    EXPECT_FALSE(print("<p>")) << "what is not committed is spoiled";
+    EXPECT_FALSE(print("<p>")) << "after a failure nothing can be committed";
     EXPECT_EQ(link.failure(), why);
     EXPECT_FALSE(link.commit());
     EXPECT_EQ(folder.names(), std::set<std::string>{"ticket-2.png"});

@@ -14,7 +14,7 @@
 namespace tavio {
 namespace {
 
-// What the modules hold on to between prints.
+// The memory that the modules keep between prints.
 std::array<std::size_t, 4> heldMemory() {
     return {imaging::openSurface.capacity(), imaging::mDataArray.capacity(),
             imaging::mRawBitmapData.capacity(), encoder::linemap.capacity()};

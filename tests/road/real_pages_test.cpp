@@ -16,7 +16,7 @@ class RealPages : public test::FreshState {
   protected:
     RealPages() { OpenSessionWiFi(""); }
 
-    // What SendFile of a one-page document hands to the transport.
+    // The bytes that SendFile of a one-page document gives to the transport.
     Bytes sentFor(const test::PageText& page) {
         const URL url = folder_.write("page.pdf", test::documentOf({page}));
         test::transport().calls.clear();

@@ -1,5 +1,5 @@
-// What is encoded is read back by the virtual printer: the same dots, but for those that are
-// dropped on purpose, and these tests say which.
+// The virtual printer reads encoded pictures back: the same dots, except those that the encoder
+// drops on purpose, which these tests name.
 
 #include <algorithm>
 #include <functional>
@@ -30,7 +30,7 @@ struct Job {
     std::int32_t column;
 };
 
-// Whether the encoder's file has a dot at row y (0 at the top), column c of the padded row.
+// True if the encoder's file has a dot at row y (0 at the top), column c of the padded row.
 using DotAt = std::function<bool(std::size_t y, std::size_t c)>;
 
 // The padding rule: whole padding bytes are blank, and so is the half byte left of them - in the
@@ -81,7 +81,7 @@ bool hasNoBlankColumn(const Rows& dots, std::size_t band) {
     return true;
 }
 
-// Where the dots are to lie on the ticket.
+// The ticket with the dots in their expected places.
 Ticket expectedTicket(const Rows& dots, const Job& job) {
     Ticket ticket(*virtual_printer::ticketSize(0, 300));
     for (std::size_t y = 0; y < dots.size(); ++y) {

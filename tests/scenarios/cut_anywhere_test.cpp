@@ -1,5 +1,5 @@
-// A connection that is dropped in the middle of a job, at every place, leaves nothing behind in the
-// printer that the next job on a new connection could suffer from: it prints dot by dot the same.
+// A connection that is dropped in the middle of a job, at any byte, leaves no trace in the printer
+// that the next job on a new connection could suffer from: it prints dot by dot the same.
 // TAVIO_SEED=SEED chooses other places of long jobs.
 
 #include <algorithm>
@@ -102,7 +102,7 @@ class Printer {
     Device device_;
 };
 
-// What the printer has long been given when the job comes.
+// The jobs that the printer got before this one.
 Bytes storedBefore(const RealJob& job) {
     return job.name == "logo" ? storeLogo() : Bytes();
 }

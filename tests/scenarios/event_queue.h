@@ -1,4 +1,4 @@
-// A clock that is a variable, and what is to happen when it gets there.
+// A clock that is a variable, and the events scheduled on it.
 #pragma once
 
 #include <chrono>
@@ -16,7 +16,7 @@ using Time = std::chrono::steady_clock::time_point;
 using Duration = std::chrono::steady_clock::duration;
 using std::chrono::milliseconds;
 
-// Events of the same time happen in the order in which they were planned, so that every run of the
+// Events of the same time run in the order in which they were scheduled, so that every run of the
 // same plan is the same.
 class EventQueue {
   public:
@@ -37,10 +37,10 @@ class EventQueue {
         return events_.begin()->first.first;
     }
 
-    // The clock goes forward to `time`, never back; what is due happens with runOne().
+    // The clock goes forward to `time`, never back; runOne() runs the events that are due.
     void advanceTo(Time time) { now_ = std::max(now_, time); }
 
-    // Has one event happen that is due; false when none is.
+    // Runs one event that is due; false if there is none.
     bool runOne() {
         if (events_.empty() || events_.begin()->first.first > now_) return false;
         auto node = events_.extract(events_.begin());
@@ -48,7 +48,7 @@ class EventQueue {
         return true;
     }
 
-    // One line of what happened, kept only where somebody asked for it.
+    // Adds a line to the record, if one is kept.
     void keepTrace() { keepsTrace_ = true; }
     bool keepsTrace() const { return keepsTrace_; }
     void trace(const std::string& line);

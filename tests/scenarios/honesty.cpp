@@ -62,8 +62,8 @@ void judgeNumbers(const JobRecord& job, const Truth& truth, Objections& objectio
     if (report.accepted != job.atEnd().accepted) {
         objections.emplace_back("accepted is not what the system took");
     }
-    const std::uint64_t most = job.wasClosed ? truth.acknowledgedAtClose : job.atEnd().acknowledged;
-    if (report.acknowledged && *report.acknowledged > most) {
+    const std::uint64_t max = job.wasClosed ? truth.acknowledgedAtClose : job.atEnd().acknowledged;
+    if (report.acknowledged && *report.acknowledged > max) {
         objections.emplace_back("acknowledged is more than the system knew");
     }
     if (report.acknowledged && *report.acknowledged > truth.arrived) {
@@ -124,8 +124,8 @@ void judgeFailure(const Plan& plan, const JobRecord& job, Objections& objections
         objections.emplace_back("connecting given up before the deadline");
     }
     const bool wasCancelled = std::any_of(
-        plan.happenings.begin(), plan.happenings.end(),
-        [](const Happening& happening) { return happening.kind == Happening::Kind::kCancel; });
+        plan.events.begin(), plan.events.end(),
+        [](const PlannedEvent& event) { return event.kind == PlannedEvent::Kind::kCancel; });
     if (failure == "cancelled" && !wasCancelled) objections.emplace_back("nobody cancelled it");
     if (says(failure, "closed the connection") && !call->truth.resetArrived) {
         objections.emplace_back("closed, though the printer did not");
@@ -188,8 +188,8 @@ void judgeBytes(const Plan& plan, const Trial& trial, const VirtualConnection& c
     }
 }
 
-// Where nothing was lost in between, tickets are what the bytes print by themselves. Logos of
-// earlier jobs would have to be known too, so this is for a printer's only job.
+// If no byte was lost, the tickets are those of the bytes by themselves. Logos of earlier jobs are
+// not known here, so this is only for a printer's first job.
 void judgeTickets(const Plan& plan, const Trial& trial, Objections& objections) {
     const PrinterServer& server = trial.network.server();
     if (plan.network.device.physics.dropWhenFull || server.taken().size() != 1) return;
@@ -210,8 +210,8 @@ bool isPrintedInFull(const Trial& trial, const VirtualConnection& connection) {
            (!isLast || server.device().state().waitingBytes == 0);
 }
 
-// What a printer that drops bytes drops, nobody else can know; nor that one ended its side before
-// it had read what had arrived.
+// A report cannot know which bytes a printer dropped, nor that it ended its side before it had read
+// all of its buffer.
 void judgeSilence(const Plan& plan, const Trial& trial, const JobRecord& job,
                   const VirtualConnection& connection, Objections& objections) {
     if (!job.wasClosed || plan.network.device.physics.dropWhenFull) return;

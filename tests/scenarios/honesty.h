@@ -1,4 +1,4 @@
-// Whether a report may say what it says, judged by one who has seen both ends.
+// Judges a report with the knowledge of both ends.
 #pragma once
 
 #include <string>

@@ -34,13 +34,13 @@ Plan refusedPlan() {
 
 Plan lostPlan() {
     Plan plan = healthyPlan();
-    plan.happenings = {{Happening::Kind::kLose, milliseconds(5), {}, {}}};
+    plan.events = {{PlannedEvent::Kind::kLose, milliseconds(5), {}, {}}};
     return plan;
 }
 
 using Lie = std::function<void(JobRecord&)>;
 
-// What is found when the record of a plan that was carried out is changed.
+// The errors found in the record of a plan after it was changed.
 std::vector<std::string> foundIn(const Plan& plan, const Lie& lie) {
     Trial trial(plan);
     carryOut(plan, trial);

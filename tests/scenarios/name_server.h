@@ -19,7 +19,7 @@ class NameServer {
     NameServer(const NameServer&) = delete;
     NameServer& operator=(const NameServer&) = delete;
 
-    // Sends home whoever still waits for an answer.
+    // Ends all lookups that still wait for an answer.
     ~NameServer();
 
     // As links::SystemCalls. With kNone it takes until the destructor.

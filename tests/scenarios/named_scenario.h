@@ -15,11 +15,11 @@ namespace tavio::scenarios {
 
 // Milliseconds from the start. A drain looks at least every 20 ms whether everything has arrived.
 struct Moment {
-    Moment(int time) : least(time), most(time + 45) {}  // NOLINT(google-explicit-constructor)
-    Moment(int from, int to) : least(from), most(to) {}
+    Moment(int time) : min(time), max(time + 45) {}  // NOLINT(google-explicit-constructor)
+    Moment(int from, int to) : min(from), max(to) {}
 
-    int least;
-    int most;
+    int min;
+    int max;
 };
 
 // A write looks fifty times in its deadline of 30 s how far things have come.
@@ -27,13 +27,13 @@ inline Moment aLookAfter(int time) {
     return {time, time + 645};
 }
 
-// What is right, of the last job of the plan.
+// The right result of the last job of the plan.
 struct Expected {
     links::Outcome outcome = links::Outcome::kSentUnconfirmed;
 
     // Bytes acknowledged, both included.
-    std::uint64_t least = 0;
-    std::uint64_t most = 0;
+    std::uint64_t min = 0;
+    std::uint64_t max = 0;
 
     // Parts of the sentences; "": none may be there.
     std::string_view failure;
@@ -58,10 +58,10 @@ struct NamedScenario {
 // A job is opened, written and closed on a good network, with the deadlines that are usual.
 Plan usualPlan(Bytes job);
 
-// All of it sent, nothing to remark, and all its tickets whole.
+// All of it sent, no remark, and all its tickets whole.
 Expected sent(std::uint64_t size, std::size_t tickets, std::vector<Moment> ends);
 Expected nothingSent(std::string_view failure, std::vector<Moment> ends);
-Expected partlySent(std::uint64_t least, std::uint64_t most, std::string_view failure,
+Expected partlySent(std::uint64_t min, std::uint64_t max, std::string_view failure,
                     std::vector<Moment> ends);
 
 // With another outcome, remark, reply or number of tickets.

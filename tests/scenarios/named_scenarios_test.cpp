@@ -24,7 +24,7 @@ Plan usualPlan(Bytes job) {
 
 Expected sent(std::uint64_t size, std::size_t tickets, std::vector<Moment> ends) {
     Expected expected;
-    expected.least = expected.most = size;
+    expected.min = expected.max = size;
     expected.tickets = expected.whole = tickets;
     expected.ends = std::move(ends);
     return expected;
@@ -37,12 +37,12 @@ Expected nothingSent(std::string_view failure, std::vector<Moment> ends) {
     return expected;
 }
 
-Expected partlySent(std::uint64_t least, std::uint64_t most, std::string_view failure,
+Expected partlySent(std::uint64_t min, std::uint64_t max, std::string_view failure,
                     std::vector<Moment> ends) {
     Expected expected = nothingSent(failure, std::move(ends));
     expected.outcome = links::Outcome::kPartlySent;
-    expected.least = least;
-    expected.most = most;
+    expected.min = min;
+    expected.max = max;
     return expected;
 }
 
@@ -79,7 +79,7 @@ std::vector<NamedScenario> allScenarios() {
     return all;
 }
 
-// Of a sentence, "" stands for none.
+// "" is no sentence.
 void expectSentence(const std::string& sentence, std::string_view part, const char* what) {
     if (part.empty()) {
         EXPECT_EQ(sentence, "") << what;
@@ -91,8 +91,8 @@ void expectSentence(const std::string& sentence, std::string_view part, const ch
 
 void expectReport(const links::LinkReport& report, const Expected& expected) {
     EXPECT_EQ(links::outcomeOf(report), expected.outcome) << links::describe(report);
-    EXPECT_GE(report.acknowledged.value_or(0), expected.least);
-    EXPECT_LE(report.acknowledged.value_or(0), expected.most);
+    EXPECT_GE(report.acknowledged.value_or(0), expected.min);
+    EXPECT_LE(report.acknowledged.value_or(0), expected.max);
     EXPECT_EQ(report.reply.value_or(""), expected.reply);
     expectSentence(report.failure, expected.failure, "the failure");
     expectSentence(report.remark, expected.remark, "the remark");
@@ -109,8 +109,8 @@ void expectTimes(const Trial& trial, const std::vector<Moment>& ends) {
     }
     ASSERT_EQ(found.size(), ends.size()) << testing::PrintToString(found);
     for (std::size_t i = 0; i < ends.size(); ++i) {
-        EXPECT_GE(found.at(i), ends.at(i).least) << "call " << i;
-        EXPECT_LE(found.at(i), ends.at(i).most) << "call " << i;
+        EXPECT_GE(found.at(i), ends.at(i).min) << "call " << i;
+        EXPECT_LE(found.at(i), ends.at(i).max) << "call " << i;
     }
 }
 

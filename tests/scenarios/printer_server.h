@@ -14,7 +14,7 @@
 
 namespace tavio::scenarios {
 
-// What printers' network cards do apart from the device behind them.
+// The behaviour of a printer's network card, apart from the device.
 struct ServerHabits {
     bool keepsOpen = false;                         // does not end its side when all is printed
     std::optional<std::uint64_t> endsSendingAfter;  // bytes received: ends its side, reads on

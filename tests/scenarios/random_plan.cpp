@@ -14,13 +14,13 @@ using test::chance;
 using test::Random;
 using virtual_printer::DeviceSettings;
 
-milliseconds randomTime(Random& random, int least, int most) {
-    return milliseconds(between(random, least, most));
+milliseconds randomTime(Random& random, int min, int max) {
+    return milliseconds(between(random, min, max));
 }
 
 // Between the two, and often much nearer to the smaller one.
-int lopsided(Random& random, int least, int most) {
-    return between(random, least, between(random, least, most));
+int lopsided(Random& random, int min, int max) {
+    return between(random, min, between(random, min, max));
 }
 
 links::Deadlines randomDeadlines(Random& random) {
@@ -152,30 +152,30 @@ std::vector<Call> randomCalls(Random& random, int jobSize) {
     return calls;
 }
 
-std::vector<Happening> randomHappenings(Random& random, const DeviceSettings& device) {
-    using Kind = Happening::Kind;
-    std::vector<Happening> happenings;
+std::vector<PlannedEvent> randomEvents(Random& random, const DeviceSettings& device) {
+    using Kind = PlannedEvent::Kind;
+    std::vector<PlannedEvent> events;
     const auto time = [&] { return milliseconds(lopsided(random, 0, 20'000)); };
     if (chance(random, 20)) {
         const Duration lost = time();
-        happenings.push_back({Kind::kLose, lost, {}, {}});
-        if (chance(random, 60)) happenings.push_back({Kind::kRestore, lost + time(), {}, {}});
+        events.push_back({Kind::kLose, lost, {}, {}});
+        if (chance(random, 60)) events.push_back({Kind::kRestore, lost + time(), {}, {}});
     }
     if (device.faults.paperOutAfter) {
         for (int n = between(random, 0, 4); n > 0; --n) {
-            happenings.push_back({Kind::kLoadPaper, time(), {}, {}});
+            events.push_back({Kind::kLoadPaper, time(), {}, {}});
         }
     }
-    if (chance(random, 8)) happenings.push_back({Kind::kCancel, time(), {}, {}});
+    if (chance(random, 8)) events.push_back({Kind::kCancel, time(), {}, {}});
     if (chance(random, 8)) {
-        happenings.push_back(
+        events.push_back(
             {Kind::kOccupy, milliseconds(0), time() + milliseconds(1), ticketJob(1, 200)});
     }
-    return happenings;
+    return events;
 }
 
 // Narrow windows and buffers go byte by byte; what they carry has to be short.
-int mostBytes(const Path& path, const DeviceSettings& device) {
+int maxBytes(const Path& path, const DeviceSettings& device) {
     const auto narrow = static_cast<int>(
         std::min({path.window, path.sendBuffer, device.physics.receiveBuffer * 4}));
     return std::clamp(20 * narrow, 60, 90'000);
@@ -191,10 +191,10 @@ Plan randomPlan(std::uint64_t seed) {
     const int wanted =
         chance(random, 5) ? 0 : lopsided(random, 1, chance(random, 3) ? 90'000 : 30'000);
     plan.network.device = randomDevice(random, wanted);
-    const int size = std::min(wanted, mostBytes(plan.network.path, plan.network.device));
+    const int size = std::min(wanted, maxBytes(plan.network.path, plan.network.device));
     plan.network.server = randomHabits(random, size);
     plan.calls = randomCalls(random, size);
-    plan.happenings = randomHappenings(random, plan.network.device);
+    plan.events = randomEvents(random, plan.network.device);
     return plan;
 }
 

@@ -22,7 +22,7 @@ std::uint64_t fromEnvironment(const char* name, std::uint64_t otherwise) {
     return value == nullptr ? otherwise : std::strtoull(value, nullptr, 10);
 }
 
-// What went wrong with the plan of a seed, with everything that is known of it; "" if nothing did.
+// The errors in the run of a seed's plan, with its whole record; "" if there were none.
 std::string accountOf(std::uint64_t seed) {
     const Plan plan = randomPlan(seed);
     Trial trial(plan);

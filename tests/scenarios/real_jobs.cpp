@@ -13,7 +13,7 @@ namespace {
 constexpr std::int32_t kDpi = 200;
 constexpr std::int32_t kPrintedLogo = 7;
 
-// What the library sends when it is used so.
+// The bytes that the library sends when `use` calls it.
 Bytes sentBy(std::int32_t stock, const std::function<void()>& use) {
     const auto link = std::make_shared<links::RecordingLink>();
     links::useLink(link);

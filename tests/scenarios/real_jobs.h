@@ -23,7 +23,7 @@ RealJob pageJob();
 // Stores a logo and prints it, cut afterwards, and kStoredLogo too.
 RealJob storedLogoJob();
 
-// What an application has stored long before.
+// A logo that an application has stored before.
 inline constexpr int kStoredLogo = 3;
 Bytes storeLogo();
 

@@ -46,25 +46,25 @@ const char* nameOf(CallKind kind) {
 
 namespace {
 
-void schedule(const Happening& happening, VirtualNetwork& network, links::Link& link) {
-    network.at(happening.time, [&network, &link, happening] {
-        switch (happening.kind) {
-            case Happening::Kind::kLose:
+void schedule(const PlannedEvent& event, VirtualNetwork& network, links::Link& link) {
+    network.at(event.time, [&network, &link, event] {
+        switch (event.kind) {
+            case PlannedEvent::Kind::kLose:
                 network.lose();
                 break;
-            case Happening::Kind::kRestore:
+            case PlannedEvent::Kind::kRestore:
                 network.restore();
                 break;
-            case Happening::Kind::kLoadPaper:
+            case PlannedEvent::Kind::kLoadPaper:
                 network.events().trace("new paper");
                 network.server().device().loadPaper(network.now());
                 break;
-            case Happening::Kind::kCancel:
+            case PlannedEvent::Kind::kCancel:
                 network.events().trace("cancel");
                 link.cancel();
                 break;
-            case Happening::Kind::kOccupy:
-                network.server().occupy(happening.bytes, happening.until - happening.time);
+            case PlannedEvent::Kind::kOccupy:
+                network.server().occupy(event.bytes, event.until - event.time);
                 break;
         }
     });
@@ -106,7 +106,7 @@ void noteCall(const CallRecord& record, VirtualNetwork& network) {
 void carryOut(const Plan& plan, Trial& trial) {
     VirtualNetwork& network = trial.network;
     links::TcpLink link(plan.deadlines, network);
-    for (const Happening& happening : plan.happenings) schedule(happening, network, link);
+    for (const PlannedEvent& event : plan.events) schedule(event, network, link);
     for (const Call& call : plan.calls) {
         pause(network, call.pause);
         if (call.kind == CallKind::kOpen || trial.jobs.empty()) trial.jobs.emplace_back();

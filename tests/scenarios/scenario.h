@@ -1,4 +1,4 @@
-// A job, what happens to it on the way, and what is right to say of it afterwards.
+// A job, the events during it, and the report that is right afterwards.
 #pragma once
 
 #include <cstdint>
@@ -31,8 +31,8 @@ Call read();
 Call close();
 Call after(Duration pause, Call call);
 
-// Something that happens by itself, at a time counted from the start.
-struct Happening {
+// An event from outside, at a time counted from the start.
+struct PlannedEvent {
     enum class Kind : std::uint8_t { kLose, kRestore, kLoadPaper, kCancel, kOccupy };
     Kind kind = Kind::kLose;
     Duration time{0};
@@ -44,7 +44,7 @@ struct Plan {
     NetworkPlan network;
     links::Deadlines deadlines;
     std::vector<Call> calls;
-    std::vector<Happening> happenings;
+    std::vector<PlannedEvent> events;
 };
 
 // How a call went.

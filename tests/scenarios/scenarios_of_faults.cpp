@@ -5,7 +5,7 @@
 namespace tavio::scenarios {
 namespace {
 
-using Kind = Happening::Kind;
+using Kind = PlannedEvent::Kind;
 using std::chrono::seconds;
 
 constexpr std::string_view kNoEnd = "did not end the connection within 5 s";
@@ -57,9 +57,9 @@ Plan withLogo(std::size_t logoMemory) {
     return plan;
 }
 
-Plan behindAnother(Bytes job, Duration until) {
+Plan afterAnother(Bytes job, Duration until) {
     Plan plan = usualPlan(std::move(job));
-    plan.happenings = {{Kind::kOccupy, {}, until, ticketJob(1, 300)}};
+    plan.events = {{Kind::kOccupy, {}, until, ticketJob(1, 300)}};
     return plan;
 }
 
@@ -97,12 +97,11 @@ std::vector<NamedScenario> scenariosOfFaults() {
          printed(2, 1, sent(10'000, 2, {4, 4, 2'000}))},
         {"LogoThatDoesNotFitIsNotFoundOut", withLogo(500), sent(logoJobSize, 1, {4, 4, 12})},
         {"LogoThatFitsIsPrinted", withLogo(5'000), sent(logoJobSize, 1, {4, 4, 12})},
-        {"SecondClientWaitsBehindABusyPrinter", behindAnother(ticketJob(10, 20'000), seconds(20)),
+        {"SecondClientWaitsBehindABusyPrinter", afterAnother(ticketJob(10, 20'000), seconds(20)),
          sent(200'000, 10, {4, 20'000, 20'040})},
-        {"SecondClientDoesNotWaitForever", behindAnother(ticketJob(10, 20'000), seconds(60)),
+        {"SecondClientDoesNotWaitForever", afterAnother(ticketJob(10, 20'000), seconds(60)),
          partlySent(65'536, 65'536, "took no byte for 30 s", {4, 30'020, 30'020})},
-        {"SmallJobBehindABusyPrinterIsPrintedLater",
-         behindAnother(ticketJob(1, 2'000), seconds(60)),
+        {"SmallJobBehindABusyPrinterIsPrintedLater", afterAnother(ticketJob(1, 2'000), seconds(60)),
          remarked(kNoEnd, sent(2'000, 1, {4, 4, 5'008}))},
     };
 }

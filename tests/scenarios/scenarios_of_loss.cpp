@@ -5,7 +5,7 @@
 namespace tavio::scenarios {
 namespace {
 
-using Kind = Happening::Kind;
+using Kind = PlannedEvent::Kind;
 using std::chrono::seconds;
 
 constexpr std::string_view kNoByteTaken = "took no byte for 30 s";
@@ -13,29 +13,29 @@ constexpr std::string_view kNoByteAcknowledged = "acknowledged no byte for 30 s"
 constexpr std::string_view kNoEnd = "did not end the connection within 5 s";
 
 // Ten seconds of a job.
-Plan slowJob(std::vector<Happening> happenings) {
+Plan slowJob(std::vector<PlannedEvent> events) {
     Plan plan = usualPlan(ticketJob(10, 10'000));
     plan.network.path.bytesPerSecond = 10'000;
-    plan.happenings = std::move(happenings);
+    plan.events = std::move(events);
     return plan;
 }
 
 // A small job over a long way: connected at 200 ms, at the printer at 300, acknowledged at 400,
 // its end at the printer at 500, and its end of the connection here at 600.
-Plan smallJob(std::vector<Happening> happenings) {
+Plan smallJob(std::vector<PlannedEvent> events) {
     Plan plan = usualPlan(ticketJob(1, 1'000));
     plan.network.path.latency = milliseconds(100);
-    plan.happenings = std::move(happenings);
+    plan.events = std::move(events);
     return plan;
 }
 
-Happening lose(Duration time) {
+PlannedEvent lose(Duration time) {
     return {Kind::kLose, time, {}, {}};
 }
-Happening restore(Duration time) {
+PlannedEvent restore(Duration time) {
     return {Kind::kRestore, time, {}, {}};
 }
-Happening cancel(Duration time) {
+PlannedEvent cancel(Duration time) {
     return {Kind::kCancel, time, {}, {}};
 }
 
@@ -48,7 +48,7 @@ Plan betweenWrites() {
     Plan plan = usualPlan({});
     plan.calls = {open(), write(ticketJob(1, 1'000)),
                   after(seconds(20), write(ticketJob(1, 1'000))), close()};
-    plan.happenings = {lose(seconds(10))};
+    plan.events = {lose(seconds(10))};
     return plan;
 }
 

@@ -5,13 +5,13 @@
 namespace tavio::scenarios {
 namespace {
 
-using Kind = Happening::Kind;
+using Kind = PlannedEvent::Kind;
 
 Bytes smallJob() {
     return ticketJob(1, 2'000);
 }
 
-// From start to end: the round trip of connecting, and those of the job and the goodbye.
+// The round trip of connecting, then those of the job and the goodbye.
 const std::vector<Moment> kUsualEnds{4, 4, 12};
 
 Plan answeredWith(ConnectAnswer answer) {
@@ -28,15 +28,15 @@ Plan withName(NameAnswer names, std::vector<ConnectAnswer> firstAnswers) {
     return plan;
 }
 
-Plan happening(std::vector<Happening> happenings) {
+Plan planWith(std::vector<PlannedEvent> events) {
     Plan plan = usualPlan(smallJob());
-    plan.happenings = std::move(happenings);
+    plan.events = std::move(events);
     return plan;
 }
 
 Plan cancelledAt(milliseconds time, ConnectAnswer answer) {
     Plan plan = answeredWith(answer);
-    plan.happenings = {{Kind::kCancel, time, {}, {}}};
+    plan.events = {{Kind::kCancel, time, {}, {}}};
     return plan;
 }
 
@@ -90,11 +90,11 @@ std::vector<NamedScenario> scenariosOfOpening() {
              return plan;
          }(),
          nothingSent("cancelled", {20, 20, 20})},
-        {"LinkLostBeforeOpeningSendsNothing", happening({{Kind::kLose, {}, {}, {}}}),
+        {"LinkLostBeforeOpeningSendsNothing", planWith({{Kind::kLose, {}, {}, {}}}),
          nothingSent("cannot be reached: Connection timed out", {5'000, 5'000, 5'000})},
         // The system asks again after 200, 600 and 1400 ms.
         {"LinkBackWhileConnectingLosesNothing",
-         happening({{Kind::kLose, {}, {}, {}}, {Kind::kRestore, milliseconds(1'000), {}, {}}}),
+         planWith({{Kind::kLose, {}, {}, {}}, {Kind::kRestore, milliseconds(1'000), {}, {}}}),
          sent(2'000, 1, {1'404, 1'404, 1'412})},
         {"EmptyJobSendsNothing", ofCalls({open(), close()}), nothingSent("", {4, 4})},
         {"WriteOfNoBytesSendsNothing", usualPlan({}), nothingSent("", {4, 4, 4})},

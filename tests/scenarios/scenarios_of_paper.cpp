@@ -5,7 +5,7 @@
 namespace tavio::scenarios {
 namespace {
 
-using Kind = Happening::Kind;
+using Kind = PlannedEvent::Kind;
 using std::chrono::seconds;
 
 constexpr double kTicketASecond = 25.4;  // millimetres per second
@@ -25,7 +25,7 @@ Plan outAfter(Bytes job, std::uint64_t tickets, const std::vector<Duration>& loa
     Plan plan = withPaper(std::move(job), 0);
     plan.network.device.faults.paperOutAfter = tickets;
     for (const Duration time : loaded) {
-        plan.happenings.push_back({Kind::kLoadPaper, time, {}, {}});
+        plan.events.push_back({Kind::kLoadPaper, time, {}, {}});
     }
     return plan;
 }

@@ -69,7 +69,7 @@ std::vector<NamedScenario> scenariosOfWriting() {
         {"SlowButNeverIdleForTheDeadlineArrives",
          onPath(ticketJob(1, 7'300), {.latency = kLatency, .bytesPerSecond = 60}),
          sent(7'300, 1, {1'337, 1'337, 129'670})},
-        // Of what was on its way, all arrives: giving up does not mean that nothing is printed.
+        // All bytes on their way arrive: after giving up, the ticket may still be printed.
         {"SlowerThanTheDeadlineIsGivenUp",
          onPath(ticketJob(1, 7'300), {.latency = kLatency, .bytesPerSecond = 40}),
          printed(1, 1, partlySent(0, 0, "acknowledged no byte for 30 s", {2'004, 2'004, 32'004}))},

@@ -74,8 +74,7 @@ std::vector<Dots> printed(std::initializer_list<std::span<const Byte>> parts,
     return tickets;
 }
 
-// Whether the next job prints as it should when the first one stopped after so many bytes and this
-// is sent in between.
+// True if the next job prints correctly after the first one was cut at `place` and `between` was sent.
 bool heals(std::size_t place, std::string_view between) {
     const Bytes first = sampleJob().bytes;
     const Bytes next = nextJob();
@@ -132,8 +131,8 @@ TEST(SerialLine, OnASerialLineACutInFrontHelpsButForHalfGraphicsAndHalfLogos) {
     });
 }
 
-// Blanks fill up graphics that lack bytes, ESC ends a logo, and the cut parts with the ticket that
-// was spoiled.
+// Blanks complete graphics that lack bytes, ESC ends a logo, and the cut brings out the unfinished
+// ticket.
 TEST(SerialLine, OnASerialLineBlanksAnEscAndACutInFrontHealEverything) {
     const std::string cleanCut = std::string(kLongestRun, ' ').append("\x1b<p>");
     expectHealing(cleanCut, [](std::size_t) { return true; });

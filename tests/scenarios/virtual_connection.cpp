@@ -53,7 +53,7 @@ void VirtualConnection::connectionAnswered(int error) {
     error_ = error;
 }
 
-// What one call of send() brought is kept until all of it is acknowledged.
+// The bytes of one call of send() are kept until all of them are acknowledged.
 std::size_t VirtualConnection::freeHere() const {
     const std::uint64_t kept = truth_.accepted - freed_;
     return kept >= sendBuffer_ ? 0 : sendBuffer_ - static_cast<std::size_t>(kept);
@@ -76,9 +76,9 @@ ssize_t VirtualConnection::send(std::span<const Byte> bytes) {
 
 void VirtualConnection::pump() {
     if (state_ != State::kConnected) return;
-    const std::uint64_t most = std::min<std::uint64_t>(truth_.accepted, edge_);
-    while (sent_ < most) {
-        const std::uint64_t size = std::min<std::uint64_t>(kSegment, most - sent_);
+    const std::uint64_t max = std::min<std::uint64_t>(truth_.accepted, edge_);
+    while (sent_ < max) {
+        const std::uint64_t size = std::min<std::uint64_t>(kSegment, max - sent_);
         sent_ += size;
         there_.send(static_cast<std::size_t>(size), [this, end = sent_] { dataArrives(end); });
     }
@@ -284,7 +284,7 @@ void VirtualConnection::resetThere() {
     if (!truth_.resetThere) sendResetThere();
 }
 
-// What this end has outstanding it would send again, and be answered by another reset.
+// This end would send its outstanding bytes again and get another reset.
 
 void VirtualConnection::sendResetThere() {
     events_.trace("the printer's system sends a reset");

@@ -27,7 +27,7 @@ struct Path {
     ConnectAnswer answer = ConnectAnswer::kAccepted;
 };
 
-// What really happened, for those who judge a report.
+// The actual course of a connection, to judge a report by.
 struct Truth {
     std::uint64_t accepted = 0;             // bytes that this end's system took
     std::uint64_t acknowledged = 0;         // of them, as far as this end's system knows
@@ -82,7 +82,7 @@ class VirtualConnection {
     void lose();
     void restore();
 
-    // Has `onReached` called when the far end's system has the connection.
+    // Calls `onReached` when the far end's system has the connection.
     void onReached(std::function<void()> onReached) { onReached_ = std::move(onReached); }
 
     const Truth& truth() const { return truth_; }

@@ -140,7 +140,7 @@ std::optional<Time> VirtualNetwork::nextTime() const {
 }
 
 // Everything that is due now.
-void VirtualNetwork::happen() {
+void VirtualNetwork::runDueEvents() {
     for (unsigned round = 0; round < kMaxRounds; ++round) {
         server_.serve();
         if (!events_.runOne()) {
@@ -190,7 +190,7 @@ int VirtualNetwork::poll(pollfd* descriptors, nfds_t count, int timeout) {
     const Time deadline = events_.now() + milliseconds(std::max(timeout, 0));
     awaitName(descriptors, count);
     while (true) {
-        happen();
+        runDueEvents();
         const int found = ready(descriptors, count);
         if (found > 0) return found;
         if (!forever && events_.now() >= deadline) return 0;
@@ -200,12 +200,12 @@ int VirtualNetwork::poll(pollfd* descriptors, nfds_t count, int timeout) {
     }
 }
 
-void VirtualNetwork::settle(Duration atMost) {
-    const Time deadline = events_.now() + atMost;
-    happen();
+void VirtualNetwork::settle(Duration limit) {
+    const Time deadline = events_.now() + limit;
+    runDueEvents();
     for (auto next = nextTime(); next && *next <= deadline; next = nextTime()) {
         events_.advanceTo(*next);
-        happen();
+        runDueEvents();
     }
 }
 

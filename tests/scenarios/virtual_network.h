@@ -37,15 +37,15 @@ class VirtualNetwork : public links::SystemCalls {
   public:
     explicit VirtualNetwork(const NetworkPlan& plan);
 
-    // Has something happen at a time counted from the start.
+    // Schedules an event at a time counted from the start.
     void at(Duration time, EventQueue::Event event) { events_.after(time, std::move(event)); }
 
     // All packets vanish from now on, until restore().
     void lose();
     void restore();
 
-    // Lets the clock run until nothing is left to happen, or for `atMost`.
-    void settle(Duration atMost = std::chrono::minutes(30));
+    // Lets the clock run until no event is left, or for `limit`.
+    void settle(Duration limit = std::chrono::minutes(30));
 
     EventQueue& events() { return events_; }
     const EventQueue& events() const { return events_; }
@@ -59,8 +59,8 @@ class VirtualNetwork : public links::SystemCalls {
     // The same, for who plays the program at the far end.
     VirtualConnection& farEnd(std::size_t index) { return *connections_.at(index); }
 
-    // What the link did that no program should, e.g. wait for ever or without waiting; "" if it
-    // did nothing of the kind.
+    // A misuse of the system by the link, e.g. waiting forever or a busy loop; "" if there was
+    // none.
     const std::string& misuse() const { return misuse_; }
 
     std::size_t openDescriptors() const { return descriptors_.size(); }
@@ -84,7 +84,7 @@ class VirtualNetwork : public links::SystemCalls {
     VirtualConnection* find(int descriptor);
     int misused(const std::string& how);
     std::optional<Time> nextTime() const;
-    void happen();
+    void runDueEvents();
     int ready(pollfd* descriptors, nfds_t count);
     void awaitName(pollfd* descriptors, nfds_t count);
 

@@ -90,7 +90,7 @@ class SystemEnds : public Ends {
         hasActed_ = true;
     }
 
-    // What was sent to a closed end is answered with a reset.
+    // Bytes sent to a closed end are answered with a reset.
     void letArrive() override {
         const bool isClosed = there_ < 0;
         if (!isClosed && calls_.hasSent()) awaitEvents(there_, POLLIN);
@@ -134,7 +134,7 @@ class VirtualEnds : public Ends {
     int here_ = -1;
 };
 
-// What the system tells a program, step by step.
+// The results of the system's calls, step by step.
 class Witness {
   public:
     explicit Witness(Ends& ends) : ends_(ends) {}

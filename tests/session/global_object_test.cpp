@@ -14,8 +14,8 @@
 
 namespace {
 
-// What reached the transport since it was looked at last. Never destroyed: the destructor below
-// looks at it.
+// The bytes that reached the transport since the last check. Never destroyed: the destructor below
+// checks it.
 std::string& sent() {
     static std::string& text = *new std::string;
     return text;
@@ -121,7 +121,7 @@ class Kiosk {
         return takeSent();
     }
 
-    // What the destructor is to hear from a notice handler that main registers.
+    // The notice that the destructor expects from the handler that main registers.
     void expectNotice(const std::string& text) { expectedNotice_ = text; }
 
     bool isOpen() const { return isOpen_; }

@@ -1,5 +1,5 @@
-// What an application sees through the one public header: every name, and every initial value as
-// it stands in a program that has not used the library yet.
+// The public header: every name, and every initial value in a program that has not used the library
+// yet.
 #include <type_traits>
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What a transport sees of the library while it is being opened.
+// The library's state as a transport sees it while it is being opened.
 #include <cstdint>
 #include <string>
 

@@ -25,8 +25,8 @@ using Random = std::mt19937_64;
 constexpr std::uint64_t kSeed = 20240611;
 constexpr std::int64_t kWhite = std::int64_t{255} * 65536;
 
-std::int64_t between(Random& random, std::int64_t least, std::int64_t most) {
-    return std::uniform_int_distribution<std::int64_t>(least, most)(random);
+std::int64_t between(Random& random, std::int64_t min, std::int64_t max) {
+    return std::uniform_int_distribution<std::int64_t>(min, max)(random);
 }
 
 // Bytes of which many are 0 or 255, so that differences are as large as they can be.
@@ -177,8 +177,8 @@ std::vector<UInt32> expectedPixels(const std::vector<Sample>& samples) {
 // A blend that is a half byte, or misses one by hardly anything; or any.
 Sample randomBlend(Random& random, std::int64_t beyond, std::int64_t total) {
     for (;;) {
-        const std::int64_t most = between(random, 0, 3) == 0 ? 3 : kWhite;
-        const std::int64_t step = between(random, -most, most);
+        const std::int64_t max = between(random, 0, 3) == 0 ? 3 : kWhite;
+        const std::int64_t step = between(random, -max, max);
         const std::int64_t half = 65536 * between(random, 0, 254) + 32768;
         const std::int64_t missing = between(random, -4, 4);
         const std::int64_t upper = half - step * beyond / total + missing;

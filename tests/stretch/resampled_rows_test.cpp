@@ -50,10 +50,10 @@ class UnevenRows : public PictureRows {
     std::int32_t width() const override { return picture_.width; }
     std::int32_t height() const override { return picture_.height; }
 
-    std::span<const UInt32> next(std::int32_t most) override {
+    std::span<const UInt32> next(std::int32_t maxRows) override {
         if (row_ == endsAt_ && fail_ != nullptr) fail_();
         const auto atOnce = 1 + static_cast<std::int32_t>(random_() % kMaxAtOnce);
-        const std::int32_t count = std::min({most, atOnce, endsAt_ - row_});
+        const std::int32_t count = std::min({maxRows, atOnce, endsAt_ - row_});
         const auto first =
             picture_.pixels.begin() + static_cast<std::ptrdiff_t>(pixelsOf(*this, row_));
         std::fill(given_.begin(), given_.end(), 0xDEADBEEF);
@@ -78,12 +78,12 @@ std::vector<UInt32> read(PictureRows& rows, std::mt19937& random) {
     std::vector<UInt32> pixels;
     std::int32_t left = rows.height();
     while (left > 0) {
-        const auto most = 1 + static_cast<std::int32_t>(random() % 40);
-        const std::vector<UInt32> strip = someRows(rows, most, random);
-        EXPECT_EQ(strip.size(), pixelsOf(rows, std::min(most, left)));
+        const auto maxRows = 1 + static_cast<std::int32_t>(random() % 40);
+        const std::vector<UInt32> strip = someRows(rows, maxRows, random);
+        EXPECT_EQ(strip.size(), pixelsOf(rows, std::min(maxRows, left)));
         if (strip.empty()) break;
         pixels.insert(pixels.end(), strip.begin(), strip.end());
-        left -= most;
+        left -= maxRows;
     }
     EXPECT_TRUE(rows.next(1).empty());
     return pixels;

@@ -16,12 +16,12 @@ struct Weight {
     std::int64_t weight = 0;
 };
 
-// Of target pixel `to`, from the first source pixel on; they add up to totalWeight.
+// The weights of target pixel `to`, from the first source pixel on; their sum is totalWeight.
 std::vector<Weight> weightsOf(std::int64_t sources, std::int64_t to, std::int64_t targets);
 std::int64_t totalWeight(std::int64_t sources, std::int64_t targets);
 
-// The weighted sum `sum` of a channel's values, 0 to 255, of a row, divided by `total`: with 16 bits
-// behind the point, rounded, halves up.
+// The weighted sum `sum` of a channel's values, 0 to 255, of a row, divided by `total`: with 16
+// fraction bits, rounded half up.
 std::int64_t passedValue(std::int64_t sum, std::int64_t total);
 
 // `picture`, upright and stretched.

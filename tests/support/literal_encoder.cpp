@@ -211,7 +211,8 @@ class Encoder {
             const int32_t type = at(data + n) != 0 ? DATA : ZEROS;
             if (linemap.empty() || linemap.back().block_type != type)
                 linemap.push_back({static_cast<int32_t>(data + n), 0, type});
-            // Behind the stream's end there are only zeros: counted at once, they may be billions.
+            // Past the stream's end there are only zeros. They are counted at once, as there may be
+            // billions.
             const int32_t step = data + n >= j ? len2 - n : 1;
             linemap.back().count += step;
             n += step - 1;

@@ -62,7 +62,7 @@ class Port {
             .append(std::to_string(number_));
     }
 
-    // What each connection to it can hold unread.
+    // The receive buffer of each connection to it.
     void setReceiveBuffer(int size) {
         EXPECT_EQ(::setsockopt(socket_.get(), SOL_SOCKET, SO_RCVBUF, &size, sizeof size), 0);
     }

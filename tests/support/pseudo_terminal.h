@@ -42,9 +42,9 @@ class PseudoTerminal {
         EXPECT_EQ(::tcsetattr(device_, TCSANOW, &settings), 0);
     }
 
-    // What the printer gets, waited for; "" when nothing comes.
-    std::string take(std::size_t atMost) const {
-        std::string bytes(atMost, '\0');
+    // Waits for bytes at the printer's end; "" if none come.
+    std::string take(std::size_t maxBytes) const {
+        std::string bytes(maxBytes, '\0');
         if (!waitFor(printer_, POLLIN)) return {};
         const ssize_t count = ::read(printer_, bytes.data(), bytes.size());
         bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
@@ -64,7 +64,7 @@ class PseudoTerminal {
         return ::poll(&watched, 1, 0) == 0;
     }
 
-    // As much of it as the line holds; how many bytes.
+    // Writes as much as the line holds, and returns the number of bytes.
     std::size_t say(std::string_view text) const {
         if (!waitFor(printer_, POLLOUT)) return 0;
         const ssize_t count = ::write(printer_, text.data(), text.size());

@@ -85,10 +85,10 @@ PixelAt anyKind(Random& random) {
 
 }  // namespace
 
-Picture randomPicture(Random& random, int mostSide) {
+Picture randomPicture(Random& random, int maxSide) {
     Picture picture;
-    picture.width = between(random, 1, mostSide);
-    picture.height = between(random, 1, mostSide);
+    picture.width = between(random, 1, maxSide);
+    picture.height = between(random, 1, maxSide);
     const PixelAt pixelAt = anyKind(random);
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x) picture.pixels.push_back(pixelAt(x, y));

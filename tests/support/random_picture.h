@@ -10,17 +10,17 @@ namespace tavio::test {
 
 using Random = std::mt19937_64;
 
-// A number from `least` to `most`, both included.
-inline int between(Random& random, int least, int most) {
-    return least + static_cast<int>(random() % static_cast<std::uint64_t>(most - least + 1));
+// A number from `min` to `max`, both included.
+inline int between(Random& random, int min, int max) {
+    return min + static_cast<int>(random() % static_cast<std::uint64_t>(max - min + 1));
 }
 
 inline bool chance(Random& random, int percent) {
     return between(random, 1, 100) <= percent;
 }
 
-// A picture of 1 to `mostSide` pixels a side: noise, gradient, lines, sparse or text-like; most are
+// A picture of 1 to `maxSide` pixels a side: noise, gradient, lines, sparse or text-like; most are
 // opaque, some partly transparent.
-pictures::Picture randomPicture(Random& random, int mostSide);
+pictures::Picture randomPicture(Random& random, int maxSide);
 
 }  // namespace tavio::test

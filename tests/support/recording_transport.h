@@ -36,7 +36,7 @@ struct RecordingTransport {
 // The recording that the twelve operations of this program write to.
 RecordingTransport& transport();
 
-// So that failing tests print calls readably.
+// Prints calls readably in failing tests.
 void PrintTo(const TransportCall& call, std::ostream* out);
 
 }  // namespace tavio::test

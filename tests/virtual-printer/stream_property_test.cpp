@@ -1,4 +1,4 @@
-// What holds for every stream: chunks do not matter, and nothing is too broken.
+// Properties of every stream: chunks do not matter, and no stream is too broken.
 #include <random>
 #include <sstream>
 #include <string>

@@ -42,7 +42,7 @@ class RecordingSink : public CommandSink {
     Stream graphics_;
 };
 
-// All of a stream through a new reader.
+// Feeds a whole stream to a new reader.
 RecordingSink readAll(const Stream& bytes);
 
 // A ticket as it was when it left the printer.

@@ -28,7 +28,7 @@ class RfcommPrinter {
 
     bool accept();
 
-    // What comes next, waited for; "" at the end of the connection.
+    // Waits for the next bytes; "" at the end of the connection.
     std::string take();
 
     // Until `size` bytes have come, or the end.

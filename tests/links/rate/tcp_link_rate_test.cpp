@@ -1,5 +1,5 @@
-// What a link reports while the network is slow. What has come to the far end is asked of its
-// socket, so that nothing here depends on when a thread runs.
+// Reports of a link on a slow network. The far end's socket tells how much has arrived, so that the
+// tests do not depend on when a thread runs.
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -17,7 +17,7 @@ Options read(const std::vector<const char*>& arguments) {
     return std::holds_alternative<Options>(parsed) ? std::get<Options>(parsed) : Options{};
 }
 
-// What is said about bad usage.
+// The message about bad usage.
 std::string refusal(const std::vector<const char*>& arguments) {
     ::testing::internal::CaptureStderr();
     const auto parsed = parse(arguments);
@@ -48,7 +48,7 @@ TEST(PrinterOptions, AreThoseOfAnOrdinaryPrinterIfNotGiven) {
     EXPECT_FALSE(options.server.oneClient);
 }
 
-// What the help says is the usual value is the usual value.
+// The default values in the help are the real ones.
 TEST(PrinterOptions, UsualValuesAreWhatTheHelpSays) {
     EXPECT_EQ(Physics{}.receiveBuffer, 65536U);
     EXPECT_EQ(PrintServerSettings{}.socketBuffer, 16384U);

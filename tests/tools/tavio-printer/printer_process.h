@@ -25,13 +25,13 @@ class PrinterProcess {
 
     void signal(int number) const;
 
-    // Nobody reads its standard output from now on.
+    // Closes the reading end of its standard output.
     void closeOutput();
 
     // Waits until it has ended: its exit status, or -1 when a signal ended it.
     int wait();
 
-    // What it wrote to standard error; after wait().
+    // Its standard error; after wait().
     std::string errors();
 
   private:

@@ -15,7 +15,7 @@ namespace {
 using test::readFile;
 using test::TemporaryFolder;
 
-// Arguments behind those that every run in a test needs.
+// Arguments after those that every run in a test needs.
 std::vector<std::string> onFreePorts(const std::vector<std::string>& more) {
     std::vector<std::string> all{"--listen", "127.0.0.1:0"};
     all.insert(all.end(), more.begin(), more.end());

@@ -1,4 +1,4 @@
-// What each command sends, to the byte.
+// The exact bytes of each command.
 
 #include <filesystem>
 
@@ -67,7 +67,7 @@ TEST_F(Jobs, PassesAFileOfAnyBytesThrough) {
     EXPECT_EQ(bytesOf({"raw", "empty.bin"}), "");
 }
 
-// Of 8 black columns the right nibble prints in the top row only, which the threshold leaves white.
+// The right nibble of 8 black columns prints in the top row only, which is white by threshold.
 TEST_F(Jobs, PrintsABlackSquareByThreshold) {
     writeFile(at("black.bmp"), greyBmp(8, 8));
     EXPECT_EQ(bytesOf({"print", "black.bmp", "--row", "10", "--column", "20", "--threshold"}),

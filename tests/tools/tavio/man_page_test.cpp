@@ -64,7 +64,7 @@ std::set<std::string> commandsIn(const std::string& help) {
     return commands;
 }
 
-// What a man page describes: the lines under ".TP".
+// The entries of a man page: the lines under ".TP".
 std::vector<std::string> headingsOf(const std::string& page) {
     std::vector<std::string> headings;
     bool isHeading = false;

@@ -1,4 +1,4 @@
-// What the tool refuses: one sentence, exit status 1, and nothing written.
+// Input that the tool refuses: one sentence, exit status 1, and nothing written.
 
 #include <array>
 #include <filesystem>

@@ -1,4 +1,4 @@
-// What --to takes.
+// The targets of --to.
 #include "tools/tavio/target.h"
 
 #include <utility>

@@ -53,11 +53,11 @@ TEST_F(Terminal, LeavesNoStageBehind) {
 // Something that happens once, waited for by another thread.
 class Event {
   public:
-    void happen() {
-        if (!happened_) promise_.set_value();
-        happened_ = true;
+    void set() {
+        if (!set_) promise_.set_value();
+        set_ = true;
     }
-    bool hasHappened() const { return happened_; }
+    bool isSet() const { return set_; }
     void wait() {
         EXPECT_EQ(promise_.get_future().wait_for(std::chrono::seconds(120)),
                   std::future_status::ready);
@@ -65,7 +65,7 @@ class Event {
 
   private:
     std::promise<void> promise_;
-    bool happened_ = false;  // for the thread on which it happens
+    bool set_ = false;  // for the thread on which it happens
 };
 
 const std::string kOutcome = "sent, unconfirmed: 300000 bytes\r\n";
@@ -74,12 +74,12 @@ const std::string kOutcome = "sent, unconfirmed: 300000 bytes\r\n";
 std::size_t widest(std::string shown) {
     std::replace(shown.begin(), shown.end(), '\r', '\n');
     std::istringstream lines(shown);
-    std::size_t most = 0;
+    std::size_t max = 0;
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("\x1B[K")) line.erase(0, 3);
-        if (line.starts_with("sending")) most = std::max(most, line.size());
+        if (line.starts_with("sending")) max = std::max(max, line.size());
     }
-    return most;
+    return max;
 }
 
 TEST_F(Terminal, ShowsTheProgressOfAJobWithinItsWidth) {
@@ -97,7 +97,7 @@ TEST_F(Terminal, ShowsTheProgressOfAJobWithinItsWidth) {
         use.size.ws_col = columns;
         use.onShown = [&](const std::string& shown, int /*keyboard*/) {
             if (shown.find(columns == 30 ? "sending  " : "sending  [") != std::string::npos) {
-                barSeen.happen();
+                barSeen.set();
             }
         };
         std::string shown =
@@ -120,13 +120,13 @@ TEST_F(Terminal, StopsNoJobWhenItIsStopped) {
         client.waitForBytes();
         stopped.wait();
         client.read();
-        printed.happen();
+        printed.set();
     });
     TerminalUse use;
     use.onShown = [&](const std::string& shown, int keyboard) {
-        if (stopped.hasHappened() || shown.find("sending  [") == std::string::npos) return;
+        if (stopped.isSet() || shown.find("sending  [") == std::string::npos) return;
         EXPECT_EQ(::write(keyboard, "\x13", 1), 1);
-        stopped.happen();
+        stopped.set();
         printed.wait();
         EXPECT_EQ(::write(keyboard, "\x11", 1), 1);
     };

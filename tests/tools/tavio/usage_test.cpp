@@ -173,7 +173,7 @@ TEST_F(Usage, PrintingByTheExamplesGivesNoWarning) {
     EXPECT_EQ(page.status, 0);
     EXPECT_EQ(page.err, "");
     EXPECT_TRUE(std::filesystem::exists(at("page.png")));
-    // What a picture is called has no part in what it is.
+    // The name of a picture does not matter.
     writeFile(at("photo.jpg"), greyBmp(2000, 1500, 128));
     Ran photo = tavio(exampleIn(tavio({"--help"}).out));
     EXPECT_EQ(photo.status, 0);

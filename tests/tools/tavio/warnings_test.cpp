@@ -1,4 +1,4 @@
-// What the tool warns of and does all the same.
+// Warnings of the tool, which still does its work.
 
 #include <gtest/gtest.h>
 

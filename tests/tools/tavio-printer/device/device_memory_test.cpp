@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int64_t kMebibyte = std::int64_t{1} << 20U;
 
-// What a device took at most while it was given one piece again and again.
+// The peak memory of a device that gets one piece again and again.
 std::int64_t memoryFor(const DeviceSettings& settings, std::string_view piece, int times,
                        bool readsReplies = true) {
     const MemoryCounter counter;
@@ -27,7 +27,7 @@ std::int64_t memoryFor(const DeviceSettings& settings, std::string_view piece, i
         if (readsReplies) device.takeReply(now);
     }
     device.disconnect(now);
-    return counter.most();
+    return counter.peak();
 }
 
 TEST(DeviceMemory, StaysSmallWithTicketsWithoutEnd) {

@@ -1,4 +1,4 @@
-// What holds for every stream, however it arrives.
+// Properties of every stream, in whatever pieces it arrives.
 #include <random>
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What a printer says.
+// The replies of a printer.
 #include <gtest/gtest.h>
 
 #include "tools/tavio-printer/device/test_device.h"

@@ -1,4 +1,4 @@
-// What becomes of a connection's stream, without physics and faults.
+// The stream of a connection, without physics and faults.
 #include <cmath>
 #include <stdexcept>
 

@@ -40,7 +40,7 @@ MemoryCounter::MemoryCounter() : before_(allocated) {
     highest = before_;
 }
 
-std::int64_t MemoryCounter::most() const {
+std::int64_t MemoryCounter::peak() const {
     return highest - before_;
 }
 

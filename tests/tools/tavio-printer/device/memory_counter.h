@@ -11,7 +11,7 @@ class MemoryCounter {
     MemoryCounter();
 
     // Bytes at most beyond those at the counter's beginning. One counter at a time.
-    std::int64_t most() const;
+    std::int64_t peak() const;
 
   private:
     std::int64_t before_;

@@ -78,7 +78,7 @@ void SlowDevice::tick() {
     if (moving_ > 0 && --moving_ == 0) interpret();
 }
 
-bool SlowDevice::isOut() const {
+bool SlowDevice::isOutOfPaper() const {
     const auto& after = settings_.faults.paperOutAfter;
     return after && sincePaper_ >= *after;
 }
@@ -122,13 +122,13 @@ void SlowDevice::loadPaper() {
 
 std::size_t SlowDevice::room() const {
     if (!connected_ || ended_ || settings_.faults.neverRead) return 0;
-    std::uint64_t most = 1 << 16;
-    if (!settings_.physics.dropWhenFull) most = settings_.physics.receiveBuffer - waitingBytes_;
+    std::uint64_t limit = 1 << 16;
+    if (!settings_.physics.dropWhenFull) limit = settings_.physics.receiveBuffer - waitingBytes_;
     for (const auto& after : {settings_.faults.resetAfter, settings_.faults.closeAfter}) {
-        if (after) most = std::min(most, *after - std::min(*after, received_));
+        if (after) limit = std::min(limit, *after - std::min(*after, received_));
     }
-    if (rate_ != 0) most = std::min(most, static_cast<std::uint64_t>(linkOpen_ ? credit_ : 0));
-    return most;
+    if (rate_ != 0) limit = std::min(limit, static_cast<std::uint64_t>(linkOpen_ ? credit_ : 0));
+    return limit;
 }
 
 void SlowDevice::receive(Byte byte) {
@@ -147,7 +147,7 @@ void SlowDevice::receive(Byte byte) {
 }
 
 void SlowDevice::interpret() {
-    while (moving_ == 0 && !waiting_.empty() && !isOut()) {
+    while (moving_ == 0 && !waiting_.empty() && !isOutOfPaper()) {
         const Waiting first = waiting_.front();
         waiting_.pop_front();
         if (first.byte >= 0) {
@@ -160,7 +160,7 @@ void SlowDevice::interpret() {
         }
     }
     const bool nothing = stream_.empty() && problems_.empty();
-    if (ended_ && open_ && moving_ == 0 && waiting_.empty() && (nothing || !isOut())) end();
+    if (ended_ && open_ && moving_ == 0 && waiting_.empty() && (nothing || !isOutOfPaper())) end();
 }
 
 void SlowDevice::interpretByte(Byte byte) {
@@ -209,13 +209,8 @@ bool SlowDevice::isDone() const {
 }
 
 DeviceState SlowDevice::state() const {
-    return {connected_,
-            isOut(),
-            moving_ > 0,
-            waitingBytes_,
-            received_,
-            count_,
-            printer_.logoMemoryUsed()};
+    return {connected_, isOutOfPaper(),           moving_ > 0, waitingBytes_, received_,
+            count_,     printer_.logoMemoryUsed()};
 }
 
 }  // namespace tavio::virtual_printer::testing

@@ -40,7 +40,7 @@ class SlowDevice {
         std::uint64_t lost = 0;
     };
 
-    bool isOut() const;
+    bool isOutOfPaper() const;
     void interpret();
     void interpretByte(Byte byte);
     void end();

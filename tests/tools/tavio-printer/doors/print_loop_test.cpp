@@ -117,7 +117,7 @@ TEST_F(PrintLoopTest, ClosedDoorsLetNobodyIn) {
 TEST_F(PrintLoopTest, WhoCannotBeLetInIsLookedAfterLater) {
     turn();
     wake(POLLIN);
-    turn();  // there are no descriptors left for whoever it is
+    turn();  // there are no descriptors left for the client
     EXPECT_FALSE(watchesDoor());
     EXPECT_EQ(loop->nextTurn(test->now), test->now + PrintLoop::kLookOut);
     door.waiting.push_back(&client);

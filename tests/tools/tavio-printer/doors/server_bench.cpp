@@ -133,8 +133,8 @@ std::string TcpClient::read(std::size_t count) {
     std::string text;
     std::array<char, 4096> buffer{};
     while (text.size() < count) {
-        const std::size_t most = std::min(buffer.size(), count - text.size());
-        const ssize_t got = ::recv(socket_, buffer.data(), most, 0);
+        const std::size_t limit = std::min(buffer.size(), count - text.size());
+        const ssize_t got = ::recv(socket_, buffer.data(), limit, 0);
         if (got < 0) error = errno;
         if (got <= 0) break;
         text.append(buffer.data(), static_cast<std::size_t>(got));

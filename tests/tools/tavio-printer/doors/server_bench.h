@@ -14,7 +14,7 @@
 
 namespace tavio::virtual_printer::testing {
 
-// Whether something comes true within a minute.
+// True if the condition becomes true within a minute.
 bool eventually(const std::function<bool()>& condition);
 
 // A server of small tickets on a port of its own.
@@ -54,7 +54,7 @@ class TcpClient {
     bool isConnected() const { return socket_ >= 0; }
     void send(std::string_view text);
 
-    // As much as goes without waiting for the server.
+    // Sends until the connection takes no more bytes.
     std::size_t sendUntilItBlocks(std::string_view text);
 
     // Makes the buffer between it and the network small.
@@ -63,10 +63,10 @@ class TcpClient {
     void endSending();
     void reset();
 
-    // What comes until there are so many bytes.
+    // Reads `count` bytes.
     std::string read(std::size_t count);
 
-    // What comes until the end; `error` is the errno with which it came, or 0.
+    // Reads to the end of the stream; `error` is the errno that ended it, or 0.
     std::string readToEnd();
     int error = 0;
 

@@ -158,8 +158,8 @@ TEST(TtyServer, AClientThatIsCutOffIsIgnoredUntilItClosesTheDevice) {
         client.send("ijkl");
     }
     ASSERT_TRUE(isFree(bench));
-    // Who opens the device right behind another cannot be told from him: it is tried again and
-    // again, with more and more time between.
+    // A program that opens the device right after another cannot be told from it: it is tried again
+    // and again, with more and more time between.
     milliseconds pause(1);
     EXPECT_TRUE(eventually([&] {
         std::this_thread::sleep_for(pause *= 2);

@@ -48,7 +48,7 @@ class Line {
     });
   }
 
-  // Nothing passes, and nobody is let in.
+  // No bytes pass, and no connection is accepted.
   async cut() {
     const closed = new Promise((resolve) => this.#server.close(resolve));
     this.drop();

@@ -197,7 +197,7 @@ test("zooming shows single dots, each where the printer has it", () =>
     await page.click("#ticket-1 .paper");
     await viewerShows(page, 1);
     const box = await page.locator("#canvas").boundingBox();
-    // To the photo, which is at the left of the ticket.
+    // Moves to the photo, which is at the left of the ticket.
     await page.mouse.move(box.x + 100, box.y + box.height / 2);
     await page.mouse.dblclick(box.x + 100, box.y + box.height / 2);
     await viewerShows(page, 1, 16);

@@ -23,7 +23,7 @@ using test::RawConnection;
 
 using Clock = std::chrono::steady_clock;
 
-// What the page's server does for and against those that ask too much of it.
+// The page's server and clients that ask too much of it.
 class HttpLimits : public testing::Test {
   protected:
     static constexpr std::size_t kPages = 20;
