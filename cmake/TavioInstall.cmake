@@ -14,6 +14,7 @@ set(public_headers
   TavioIpadSDK/intake/logos.h
   TavioIpadSDK/intake/send_file.h
   TavioIpadSDK/machine/bytes.h
+  TavioIpadSDK/machine/descriptor.h
   TavioIpadSDK/pictures/picture.h
   TavioIpadSDK/pictures/upright.h
   TavioIpadSDK/platform/bytes.h

@@ -10,6 +10,8 @@
 #include <thread>
 #include <unistd.h>
 
+#include "TavioIpadSDK/machine/descriptor.h"
+
 namespace tavio::links {
 
 namespace {
@@ -33,15 +35,8 @@ std::vector<SocketAddress> numericAddresses(const TcpAddress& address) {
 // Shared by the thread that looks up and the one that waits for it.
 class LookUp {
   public:
-    LookUp() : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-    LookUp(const LookUp&) = delete;
-    LookUp& operator=(const LookUp&) = delete;
-    ~LookUp() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
-
     // Readable when the result is there.
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return finished_.get(); }
 
     void run(SystemCalls& calls, const TcpAddress& address) noexcept {
         try {
@@ -52,7 +47,7 @@ class LookUp {
         }
         done_.store(true);
         const std::uint64_t one = 1;
-        [[maybe_unused]] const ssize_t written = ::write(descriptor_, &one, sizeof one);
+        [[maybe_unused]] const ssize_t written = ::write(finished_.get(), &one, sizeof one);
     }
 
     bool isDone() const { return done_.load(); }
@@ -66,7 +61,7 @@ class LookUp {
     const std::vector<SocketAddress>& addresses() const { return addresses_; }
 
   private:
-    int descriptor_;
+    machine::Descriptor finished_{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::atomic<bool> done_{false};
     int error_ = 0;
     int systemError_ = 0;

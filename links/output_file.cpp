@@ -14,6 +14,9 @@
 
 #include <climits>
 
+#include "TavioIpadSDK/machine/write_all.h"
+#include "tavio/links/current_umask.h"
+
 namespace tavio::links {
 
 namespace {
@@ -62,11 +65,17 @@ std::string followed(const std::string& path) {
     return result;
 }
 
-// The permissions that a file made by open(path, O_CREAT, 0666) would get.
-mode_t defaultPermissions() {
-    mode_t mask = ::umask(0);
-    ::umask(mask);
-    return static_cast<mode_t>(0666) & ~mask;
+constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kUsual = 0666;  // less what the process's umask takes
+constexpr mode_t kAllPermissions = 0777;
+
+// What a file is to have in place of the one with this status, or of none; none where the umask
+// cannot be read, so that only the system can apply it.
+std::optional<mode_t> permissionsFor(const std::optional<struct stat>& replaced) {
+    if (replaced) return replaced->st_mode & kAllPermissions;
+    const std::optional<mode_t> mask = currentUmask();
+    if (!mask) return std::nullopt;
+    return kUsual & ~*mask;
 }
 
 constexpr const char* kDescriptors = "/proc/self/fd/";
@@ -78,19 +87,20 @@ constexpr const char* kTemporaryName = ".tavio-";
 // program; -1 where the file system has no such files, or no way to name one later.
 int openNameless(const std::string& folder) {
     if (::access(kDescriptors, X_OK) != 0) return -1;
-    return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kOwnerOnly);
 }
 
-bool writeAll(int descriptor, std::span<const Byte> bytes) {
-    constexpr std::size_t kMaxAtOnce = std::size_t{1} << 30;
-    while (!bytes.empty()) {
-        std::size_t wanted = bytes.size() < kMaxAtOnce ? bytes.size() : kMaxAtOnce;
-        ssize_t written = ::write(descriptor, bytes.data(), wanted);
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(written));
+// The first name in the folder with which `make` succeeds; "" with errno where none is to be had.
+template <typename Make>
+std::string makeTemporary(const std::string& folder, Make make) {
+    const std::string stem = folder + kTemporaryName + std::to_string(::getpid()) + "-";
+    constexpr int kMaxAttempts = 100;
+    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+        std::string name = stem + std::to_string(attempt);
+        if (make(name.c_str())) return name;
+        if (errno != EEXIST) break;
     }
-    return true;
+    return "";
 }
 
 }  // namespace
@@ -101,7 +111,7 @@ OutputFile::OutputFile(OutputFile&& other) noexcept
       temporary_(std::exchange(other.temporary_, "")),
       failure_(std::move(other.failure_)),
       nameless_(other.nameless_),
-      descriptor_(std::exchange(other.descriptor_, -1)) {}
+      file_(std::move(other.file_)) {}
 
 bool OutputFile::fail(int errorNumber) {
     return fail(" cannot be written: " + std::generic_category().message(errorNumber));
@@ -132,7 +142,7 @@ bool OutputFile::open() {
 
 bool OutputFile::openInPlace(int descriptor) {
     if (descriptor < 0) return fail(errno);
-    descriptor_ = descriptor;
+    file_.reset(descriptor);
     return true;
 }
 
@@ -150,47 +160,44 @@ bool OutputFile::openSpecial() {
 }
 
 bool OutputFile::openTemporary() {
-    descriptor_ = openNameless(folderOf(target_));
-    nameless_ = descriptor_ >= 0;
-    if (!nameless_) {
-        std::string name = folderOf(target_) + kTemporaryName + "XXXXXX";
-        descriptor_ = ::mkostemp(name.data(), O_CLOEXEC);
-        if (descriptor_ < 0) return fail(errno);
-        temporary_ = name;
-    }
-    struct stat status {};
-    bool exists = ::stat(target_.c_str(), &status) == 0;
-    mode_t mode = exists ? status.st_mode & static_cast<mode_t>(0777) : defaultPermissions();
-    return ::fchmod(descriptor_, mode) == 0 || fail(errno);
+    std::optional<struct stat> replaced(std::in_place);
+    if (::stat(target_.c_str(), &*replaced) != 0) replaced.reset();
+    const std::optional<mode_t> permissions = permissionsFor(replaced);
+    if (permissions) file_.reset(openNameless(folderOf(target_)));
+    nameless_ = file_.isOpen();
+    if (!nameless_ && !openNamed(permissions ? kOwnerOnly : kUsual)) return false;
+    return !permissions || ::fchmod(file_.get(), *permissions) == 0 || fail(errno);
+}
+
+bool OutputFile::openNamed(mode_t permissions) {
+    temporary_ = makeTemporary(folderOf(target_), [&](const char* name) {
+        file_.reset(::open(name, O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, permissions));
+        return file_.isOpen();
+    });
+    return !temporary_.empty() || fail(errno);
 }
 
 // Only a file with a name can be moved over another.
 bool OutputFile::giveName() {
-    const std::string itself = kDescriptors + std::to_string(descriptor_);
-    const std::string stem = folderOf(target_) + kTemporaryName + std::to_string(::getpid()) + "-";
-    constexpr int kMaxAttempts = 100;
-    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
-        std::string name = stem + std::to_string(attempt);
-        if (::linkat(AT_FDCWD, itself.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-            temporary_ = name;
-            return true;
-        }
-        if (errno != EEXIST) break;
-    }
-    return fail(errno);
+    const std::string itself = kDescriptors + std::to_string(file_.get());
+    temporary_ = makeTemporary(folderOf(target_), [&](const char* name) {
+        return ::linkat(AT_FDCWD, itself.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
+    });
+    return !temporary_.empty() || fail(errno);
 }
 
 bool OutputFile::write(std::span<const Byte> bytes) {
     if (!failure_.empty()) return false;
-    if (descriptor_ < 0) return fail(EBADF);
-    return writeAll(descriptor_, bytes) || fail(errno);
+    if (!file_.isOpen()) return fail(EBADF);
+    const int error = machine::writeAll(file_.get(), std::as_bytes(bytes));
+    return error == 0 || fail(error);
 }
 
 bool OutputFile::commit() {
     if (!failure_.empty()) return false;
-    if (descriptor_ < 0) return fail(EBADF);
+    if (!file_.isOpen()) return fail(EBADF);
     if (nameless_ && !giveName()) return false;
-    if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) return fail(errno);
+    if (const int error = file_.close(); error != 0) return fail(error);
     if (temporary_.empty()) return true;
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) return fail(errno);
     temporary_.clear();
@@ -198,7 +205,7 @@ bool OutputFile::commit() {
 }
 
 void OutputFile::discard() noexcept {
-    if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+    file_.reset();
     if (!temporary_.empty()) ::unlink(temporary_.c_str());
     temporary_.clear();
 }

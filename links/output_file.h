@@ -3,8 +3,10 @@
 
 #include <span>
 #include <string>
+#include <sys/types.h>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::links {
 
@@ -45,6 +47,7 @@ class OutputFile {
     bool openInPlace(int descriptor);
     bool openSpecial();
     bool openTemporary();
+    bool openNamed(mode_t permissions);
     bool giveName();
     bool fail(int errorNumber);
     bool fail(const std::string& why);
@@ -54,7 +57,7 @@ class OutputFile {
     std::string temporary_;  // name of the file that becomes the target; "" while it has none
     std::string failure_;
     bool nameless_ = false;  // what is written has no name before commit()
-    int descriptor_ = -1;
+    machine::Descriptor file_;
 };
 
 }  // namespace tavio::links

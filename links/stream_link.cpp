@@ -63,14 +63,13 @@ StreamLink::StreamLink(std::unique_ptr<Connection> connection, const Deadlines& 
 
 StreamLink::~StreamLink() {
     StreamLink::close();
-    if (wakeUp_ >= 0) ::close(wakeUp_);
 }
 
 void StreamLink::cancel() noexcept {
     const int error = errno;
     cancelled_.store(true);
     const std::uint64_t one = 1;
-    [[maybe_unused]] const ssize_t written = ::write(wakeUp_, &one, sizeof one);
+    [[maybe_unused]] const ssize_t written = ::write(wakeUp_.get(), &one, sizeof one);
     errno = error;
 }
 
@@ -89,7 +88,7 @@ void StreamLink::observeProgress(ProgressObserver observer) {
 }
 
 Waiter StreamLink::waiterFor(milliseconds deadline) const {
-    return {calls_, cancelled_, wakeUp_, calls_.now() + deadline};
+    return {calls_, cancelled_, wakeUp_.get(), calls_.now() + deadline};
 }
 
 // ---- Opening ------------------------------------------------------------------------------------
@@ -108,7 +107,7 @@ bool StreamLink::open(const std::string& address) try {
     close();
     beginJob();
     if (failIfCancelled()) return false;
-    if (wakeUp_ < 0) return fail("no connection can be made: too many files are open");
+    if (!wakeUp_.isOpen()) return fail("no connection can be made: too many files are open");
     Waiter waiter = waiterFor(deadlines_.connect);
     std::string why;
     descriptor_ = connection_->open(address, waiter, why);

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tavio/links/deadlines.h"
 #include "tavio/links/link.h"
 #include "tavio/links/system_calls.h"
@@ -137,8 +138,8 @@ class StreamLink : public Link {
     Deadlines deadlines_;
     SystemCalls& calls_;
     std::atomic<bool> cancelled_{false};
-    int wakeUp_;  // an eventfd that cancel() makes readable
-    int descriptor_ = -1;
+    machine::Descriptor wakeUp_;      // an eventfd that cancel() makes readable
+    int descriptor_ = -1;             // the connection's, which closes it
     bool inJob_ = false;              // also after an opening that failed
     bool ended_ = false;              // the far end sends no more
     std::uint64_t arrivedAtEnd_ = 0;  // bytes of the job that had arrived when it was seen to end

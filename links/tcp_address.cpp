@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
-#include <charconv>
+
+#include "TavioIpadSDK/machine/port_number.h"
 
 namespace tavio::links {
 
@@ -34,21 +35,13 @@ bool isIpv6(std::string_view text) {
            ::inet_pton(AF_INET6, address.c_str(), ignored.data()) == 1;
 }
 
-std::optional<std::uint16_t> parsePort(std::string_view text) {
-    std::uint16_t port = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, port);
-    if (error != std::errc() || stop != end || port == 0) return std::nullopt;
-    return port;
-}
-
 // `port` is "" or begins with a colon.
 std::optional<TcpAddress> withPort(std::string_view host, std::string_view port) {
     TcpAddress address{std::string(host)};
     if (port.empty()) return address;
     if (port.front() != ':') return std::nullopt;
-    const auto number = parsePort(port.substr(1));
-    if (!number) return std::nullopt;
+    const auto number = machine::parsePort(port.substr(1));
+    if (!number || *number == 0) return std::nullopt;
     address.port = *number;
     return address;
 }

@@ -7,8 +7,10 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::machine {
 
@@ -19,10 +21,6 @@ class RegularFile {
     // std::bad_alloc.
     static std::unique_ptr<RegularFile> open(const std::string& path);
 
-    RegularFile(const RegularFile&) = delete;
-    RegularFile& operator=(const RegularFile&) = delete;
-    ~RegularFile();
-
     // Its length in bytes at this moment.
     std::uint64_t size() const;
 
@@ -31,9 +29,9 @@ class RegularFile {
     std::optional<std::size_t> read(std::span<Byte> into, std::uint64_t offset) const;
 
   private:
-    explicit RegularFile(int descriptor) : descriptor_(descriptor) {}
+    explicit RegularFile(Descriptor file) : file_(std::move(file)) {}
 
-    int descriptor_;
+    Descriptor file_;
 };
 
 }  // namespace tavio::machine

@@ -2,16 +2,15 @@
 #include <array>
 #include <charconv>
 #include <csignal>
-#include <fcntl.h>
 #include <filesystem>
 #include <new>
 #include <span>
-#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
+#include "TavioIpadSDK/machine/open_regular_file.h"
 #include "TavioIpadSDK/pdf/answer.h"
 #include "TavioIpadSDK/pdf/helper_process.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
@@ -31,18 +30,6 @@ constexpr int kLibrariesMissing = 127;  // how the dynamic loader ends a program
 
 PdfPageResult refused(PdfOutcome outcome) {
     return {outcome, std::nullopt};
-}
-
-// The open document; not open if it is no regular file. Does not wait for a pipe or a device.
-Descriptor openDocument(const Url& url) {
-    const std::string path = url.fileSystemPath();
-    if (path.find('\0') != std::string::npos) return Descriptor();
-    Descriptor document(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    const bool regular =
-        document.isOpen() && ::fstat(document.number(), &status) == 0 && S_ISREG(status.st_mode);
-    if (!regular) document.reset();
-    return document;
 }
 
 bool isProgram(const std::filesystem::path& path) {
@@ -198,7 +185,7 @@ class AnswerReader {
 };
 
 PdfPageResult drawWithHelper(const Url& url, const PdfLimits& limits, const std::string& helper) {
-    const Descriptor document = openDocument(url);
+    const Descriptor document = machine::openRegularFile(url.fileSystemPath());
     if (!document.isOpen()) return refused(PdfOutcome::kUnreadable);
 
     const std::string program = helper.empty() ? findHelper() : helper;

@@ -54,7 +54,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 // The same file under a number above those of the three standard streams, so that dup2 onto one of
 // them overwrites no other.
 Descriptor aboveStandardStreams(const Descriptor& file) {
-    return Descriptor(::fcntl(file.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    return Descriptor(::fcntl(file.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
 struct Pipe {
@@ -75,8 +75,8 @@ class FileActions {
   public:
     FileActions(const Descriptor& input, const Descriptor& output) {
         ok_ = ::posix_spawn_file_actions_init(&actions_) == 0;
-        step(::posix_spawn_file_actions_adddup2(&actions_, input.number(), STDIN_FILENO));
-        step(::posix_spawn_file_actions_adddup2(&actions_, output.number(), STDOUT_FILENO));
+        step(::posix_spawn_file_actions_adddup2(&actions_, input.get(), STDIN_FILENO));
+        step(::posix_spawn_file_actions_adddup2(&actions_, output.get(), STDOUT_FILENO));
         step(
             ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0));
         step(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
@@ -149,16 +149,6 @@ std::chrono::microseconds processorTime(const rusage& usage) {
 
 }  // namespace
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-}
-
-void Descriptor::reset() {
-    if (number_ >= 0) ::close(number_);
-    number_ = -1;
-}
-
 std::optional<HelperProcess> HelperProcess::start(const std::string& program,
                                                   const std::vector<std::string>& arguments,
                                                   const Descriptor& input) {
@@ -190,8 +180,8 @@ HelperProcess::~HelperProcess() {
 
 HelperProcess::Read HelperProcess::read(std::span<std::byte> into, Deadline deadline) {
     while (!into.empty()) {
-        if (!readableBefore(answer_.number(), deadline)) return Read::kLate;
-        const ssize_t count = ::read(answer_.number(), into.data(), into.size());
+        if (!readableBefore(answer_.get(), deadline)) return Read::kLate;
+        const ssize_t count = ::read(answer_.get(), into.data(), into.size());
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) return Read::kEnd;
         into = into.subspan(static_cast<std::size_t>(count));

@@ -7,29 +7,14 @@
 #include <span>
 #include <string>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
+
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::pdf {
 
-// Closes a file descriptor at the end of its scope; a negative number is none.
-class Descriptor {
-  public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { reset(); }
-
-    bool isOpen() const { return number_ >= 0; }
-    int number() const { return number_; }
-    void reset();
-
-  private:
-    int number_ = -1;
-};
-
+using machine::Descriptor;
 using Deadline = std::chrono::steady_clock::time_point;
 
 // How a program ended.

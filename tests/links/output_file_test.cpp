@@ -1,6 +1,7 @@
 #include "tavio/links/output_file.h"
 
 #include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "support/temporary_folder.h"
+#include "tavio/links/current_umask.h"
 
 namespace tavio::links {
 namespace {
@@ -101,6 +103,37 @@ TEST(OutputFile, GivesANewFileTheUsualPermissions) {
     ::umask(before);
     ASSERT_TRUE(written);
     EXPECT_EQ(permissionsOf(folder / "job.bin"), 0640U);
+}
+
+// The umask belongs to all threads: it must not change, not even for a moment.
+TEST(OutputFile, LeavesThePermissionsOfOtherThreadsFilesAlone) {
+    TemporaryFolder folder;
+    const mode_t before = ::umask(077);
+    std::atomic<bool> isDone{false};
+    std::thread writer([&] {
+        for (int count = 0; count < 500; ++count) {
+            OutputFile file(folder / "job.bin");
+            EXPECT_TRUE(file.open() && file.commit()) << file.failure();
+            EXPECT_EQ(::unlink((folder / "job.bin").c_str()), 0);
+        }
+        isDone = true;
+    });
+    const std::string other = folder / "other.bin";
+    while (!isDone) {
+        ::close(::open(other.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666));
+        EXPECT_EQ(permissionsOf(other), 0600U);
+        ::unlink(other.c_str());
+    }
+    writer.join();
+    ::umask(before);
+}
+
+TEST(CurrentUmask, IsTheOneThatWasSet) {
+    const mode_t before = ::umask(0351);
+    const std::optional<mode_t> mask = currentUmask();
+    EXPECT_EQ(::umask(before), 0351U);
+    if (!mask) GTEST_SKIP() << "this system does not tell";
+    EXPECT_EQ(*mask, 0351U);
 }
 
 TEST(OutputFile, WritesWhereASymbolicLinkPoints) {

@@ -12,8 +12,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/doors/print_server.h"
-#include "tools/tavio-printer/doors/socket_handle.h"
 #include "tools/tavio-printer/line_output.h"
 #include "tools/tavio-printer/web/web_server.h"
 
@@ -55,8 +55,8 @@ class Program {
     const Options options_;
     LineOutput out_{STDOUT_FILENO};
     LineOutput err_{STDERR_FILENO};
-    SocketHandle signals_;
-    SocketHandle allOut_;  // the tickets that were asked for
+    machine::Descriptor signals_;
+    machine::Descriptor allOut_;  // the tickets that were asked for
     std::uint64_t ticketCount_ = 0;
     TicketStore store_;
     PrintServer server_;
@@ -69,7 +69,8 @@ Program::Program(const Options& options)
       allOut_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       store_(options.store),
       server_(options.server, [this](const DeviceTicket& ticket) { keep(ticket); }) {
-    if (!signals_ || !allOut_) throw std::runtime_error("there are no descriptors left");
+    if (!signals_.isOpen() || !allOut_.isOpen())
+        throw std::runtime_error("there are no descriptors left");
     if (!options_.page) return;
     page_ = std::make_unique<WebServer>(WebSettings{options_.page->host, options_.page->port},
                                         panel(), store_);

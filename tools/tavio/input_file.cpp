@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
+#include "TavioIpadSDK/machine/open_regular_file.h"
 #include "tools/tavio/failure.h"
 
 namespace tavio::tool {
@@ -23,37 +23,23 @@ std::string nameOf(const std::string& path) {
     return path.empty() ? "\"\"" : path;
 }
 
-[[noreturn]] void refuse(const std::string& path, int errorNumber) {
-    if (errorNumber == ENOENT || errorNumber == ENOTDIR) {
-        throw Failure(nameOf(path) + " does not exist");
-    }
-    throw Failure(nameOf(path) +
-                  " cannot be read: " + std::generic_category().message(errorNumber));
-}
-
-// Looked at before the file is opened: opening a pipe would wait for its other end.
-void refuseIrregular(const std::string& path) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) refuse(path, errno);
-    if (S_ISDIR(status.st_mode)) throw Failure(path + " is a folder, not a file");
-    if (!S_ISREG(status.st_mode)) throw Failure(path + " is not a regular file");
+[[noreturn]] void refuse(const std::string& path, int error) {
+    if (error == ENOENT || error == ENOTDIR) throw Failure(nameOf(path) + " does not exist");
+    if (error == EISDIR) throw Failure(path + " is a folder, not a file");
+    if (error == ESPIPE) throw Failure(path + " is not a regular file");
+    throw Failure(nameOf(path) + " cannot be read: " + std::generic_category().message(error));
 }
 
 }  // namespace
 
-InputFile::InputFile(std::string path) : path_(std::move(path)) {
-    refuseIrregular(path_);
-    descriptor_ = ::open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor_ < 0) refuse(path_, errno);
-}
-
-InputFile::~InputFile() {
-    ::close(descriptor_);
+InputFile::InputFile(std::string path)
+    : path_(std::move(path)), file_(machine::openRegularFile(path_)) {
+    if (!file_.isOpen()) refuse(path_, errno);
 }
 
 std::uint64_t InputFile::size() const {
     struct stat status {};
-    if (::fstat(descriptor_, &status) != 0 || status.st_size < 0) return 0;
+    if (::fstat(file_.get(), &status) != 0 || status.st_size < 0) return 0;
     return static_cast<std::uint64_t>(status.st_size);
 }
 
@@ -61,7 +47,7 @@ std::span<const Byte> InputFile::next() {
     buffer_.resize(kMaxAtOnce);
     ssize_t count = 0;
     do {
-        count = ::read(descriptor_, buffer_.data(), buffer_.size());
+        count = ::read(file_.get(), buffer_.data(), buffer_.size());
     } while (count < 0 && errno == EINTR);
     if (count < 0) refuse(path_, errno);
     return std::span(buffer_).first(static_cast<std::size_t>(count));
@@ -79,7 +65,7 @@ Bytes InputFile::rest() {
 bool InputFile::isAt(const std::string& path) const {
     struct stat mine {};
     struct stat other {};
-    return ::fstat(descriptor_, &mine) == 0 && ::stat(path.c_str(), &other) == 0 &&
+    return ::fstat(file_.get(), &mine) == 0 && ::stat(path.c_str(), &other) == 0 &&
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::tool {
 
@@ -17,9 +18,6 @@ namespace tavio::tool {
 class InputFile {
   public:
     explicit InputFile(std::string path);
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
-    ~InputFile();
 
     // Bytes in the file; 0 where that cannot be told.
     std::uint64_t size() const;
@@ -35,7 +33,7 @@ class InputFile {
 
   private:
     std::string path_;
-    int descriptor_ = -1;
+    machine::Descriptor file_;
     Bytes buffer_;
 };
 

@@ -1,7 +1,6 @@
 // tavio-pdf-page: draws page 1 of the document on its standard input. pdf/answer.h describes its
 // arguments and its answer.
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstdint>
@@ -14,6 +13,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "TavioIpadSDK/machine/write_all.h"
 #include "TavioIpadSDK/pdf/answer.h"
 #include "TavioIpadSDK/pdf/helper/draw_page.h"
 #include "TavioIpadSDK/pdf/helper/memory_guard.h"
@@ -79,19 +79,13 @@ bool takeOverStandardOutput() {
            ::dup2(nowhere, STDERR_FILENO) >= 0;
 }
 
-bool writeAll(std::span<const std::byte> bytes) {
+bool answerWith(std::span<const std::byte> bytes) {
     answerBegun = true;
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(answerDescriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
-    return true;
+    return machine::writeAll(answerDescriptor, bytes) == 0;
 }
 
 bool writeHeader(const AnswerHeader& header) {
-    return writeAll(std::as_bytes(std::span(&header, 1)));
+    return answerWith(std::as_bytes(std::span(&header, 1)));
 }
 
 void answerOutOfMemory() {
@@ -119,7 +113,7 @@ bool writePixels(const DrawnPage& page) {
         // Rows of this format are aligned for their 32-bit pixels.
         const std::span pixels(reinterpret_cast<std::uint32_t*>(row), page.header.columns);
         std::ranges::transform(pixels, pixels.begin(), answerPixel);
-        if (!writeAll(std::as_bytes(pixels))) return false;
+        if (!answerWith(std::as_bytes(pixels))) return false;
     }
     return true;
 }

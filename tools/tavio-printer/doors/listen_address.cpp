@@ -1,8 +1,8 @@
 #include "tools/tavio-printer/doors/listen_address.h"
 
 #include <algorithm>
-#include <charconv>
-#include <system_error>
+
+#include "TavioIpadSDK/machine/port_number.h"
 
 namespace tavio::virtual_printer {
 namespace {
@@ -13,14 +13,6 @@ bool isInAddresses(char c) {
 
 bool isHost(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), isInAddresses);
-}
-
-std::optional<std::uint16_t> parsePort(std::string_view text) {
-    std::uint16_t port = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, port);
-    if (error != std::errc() || stop != end) return std::nullopt;
-    return port;
 }
 
 }  // namespace
@@ -39,7 +31,7 @@ std::optional<ListenAddress> parseListenAddress(std::string_view text, std::uint
     }
     if (!isHost(host)) return std::nullopt;
     if (rest.empty()) return ListenAddress{std::string(host), usualPort};
-    const auto port = parsePort(rest.substr(1));
+    const auto port = machine::parsePort(rest.substr(1));
     if (rest.front() != ':' || !port) return std::nullopt;
     return ListenAddress{std::string(host), *port};
 }

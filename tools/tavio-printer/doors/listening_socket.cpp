@@ -44,10 +44,11 @@ void setOption(int socket, int option, int value) {
 }
 
 // A listening socket; none, and the reason in `error`, where that fails.
-SocketHandle tryAddress(const addrinfo& address, int backlog,
-                        std::optional<std::size_t> receiveBuffer, int& error) {
-    SocketHandle socket(::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (socket) {
+machine::Descriptor tryAddress(const addrinfo& address, int backlog,
+                               std::optional<std::size_t> receiveBuffer, int& error) {
+    machine::Descriptor socket(
+        ::socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (socket.isOpen()) {
         setOption(socket.get(), SO_REUSEADDR, 1);
         if (receiveBuffer) {
             constexpr std::size_t kMost = std::numeric_limits<int>::max();
@@ -74,15 +75,16 @@ std::uint16_t portOf(int socket) {
 
 }  // namespace
 
-SocketHandle listenOn(ListenAddress& address, int backlog,
-                      std::optional<std::size_t> receiveBuffer) {
+machine::Descriptor listenOn(ListenAddress& address, int backlog,
+                             std::optional<std::size_t> receiveBuffer) {
     const Addresses list = resolve(address);
-    SocketHandle socket;
+    machine::Descriptor socket;
     int error = 0;
-    for (const addrinfo* each = list.get(); each != nullptr && !socket; each = each->ai_next) {
+    for (const addrinfo* each = list.get(); each != nullptr && !socket.isOpen();
+         each = each->ai_next) {
         socket = tryAddress(*each, backlog, receiveBuffer, error);
     }
-    if (!socket) throw cannotListen(address, reasonOf(error));
+    if (!socket.isOpen()) throw cannotListen(address, reasonOf(error));
     address.port = portOf(socket.get());
     return socket;
 }

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <optional>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/doors/listen_address.h"
-#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 
@@ -13,7 +13,7 @@ namespace tavio::virtual_printer {
 // other program shares. `address` gets the port that was found where any was asked for.
 // `receiveBuffer`: bytes that the system is asked to hold for each connection; none: as it likes.
 // Throws std::runtime_error, with one sentence, where the address cannot be listened on.
-SocketHandle listenOn(ListenAddress& address, int backlog,
-                      std::optional<std::size_t> receiveBuffer = std::nullopt);
+machine::Descriptor listenOn(ListenAddress& address, int backlog,
+                             std::optional<std::size_t> receiveBuffer = std::nullopt);
 
 }  // namespace tavio::virtual_printer

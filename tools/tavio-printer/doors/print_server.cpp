@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/doors/print_loop.h"
-#include "tools/tavio-printer/doors/socket_handle.h"
 #include "tools/tavio-printer/doors/tcp_door.h"
 #include "tools/tavio-printer/doors/tty_door.h"
 
@@ -59,7 +59,7 @@ class PrintServer::Works {
     std::unique_ptr<TtyDoor> tty_;
     std::string printAddress_;
     std::string serialAddress_;
-    SocketHandle wake_;
+    machine::Descriptor wake_;
     std::atomic<bool> stopped_{false};
     Device::OnTicket onTicket_;
     Device device_;  // of the thread
@@ -81,7 +81,7 @@ PrintServer::Works::Works(const PrintServerSettings& settings, Device::OnTicket 
           // Thousands may lie in what was received at once: nobody waits for their pictures.
           if (onTicket_ && !stopped_) onTicket_(std::move(ticket));
       }) {
-    if (!wake_) throw std::runtime_error("there are no descriptors left for the printer");
+    if (!wake_.isOpen()) throw std::runtime_error("there are no descriptors left for the printer");
     if (settings.listen) {
         tcp_ = std::make_unique<TcpDoor>(*settings.listen, settings.socketBuffer);
         printAddress_ = std::string("tcp://").append(toText(tcp_->address()));

@@ -22,7 +22,7 @@ bool isForLater(int error) {
 
 class TcpClient final : public Client {
   public:
-    explicit TcpClient(SocketHandle socket) : socket_(std::move(socket)) {
+    explicit TcpClient(machine::Descriptor socket) : socket_(std::move(socket)) {
         const int yes = 1;
         ::setsockopt(socket_.get(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
     }
@@ -52,17 +52,17 @@ class TcpClient final : public Client {
             discarded += got.count;
             if (discarded >= kMaxDiscarded) break;
         }
-        socket_.close();
+        socket_.reset();
     }
 
     void reset() override {
         const linger atOnce{1, 0};
         ::setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-        socket_.close();
+        socket_.reset();
     }
 
   private:
-    SocketHandle socket_;
+    machine::Descriptor socket_;
 };
 
 }  // namespace
@@ -71,8 +71,8 @@ TcpDoor::TcpDoor(const ListenAddress& address, std::size_t receiveBuffer)
     : address_(address), listening_(listenOn(address_, kBacklog, receiveBuffer)) {}
 
 std::unique_ptr<Client> TcpDoor::accept() {
-    SocketHandle socket(::accept4(listening_.get(), nullptr, nullptr, kSocketFlags));
-    if (!socket) return nullptr;
+    machine::Descriptor socket(::accept4(listening_.get(), nullptr, nullptr, kSocketFlags));
+    if (!socket.isOpen()) return nullptr;
     return std::make_unique<TcpClient>(std::move(socket));
 }
 

@@ -1,9 +1,9 @@
 // Clients that come over the network.
 #pragma once
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/doors/door.h"
 #include "tools/tavio-printer/doors/listen_address.h"
-#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 
@@ -25,7 +25,7 @@ class TcpDoor final : public Door {
 
   private:
     ListenAddress address_;
-    SocketHandle listening_;
+    machine::Descriptor listening_;
 };
 
 }  // namespace tavio::virtual_printer

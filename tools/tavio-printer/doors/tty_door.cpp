@@ -100,7 +100,7 @@ class TtyClient final : public Client {
 
 TtyDoor::TtyDoor(const std::string& link)
     : link_(link), terminal_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)) {
-    if (!terminal_) throw cannotCreate(errno);
+    if (!terminal_.isOpen()) throw cannotCreate(errno);
     device_ = deviceOf(terminal_.get());
     freshen();
     if (!link_.empty()) makeLink();
@@ -124,8 +124,9 @@ void TtyDoor::makeLink() const {
 
 // A raw device with nothing left to read in it, as each client should find it.
 void TtyDoor::freshen() const {
-    const SocketHandle device(::open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
-    if (!device) return;
+    const machine::Descriptor device(
+        ::open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    if (!device.isOpen()) return;
     termios mode{};
     if (::tcgetattr(device.get(), &mode) == 0) {
         ::cfmakeraw(&mode);

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/doors/door.h"
-#include "tools/tavio-printer/doors/socket_handle.h"
 
 namespace tavio::virtual_printer {
 
@@ -37,7 +37,7 @@ class TtyDoor final : public Door {
 
     std::string link_;
     std::string device_;
-    SocketHandle terminal_;  // the printer's end
+    machine::Descriptor terminal_;  // the printer's end
     bool ignoring_ = false;
 };
 

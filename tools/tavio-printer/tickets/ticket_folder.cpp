@@ -13,6 +13,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "TavioIpadSDK/machine/write_all.h"
+
 namespace tavio::virtual_printer {
 namespace {
 
@@ -58,24 +60,13 @@ bool isUnfinished(const std::string& name) {
 }
 
 // 0, or the error's number.
-int writeAll(int file, std::span<const Byte> content) {
-    while (!content.empty()) {
-        const ssize_t written = ::write(file, content.data(), content.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return errno;
-        if (written == 0) return EIO;
-        content = content.subspan(static_cast<std::size_t>(written));
-    }
-    return 0;
-}
-
 int writeNew(const std::string& path, std::span<const Byte> content) {
     constexpr mode_t kPermissions = 0666;  // less what the user's mask takes
-    const int file =
-        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, kPermissions);
-    if (file < 0) return errno;
-    const int error = writeAll(file, content);
-    return ::close(file) == 0 || error != 0 ? error : errno;
+    machine::Descriptor file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, kPermissions));
+    if (!file.isOpen()) return errno;
+    const int error = machine::writeAll(file.get(), std::as_bytes(content));
+    return error != 0 ? error : file.close();
 }
 
 }  // namespace
@@ -84,35 +75,25 @@ TicketFolder::TicketFolder(std::string path, FolderLimits limits)
     : path_(std::move(path)), limits_(limits) {
     std::error_code error;
     std::filesystem::create_directories(path_, error);
-    descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor_ < 0) {
+    folder_.reset(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder_.isOpen()) {
         const int number = error ? error.value() : errno;
         throw std::runtime_error("cannot make the folder " + path_ + ": " + errorText(number));
     }
-    try {
-        lock();
-        readNames();
-        const std::string trial = pathOf(newest() + 1, kPicture).append(kUnfinished);
-        const int number = writeNew(trial, {});
-        ::unlink(trial.c_str());
-        if (number != 0) {
-            throw std::runtime_error("cannot write to the folder " + path_ + ": " +
-                                     errorText(number));
-        }
-    } catch (...) {
-        ::close(descriptor_);
-        throw;
+    lock();
+    readNames();
+    const std::string trial = pathOf(newest() + 1, kPicture).append(kUnfinished);
+    const int number = writeNew(trial, {});
+    ::unlink(trial.c_str());
+    if (number != 0) {
+        throw std::runtime_error("cannot write to the folder " + path_ + ": " + errorText(number));
     }
-}
-
-TicketFolder::~TicketFolder() {
-    ::close(descriptor_);
 }
 
 // Two printers in one folder would write tickets of the same number.
 void TicketFolder::lock() {
     // Some file systems have no locks; then nothing is known, and nothing is said.
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
+    if (::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
     throw std::runtime_error("another printer writes to the folder " + path_);
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tavio/virtual-printer/ticket.h"
 
 namespace tavio::virtual_printer {
@@ -24,9 +25,6 @@ class TicketFolder {
     // std::runtime_error, with one sentence, where it cannot be made or written to, or where
     // another printer writes to it.
     TicketFolder(std::string path, FolderLimits limits);
-    ~TicketFolder();
-    TicketFolder(const TicketFolder&) = delete;
-    TicketFolder& operator=(const TicketFolder&) = delete;
 
     // The highest number of a ticket in the folder; 0 when there is none.
     std::uint64_t newest() const;
@@ -44,7 +42,7 @@ class TicketFolder {
 
     std::string path_;
     FolderLimits limits_;
-    int descriptor_ = -1;                         // of the folder, with the lock on it
+    machine::Descriptor folder_;                  // with the lock on it
     std::map<std::uint64_t, std::size_t> sizes_;  // of each ticket, its files together
     std::size_t total_ = 0;
 };

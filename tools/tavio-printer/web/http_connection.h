@@ -6,7 +6,7 @@
 #include <httplib.h>
 #include <string>
 
-#include "tools/tavio-printer/doors/socket_handle.h"
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::virtual_printer {
 
@@ -17,7 +17,7 @@ class HttpConnection final : public httplib::Stream {
     static constexpr std::chrono::seconds kMaxStall{5};
     static constexpr std::chrono::seconds kMaxWrite{30};
 
-    HttpConnection(SocketHandle socket, std::string head)
+    HttpConnection(machine::Descriptor socket, std::string head)
         : socket_(std::move(socket)), head_(std::move(head)) {}
 
     // Says that there is no more, and waits a little while for the browser to have read it: closing
@@ -36,7 +36,7 @@ class HttpConnection final : public httplib::Stream {
     socket_t socket() const override { return socket_.get(); }
 
   private:
-    SocketHandle socket_;
+    machine::Descriptor socket_;
     std::string head_;
     std::size_t taken_ = 0;  // bytes of the head
 };

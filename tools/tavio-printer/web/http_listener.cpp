@@ -29,7 +29,7 @@ constexpr int kRetryMilliseconds = 50;
 
 HttpListener::HttpListener(const std::string& address, std::uint16_t port)
     : wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!wake_) throw std::runtime_error("there are no more descriptors for the web page");
+    if (!wake_.isOpen()) throw std::runtime_error("there are no more descriptors for the web page");
     ListenAddress place{address, port};
     listening_ = listenOn(place, kBacklog);
     port_ = place.port;
@@ -58,9 +58,9 @@ void HttpListener::run(const OnRequest& onRequest) {
 }
 
 void HttpListener::accept() {
-    SocketHandle socket(
+    machine::Descriptor socket(
         ::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!socket) {
+    if (!socket.isOpen()) {
         outOfDescriptors_ = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
         return;
     }

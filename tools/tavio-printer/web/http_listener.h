@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/tavio-printer/doors/socket_handle.h"
+#include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::virtual_printer {
 
@@ -28,7 +28,7 @@ class HttpListener {
     std::uint16_t port() const { return port_; }
 
     // Takes a connection whose request has arrived: its descriptor and the request's head.
-    using OnRequest = std::function<void(SocketHandle, std::string)>;
+    using OnRequest = std::function<void(machine::Descriptor, std::string)>;
 
     // Until stop(). Connections are closed that send something other than a request.
     void run(const OnRequest& onRequest);
@@ -39,7 +39,7 @@ class HttpListener {
   private:
     using Clock = std::chrono::steady_clock;
     struct Waiting {
-        SocketHandle socket;
+        machine::Descriptor socket;
         std::string received;
         Clock::time_point until;
     };
@@ -48,8 +48,8 @@ class HttpListener {
     bool receive(Waiting& connection, const OnRequest& onRequest);
     int millisecondsToNextDeadline() const;
 
-    SocketHandle listening_;
-    SocketHandle wake_;
+    machine::Descriptor listening_;
+    machine::Descriptor wake_;
     std::uint16_t port_ = 0;
     std::vector<Waiting> waiting_;  // the oldest first
     bool outOfDescriptors_ = false;

@@ -75,13 +75,13 @@ void HttpServer::startThreads(std::size_t threads) {
         threads_.emplace_back([this] { work(); });
     }
     threads_.emplace_back([this] {
-        listener_.run([this](SocketHandle socket, std::string head) {
+        listener_.run([this](machine::Descriptor socket, std::string head) {
             take(std::move(socket), std::move(head));
         });
     });
 }
 
-void HttpServer::take(SocketHandle socket, std::string head) {
+void HttpServer::take(machine::Descriptor socket, std::string head) {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (stopping_) return;

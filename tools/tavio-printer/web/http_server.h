@@ -43,12 +43,12 @@ class HttpServer {
   private:
     class Engine;
     struct Request {
-        SocketHandle socket;
+        machine::Descriptor socket;
         std::string head;
     };
 
     void startThreads(std::size_t threads);
-    void take(SocketHandle socket, std::string head);
+    void take(machine::Descriptor socket, std::string head);
     void work();
     void answer(Request request);
 
