@@ -1,22 +1,8 @@
 // Splits the printer's byte stream into commands, graphics and text.
 //
-// The stream:
-//
-//   "<P" n ">"              print path n
-//   "<LM>"  "<PM>"          landscape, portrait
-//   "<RE" n ">"  "<DI>"     set-up, without a visible effect
-//   "<RC" row "," col ">"   position
-//   "<G" count ">" bytes    count graphics bytes of any value
-//   "<SP" row "," col ">"   place of the next logo
-//   "<LD" n ">"             print logo n
-//   "<" n ">" ESC           begin to store logo n
-//   ESC                     end of the logo, while one is being stored
-//   ESC "c"                 clear the memory, while none is being stored
-//   "<p>"  "<q>"            cut the ticket, eject it without a cut
-//   anything else           text
-//
-// Numbers are decimal with an optional minus sign, and saturate to 32 bits. Commands are printable
-// characters between "<" and ">", kMaxCommandBytes at most.
+// The stream consists of commands (command.h lists them), of the graphics bytes that follow some of
+// them, and of text, which is all the rest. Commands are printable characters between "<" and ">",
+// kMaxCommandBytes at most.
 #pragma once
 
 #include <cstddef>

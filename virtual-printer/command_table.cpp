@@ -13,7 +13,7 @@ struct TableEntry {
 };
 
 // No name with numbers is the beginning of another, so the order does not matter.
-constexpr std::array<TableEntry, 11> kTable{{
+constexpr auto kTable = std::to_array<TableEntry>({
     {"P", 1, CommandKind::kPath},
     {"LM", 0, CommandKind::kLandscape},
     {"PM", 0, CommandKind::kPortrait},
@@ -25,7 +25,42 @@ constexpr std::array<TableEntry, 11> kTable{{
     {"LD", 1, CommandKind::kPrintLogo},
     {"p", 0, CommandKind::kCut},
     {"q", 0, CommandKind::kEject},
-}};
+});
+
+// Whether a command of this kind is named between "<" and ">". The others are an ESC and what it
+// belongs to.
+constexpr bool hasName(CommandKind kind) {
+    switch (kind) {
+        case CommandKind::kPath:
+        case CommandKind::kLandscape:
+        case CommandKind::kPortrait:
+        case CommandKind::kRe:
+        case CommandKind::kDi:
+        case CommandKind::kPosition:
+        case CommandKind::kGraphics:
+        case CommandKind::kLogoPlace:
+        case CommandKind::kPrintLogo:
+        case CommandKind::kCut:
+        case CommandKind::kEject:
+            return true;
+        case CommandKind::kBeginLogo:
+        case CommandKind::kEndLogo:
+        case CommandKind::kClearMemory:
+        case CommandKind::kUnknown:
+            return false;
+    }
+    return false;
+}
+
+constexpr bool isEachNamedKindThereOnce() {
+    for (int number = 0; number <= static_cast<int>(CommandKind::kUnknown); ++number) {
+        const auto kind = static_cast<CommandKind>(number);
+        const auto count = std::ranges::count(kTable, kind, &TableEntry::kind);
+        if (count != (hasName(kind) ? 1 : 0)) return false;
+    }
+    return true;
+}
+static_assert(isEachNamedKindThereOnce());
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';

@@ -98,7 +98,6 @@ class Printer::Interpreter final : public CommandSink {
 
     void setOrientation(Orientation orientation);
     void setPosition(Place place);
-    void beginGraphics();
     void beginLogo(std::int32_t number);
     void endLogo(std::uint64_t offset);
     void printLogo(const Command& command);
@@ -203,7 +202,18 @@ void Printer::Interpreter::command(const Command& command) {
         case CommandKind::kBeginLogo:
             beginLogo(command.arguments[0]);
             break;
-        default:
+        case CommandKind::kPath:
+        case CommandKind::kRe:
+        case CommandKind::kDi:
+        case CommandKind::kPosition:
+        case CommandKind::kGraphics:
+        case CommandKind::kLogoPlace:
+        case CommandKind::kPrintLogo:
+        case CommandKind::kEndLogo:
+        case CommandKind::kClearMemory:
+        case CommandKind::kCut:
+        case CommandKind::kEject:
+        case CommandKind::kUnknown:
             logos_.isStoring() ? commandInLogo(command) : commandOnTicket(command);
             break;
     }
@@ -234,7 +244,16 @@ void Printer::Interpreter::commandInLogo(const Command& command) {
         case CommandKind::kLogoPlace:
             refuse("another logo");
             break;
-        default:
+        // Without an effect, here or anywhere; or done already.
+        case CommandKind::kPath:
+        case CommandKind::kRe:
+        case CommandKind::kDi:
+        case CommandKind::kLandscape:
+        case CommandKind::kPortrait:
+        case CommandKind::kBeginLogo:
+        // No command: an ESC ends the logo, and what is unknown has been told.
+        case CommandKind::kClearMemory:
+        case CommandKind::kUnknown:
             break;
     }
 }
@@ -264,7 +283,17 @@ void Printer::Interpreter::commandOnTicket(const Command& command) {
             endTicket(TicketEnd::kEjected, end);
             beginTicket(end);
             break;
-        default:
+        // Without an effect on the ticket, or done already; graphics come with their bytes.
+        case CommandKind::kPath:
+        case CommandKind::kRe:
+        case CommandKind::kDi:
+        case CommandKind::kLandscape:
+        case CommandKind::kPortrait:
+        case CommandKind::kBeginLogo:
+        case CommandKind::kGraphics:
+        // Of a logo, and none is being stored; what is unknown has been told.
+        case CommandKind::kEndLogo:
+        case CommandKind::kUnknown:
             break;
     }
 }

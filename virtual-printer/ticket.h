@@ -26,7 +26,7 @@ struct TicketStock {
     double height;     // inches, along the rows
 };
 
-inline constexpr std::array<TicketStock, 9> kTicketStocks{{
+inline constexpr auto kTicketStocks = std::to_array<TicketStock>({
     {"concert", 5.5, 2.0},
     {"cinema", 2.0, 3.25},
     {"creditcard", 3.37, 2.13},
@@ -36,7 +36,7 @@ inline constexpr std::array<TicketStock, 9> kTicketStocks{{
     {"", 11.0, 1.0},
     {"", 11.0, 1.328},
     {"", 11.0, 8.5},
-}};
+});
 
 struct TicketSize {
     std::int32_t rows = 0;     // dots, 1 to kMaxTicketDots
@@ -49,8 +49,8 @@ struct TicketSize {
 inline constexpr std::int32_t kMaxTicketDots = 16384;
 inline constexpr std::int32_t kMaxDpi = 1200;
 
-// Inches times dots per inch, rounded to the nearest dot. None for a stock outside 0 to 8 or a
-// resolution outside 1 to kMaxDpi.
+// Inches times dots per inch, rounded to the nearest dot. None for a stock outside kTicketStocks
+// or a resolution outside 1 to kMaxDpi.
 //
 //   ticketSize(0, 300)  ->  600 rows, 1650 columns
 std::optional<TicketSize> ticketSize(std::int32_t stock, std::int32_t dpi);

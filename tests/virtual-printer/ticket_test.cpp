@@ -18,7 +18,8 @@ TEST(TicketSize, IsInchesTimesResolutionRounded) {
     const std::vector<TicketSize> kAt300{{600, 1650, 300}, {975, 600, 300},  {639, 1011, 300},
                                          {975, 2400, 300}, {975, 1800, 300}, {1200, 1800, 300},
                                          {300, 3300, 300}, {398, 3300, 300}, {2550, 3300, 300}};
-    for (std::int32_t stock = 0; stock < 9; ++stock) {
+    ASSERT_EQ(kAt300.size(), kTicketStocks.size());
+    for (std::int32_t stock = 0; stock < std::ssize(kTicketStocks); ++stock) {
         EXPECT_EQ(ticketSize(stock, 300), kAt300[static_cast<std::size_t>(stock)]) << stock;
     }
     EXPECT_EQ(ticketSize(2, 200), (TicketSize{426, 674, 200}));
@@ -27,7 +28,7 @@ TEST(TicketSize, IsInchesTimesResolutionRounded) {
 
 TEST(TicketSize, IsNoneForUnknownStocksAndResolutions) {
     EXPECT_EQ(ticketSize(-1, 300), std::nullopt);
-    EXPECT_EQ(ticketSize(9, 300), std::nullopt);
+    EXPECT_EQ(ticketSize(static_cast<std::int32_t>(kTicketStocks.size()), 300), std::nullopt);
     EXPECT_EQ(ticketSize(0, 0), std::nullopt);
     EXPECT_EQ(ticketSize(0, -300), std::nullopt);
     EXPECT_EQ(ticketSize(0, kMaxDpi + 1), std::nullopt);

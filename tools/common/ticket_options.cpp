@@ -29,11 +29,20 @@ std::optional<std::int32_t> parseStock(std::string_view text) {
     return std::nullopt;
 }
 
+std::string stockChoices() {
+    std::string choices = "0 to " + std::to_string(virtual_printer::kTicketStocks.size() - 1);
+    std::string last;
+    for (const auto& stock : virtual_printer::kTicketStocks) {
+        if (*stock.name == '\0') continue;
+        if (!last.empty()) choices.append(", ").append(last);
+        last = stock.name;
+    }
+    return choices + " or " + last;
+}
+
 std::string asStock(std::string& text) {
     const auto index = parseStock(text);
-    if (!index) {
-        return "\"" + text + "\" is no stock: give 0 to 8, concert, cinema, creditcard or receipt";
-    }
+    if (!index) return "\"" + text + "\" is no stock: give " + stockChoices();
     text = std::to_string(*index);
     return {};
 }

@@ -8,8 +8,12 @@
 
 namespace tavio::command_line {
 
-// The index of the stock that the text names: "0" to "8", or a name in any case ("cinema").
+// The index of the stock that the text names: its place in the list of stocks as a
+// number ("0"), or its name in any case ("cinema").
 std::optional<std::int32_t> parseStock(std::string_view text);
+
+// What parseStock() understands, in words: "0 to 8, concert, cinema, creditcard or receipt".
+std::string stockChoices();
 
 // Checks of option values, as the command line library takes them: each answers with "" or with
 // what is wrong. asStock() also rewrites the value into the index.

@@ -22,6 +22,7 @@ using command_line::asOrientation;
 using command_line::asResolution;
 using command_line::asStock;
 using command_line::printable;
+using command_line::stockChoices;
 
 constexpr std::uint64_t kMaxLogoMemory = std::uint64_t{1} << 30U;
 constexpr std::uint64_t kMaxKept = 1'000'000;
@@ -75,8 +76,8 @@ std::string asListenAddress(std::string& text) {
 std::string asReply(std::string& text) {
     const auto reply = unescaped(text);
     if (!reply) return "a backslash in a reply begins \\r, \\n, \\t, \\\\ or \\x and two digits";
-    if (reply->size() <= kMaxReplyBytes) return {};
-    return "a reply has " + std::to_string(kMaxReplyBytes) + " bytes at most";
+    if (reply->size() <= kMaxReplyTextBytes) return {};
+    return "a reply has " + std::to_string(kMaxReplyTextBytes) + " bytes at most";
 }
 
 std::string asFolder(std::string& text) {
@@ -186,8 +187,7 @@ void CommandLine::addPlaces() {
 
 void CommandLine::addTicket() {
     group_ = "The ticket in the printer";
-    app_.add_option("--stock", options_.stock,
-                    "0 to 8, concert, cinema, creditcard or receipt; 0 if not given")
+    app_.add_option("--stock", options_.stock, stockChoices() + "; 0 if not given")
         ->transform(valueCheck(asStock))
         ->type_name("STOCK")
         ->group(group_);

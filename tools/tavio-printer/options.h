@@ -16,7 +16,7 @@ namespace tavio::virtual_printer {
 inline constexpr std::uint16_t kUsualPagePort = 9180;
 
 struct Options {
-    std::int32_t stock = 0;      // 0 to 8
+    std::int32_t stock = 0;      // an index of kTicketStocks
     std::int32_t dpi = 300;      // 200, 300 or 600
     PrintServerSettings server;  // with the ticket size of the two
     StoreLimits store;

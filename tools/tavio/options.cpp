@@ -21,6 +21,7 @@ using command_line::asOrientation;
 using command_line::asResolution;
 using command_line::asStock;
 using command_line::printable;
+using command_line::stockChoices;
 
 // Checks of option values; each rewrites the value into the form that is converted afterwards, and
 // answers with "" or with what is wrong.
@@ -183,8 +184,7 @@ void CommandLine::addSettings(CLI::App& command) {
         ->group(group);
     command
         .add_option("--stock", settings.stock,
-                    "0 to 8, concert, cinema, creditcard or receipt (see tavio stocks); 0 if not "
-                    "given")
+                    stockChoices() + " (see tavio stocks); 0 if not given")
         ->transform(valueCheck(asStock))
         ->type_name("STOCK")
         ->group(group);

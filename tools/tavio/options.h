@@ -35,7 +35,7 @@ struct Settings {
     std::int32_t resolution = 300;  // 200, 300 or 600 dots per inch
     bool scaled = false;
     bool threshold = false;  // else dithered
-    std::int32_t stock = 0;  // 0 to 8
+    std::int32_t stock = 0;  // an index of settings::kStocks
     bool portrait = false;
 };
 

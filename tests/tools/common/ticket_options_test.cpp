@@ -19,6 +19,10 @@ TEST(Stocks, AreNamedByIndexOrName) {
     }
 }
 
+TEST(Stocks, AreOfferedInWords) {
+    EXPECT_EQ(stockChoices(), "0 to 8, concert, cinema, creditcard or receipt");
+}
+
 TEST(Stocks, BecomeTheirIndexAsOptionValues) {
     std::string text = "Cinema";
     EXPECT_EQ(asStock(text), "");

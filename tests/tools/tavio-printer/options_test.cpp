@@ -173,7 +173,7 @@ TEST(PrinterOptions, BadUsageIsRefused) {
         EXPECT_TRUE(said.starts_with("tavio-printer: ")) << said;
         EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
     }
-    const std::string tooLong(kMaxReplyBytes + 1, 'x');
+    const std::string tooLong(kMaxReplyTextBytes + 1, 'x');
     EXPECT_NE(refusal({"--reply", tooLong.c_str()}), "");
 }
 

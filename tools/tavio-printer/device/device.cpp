@@ -36,7 +36,7 @@ DeviceSettings checked(const DeviceSettings& settings) {
     require(isZeroOrWithin(physics.millimetresPerSecond, kMinMillimetresPerSecond,
                            kMaxMillimetresPerSecond),
             "paper of a speed that no printer has");
-    require(settings.reply.text.size() <= kMaxReplyBytes, "a reply that is too long");
+    require(settings.reply.text.size() <= kMaxReplyTextBytes, "a reply that is too long");
     require(settings.reply.delay >= std::chrono::milliseconds(0) &&
                 settings.reply.delay <= kMaxReplyDelay,
             "a reply after a time that nobody waits");

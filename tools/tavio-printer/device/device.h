@@ -60,7 +60,7 @@ struct Faults {
 
 struct Reply {
     // Sent after each ticket, and to a client that has sent nothing for kSilence since it
-    // connected. At most kMaxReplyBytes; "": never. Of answers that nobody takes 1,000 are kept.
+    // connected. At most kMaxReplyTextBytes; "": never. Of answers that nobody takes 1,000 are kept.
     std::string text{};
 
     // From the ticket's end, or the end of the silence, to the answer; at most kMaxReplyDelay.
@@ -69,7 +69,9 @@ struct Reply {
     static constexpr std::chrono::milliseconds kSilence{200};
 };
 
-inline constexpr std::size_t kMaxReplyBytes = 4096;
+// Of one reply that a user sets. How much a link keeps of all that a printer sends is another
+// matter (links::kMaxReplyBytes).
+inline constexpr std::size_t kMaxReplyTextBytes = 4096;
 inline constexpr std::chrono::hours kMaxReplyDelay{24};
 
 struct DeviceSettings {

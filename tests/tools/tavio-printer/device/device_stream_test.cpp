@@ -261,7 +261,7 @@ TEST(DeviceStream, SettingsThatNoPrinterHasAreRefused) {
     refuses([](DeviceSettings& s) { s.physics.bytesPerSecond = std::nan(""); });
     refuses([](DeviceSettings& s) { s.physics.millimetresPerSecond = -1; });
     refuses([](DeviceSettings& s) { s.physics.millimetresPerSecond = INFINITY; });
-    refuses([](DeviceSettings& s) { s.reply.text.assign(kMaxReplyBytes + 1, 'x'); });
+    refuses([](DeviceSettings& s) { s.reply.text.assign(kMaxReplyTextBytes + 1, 'x'); });
     refuses([](DeviceSettings& s) { s.reply.delay = milliseconds(-1); });
     refuses([](DeviceSettings& s) { s.reply.delay = kMaxReplyDelay + milliseconds(1); });
 }
