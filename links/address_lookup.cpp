@@ -32,10 +32,10 @@ std::vector<SocketAddress> numericAddresses(const TcpAddress& address) {
     return {result};
 }
 
-// Shared by the thread that looks up and the one that waits for it.
+// Shared by the looking thread and the waiting thread.
 class LookUp {
   public:
-    // Readable when the result is there.
+    // Readable after the lookup.
     int descriptor() const { return finished_.get(); }
 
     void run(SystemCalls& calls, const TcpAddress& address) noexcept {
@@ -52,7 +52,7 @@ class LookUp {
 
     bool isDone() const { return done_.load(); }
 
-    // Of a look-up that is done: "" where it has found something.
+    // The reason why the finished lookup failed; "" if it found an address.
     std::string failure() const {
         if (error_ == EAI_SYSTEM) return std::generic_category().message(systemError_);
         if (error_ != 0) return ::gai_strerror(error_);
@@ -93,8 +93,8 @@ std::vector<SocketAddress> findAddresses(const TcpAddress& address, Waiter& wait
         failure = cannotFind(address).append(": ").append(std::generic_category().message(errno));
         return {};
     }
-    short happened = 0;
-    const auto result = waiter.wait(lookUp->descriptor(), POLLIN, happened);
+    short ready = 0;
+    const auto result = waiter.wait(lookUp->descriptor(), POLLIN, ready);
     const int error = errno;
     if (lookUp->isDone()) {
         failure = lookUp->failure();

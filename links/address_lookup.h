@@ -1,4 +1,4 @@
-// From a host to the addresses of its machine.
+// Looking up the addresses of a host.
 #pragma once
 
 #include <string>
@@ -10,9 +10,10 @@
 
 namespace tavio::links {
 
-// The addresses to try, in order; none with one sentence in `failure`. An address in numbers is
-// there at once. A name is looked up on a thread of its own, because that cannot be broken off: at
-// the deadline, or when the link is cancelled, the thread is left behind, and ends by itself.
+// The addresses to try, in order; on failure none, and one sentence in `failure`. A numeric address
+// needs no lookup. A name is looked up on a thread of its own, because a lookup cannot be
+// cancelled: at the deadline, or when the link is cancelled, this function returns and the thread
+// ends by itself.
 std::vector<SocketAddress> findAddresses(const TcpAddress& address, Waiter& waiter,
                                          std::string& failure);
 

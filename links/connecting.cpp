@@ -5,8 +5,8 @@
 namespace tavio::links {
 
 int finishConnecting(int descriptor, Waiter& waiter) {
-    short happened = 0;
-    switch (waiter.wait(descriptor, POLLOUT, happened)) {
+    short ready = 0;
+    switch (waiter.wait(descriptor, POLLOUT, ready)) {
         case Waiter::Result::kReady:
             break;
         case Waiter::Result::kTimeOut:
@@ -21,7 +21,7 @@ int finishConnecting(int descriptor, Waiter& waiter) {
     if (waiter.calls().getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) {
         return errno;
     }
-    if (error == 0 && (happened & (POLLERR | POLLHUP | POLLNVAL)) != 0) return ECONNABORTED;
+    if (error == 0 && (ready & (POLLERR | POLLHUP | POLLNVAL)) != 0) return ECONNABORTED;
     return error;
 }
 

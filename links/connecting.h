@@ -1,12 +1,12 @@
-// The end of a connect() that was not done at once.
+// Waiting for a connect() in progress.
 #pragma once
 
 #include "tavio/links/stream_link.h"
 
 namespace tavio::links {
 
-// Waits until the socket's connect() has come to its end: 0, or the error that it ended with;
-// ETIMEDOUT at the waiter's deadline, ECANCELED where the link was cancelled.
+// Waits for the end of the socket's connect(). Returns 0 or its error, ETIMEDOUT at the waiter's
+// deadline, ECANCELED if the link was cancelled.
 int finishConnecting(int descriptor, Waiter& waiter);
 
 }  // namespace tavio::links

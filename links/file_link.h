@@ -1,4 +1,4 @@
-// A link that writes what was sent into a file.
+// A link that writes the job into a file.
 #pragma once
 
 #include "tavio/links/local_link.h"
@@ -7,8 +7,8 @@
 namespace tavio::links {
 
 // The file holds exactly the bytes that went to the transport while the link was open, in order. A
-// regular file appears, or is replaced, only when commit() is called: before that, and without it,
-// everything is as it was. Devices, pipes and /dev/stdout receive the bytes at once.
+// regular file is created or replaced only by commit(). Devices, pipes and /dev/stdout receive the
+// bytes at once.
 //
 //   auto link = std::make_shared<links::FileLink>("job.bin");
 //   links::useLink(link);
@@ -18,7 +18,7 @@ class FileLink : public LocalLink {
   public:
     explicit FileLink(std::string path) : file_(std::move(path)) {}
 
-    // Puts the file in its place, after close(); true on success.
+    // Creates or replaces the file, after close(); true on success.
     bool commit();
 
   protected:

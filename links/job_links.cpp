@@ -7,7 +7,7 @@
 
 namespace tavio::links {
 
-std::shared_ptr<Link>& JobLinks::readyMade(Transport transport) {
+std::shared_ptr<Link>& JobLinks::defaultLink(Transport transport) {
     return transport == Transport::kBluetooth ? bluetooth_ : wiFi_;
 }
 
@@ -22,50 +22,50 @@ std::shared_ptr<Link> JobLinks::linkFor(Transport transport) {
     return std::make_shared<RfcommLink>(bluetoothPrinter_, deadlines_);
 }
 
-void JobLinks::setUnderWay(const std::shared_ptr<Link>& link) {
+void JobLinks::setRunning(const std::shared_ptr<Link>& link) {
     const std::lock_guard lock(mutex_);
-    underWay_ = link;
+    running_ = link;
 }
 
-std::shared_ptr<Link> JobLinks::underWay() const {
+std::shared_ptr<Link> JobLinks::running() const {
     const std::lock_guard lock(mutex_);
-    return underWay_.lock();
+    return running_.lock();
 }
 
 bool JobLinks::open(Transport transport, const std::string& address) {
     if (!chosen_) close(transport);
-    setUnderWay(nullptr);
+    setRunning(nullptr);
     lastReport_ = {};
     if (!chosen_ && transport == Transport::kBluetooth && bluetoothPrinter_.empty()) {
         lastReport_.failure = "no Bluetooth printer has been chosen";
         return false;
     }
     const std::shared_ptr<Link> link = linkFor(transport);
-    if (!chosen_) readyMade(transport) = link;
-    setUnderWay(link);
+    if (!chosen_) defaultLink(transport) = link;
+    setRunning(link);
     return link->open(address);
 }
 
 void JobLinks::close(Transport transport) {
     const std::shared_ptr<Link> link =
-        chosen_ ? chosen_ : std::exchange(readyMade(transport), nullptr);
+        chosen_ ? chosen_ : std::exchange(defaultLink(transport), nullptr);
     if (!link) return;
     link->close();
-    if (underWay() != link) return;
+    if (running() != link) return;
     lastReport_ = link->report();
-    setUnderWay(nullptr);
+    setRunning(nullptr);
 }
 
 LinkReport JobLinks::lastReport() const {
-    const auto link = underWay();
+    const auto link = running();
     return link ? link->report() : lastReport_;
 }
 
-// With the lock, so that a job that has just ended is not cancelled in place of the next one.
+// Under the lock, so that it cannot cancel the next job after this one has ended.
 void JobLinks::cancelJob() {
     std::shared_ptr<Link> link;  // outlives the lock: it may be the last to hold the link
     const std::lock_guard lock(mutex_);
-    link = underWay_.lock();
+    link = running_.lock();
     if (link) link->cancel();
 }
 

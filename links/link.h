@@ -1,4 +1,4 @@
-// A link: the way of the bytes from the library to one printer, or to what stands in for one.
+// A link carries bytes from the library to one printer, or to a stand-in for one.
 #pragma once
 
 #include <cstdint>
@@ -11,16 +11,16 @@
 
 namespace tavio::links {
 
-// How far the write() or drain() that is under way has come, counted since open().
+// The progress of the present write() or drain(), counted since open().
 struct Progress {
     std::uint64_t offered = 0;   // bytes given to write() so far
     std::uint64_t accepted = 0;  // bytes of them that the operating system took
 };
 using ProgressObserver = std::function<void(const Progress&)>;
 
-// Used by one thread at a time, but for cancel(). The library takes no notice of what a write came
-// to, so a link remembers it: report() tells, during and after the job. After the first failure of
-// a job nothing more is passed on, so that no gap can arise in what is printed.
+// Used by one thread at a time, except cancel(). The library ignores the results of writes, so a
+// link keeps them: see report(), during and after the job. After the first failure of a job no more
+// bytes are passed on, so that the printed bytes have no gap.
 //
 //   auto link = std::make_shared<links::TcpLink>(links::Deadlines{});
 //   links::useLink(link);
@@ -33,39 +33,39 @@ class Link {
     Link& operator=(const Link&) = delete;
     virtual ~Link() = default;
 
-    // Begins a job: makes the link ready for bytes, and its report a new one; true on success.
-    // `address` is what the application gave to OpenSessionWiFi, "" for Bluetooth; a link that was
-    // made for one place pays it no heed. On a link that is open already it first closes that.
+    // Begins a job and a new report; true on success. `address` is the argument of OpenSessionWiFi,
+    // "" for Bluetooth; a link that was made for one printer or file ignores it. An open link is
+    // closed first.
     virtual bool open(const std::string& address) = 0;
 
-    // Passes the bytes on, all of them and in order; true on success.
+    // Passes all bytes on, in order; true on success.
     virtual bool write(std::span<const Byte> bytes) = 0;
 
-    // Waits until everything written has arrived at the far end, as far as this kind of link can
-    // know; true when it has.
+    // Waits until all bytes have arrived at the far end, as far as this kind of link can know. True
+    // if they have.
     virtual bool drain() = 0;
 
-    // What the printer has answered, waited for where nothing has come yet; no text when there is
-    // no answer. Each answer is given once.
+    // The printer's answer; waits for it if none has come yet. No text if there is none. Each
+    // answer is returned once.
     virtual Text read() = 0;
 
-    // Ends what open() began; allowed at any time, also twice. After a job without a failure it
-    // drains, says goodbye and waits for the far end; after a failure it breaks off.
+    // Ends the job; allowed at any time, also twice. After a job without a failure it drains, ends
+    // its side and waits for the far end. After a failure it breaks the connection off.
     virtual void close() = 0;
 
-    // Makes the operation under way, and every later one, fail at once. May be called on any thread
-    // and in a signal handler. A cancelled link stays so.
+    // Makes the present operation and every later one fail at once. May be called on any thread and
+    // in a signal handler. A cancelled link stays cancelled.
     virtual void cancel() noexcept = 0;
 
-    // Why the first operation of the job that failed did so: a sentence without a full stop, e.g.
-    // "job.bin cannot be written: No space left on device"; "" as long as none has.
+    // The reason of the job's first failure: a sentence without a full stop, e.g. "job.bin cannot
+    // be written: No space left on device"; "" if there was none.
     virtual std::string failure() const = 0;
 
-    // What has become of the job so far.
+    // The report of the job so far.
     virtual LinkReport report() const = 0;
 
-    // Has `observer` called in write() and drain(), on their thread, whenever bytes were taken. An
-    // empty function ends that.
+    // Calls `observer` in write() and drain(), on their thread, after bytes were taken. An empty
+    // function ends that.
     virtual void observeProgress(ProgressObserver observer) = 0;
 };
 

@@ -4,7 +4,7 @@ namespace tavio::links {
 
 namespace {
 
-// Without acknowledgements, what a failure has kept from arriving is not known.
+// Without acknowledgements it is not known which bytes arrived before a failure.
 bool mayLackBytes(const LinkReport& report) {
     if (report.accepted < report.offered) return true;
     if (report.acknowledged) return *report.acknowledged < report.accepted;

@@ -46,7 +46,7 @@ bool LocalLink::write(std::span<const Byte> bytes) {
     }
     report_.accepted += bytes.size();
     if (!bytes.empty()) report_.answered = false;
-    tellProgress();
+    reportProgress();
     return true;
 }
 
@@ -82,8 +82,8 @@ void LocalLink::close() {
     inJob_ = false;
 }
 
-// What an observer throws is its own affair.
-void LocalLink::tellProgress() noexcept {
+// An exception of the observer is dropped.
+void LocalLink::reportProgress() noexcept {
     try {
         if (observer_) observer_({report_.offered, report_.accepted});
     } catch (...) {  // NOLINT(bugprone-empty-catch)

@@ -1,4 +1,4 @@
-// What the links without a connection have in common: counting, cancelling and remembering.
+// The common part of links without a connection: counting, cancelling and reporting.
 #pragma once
 
 #include <atomic>
@@ -8,20 +8,20 @@
 
 namespace tavio::links {
 
-// A kind of link says what becomes of the bytes; everything else is here.
+// A derived class takes the bytes; everything else is here.
 //
 //   class CountingLink : public LocalLink {
 //     protected:
 //       bool take(std::span<const Byte> bytes) override { return true; }
 //   };
 //
-// Whatever take() accepts has arrived, so drain() has nothing to wait for; nothing is acknowledged,
-// because nobody is there to do so.
+// All bytes that take() accepts have arrived, so drain() does not wait. No byte is acknowledged,
+// because there is no far end.
 class LocalLink : public Link {
   public:
     bool open(const std::string& address) override;
 
-    // Refused, and not counted, while no job is open, unless takesAlways().
+    // Without an open job the bytes are refused and not counted, unless takesAlways().
     bool write(std::span<const Byte> bytes) override;
     bool drain() override;
     Text read() override;
@@ -32,16 +32,16 @@ class LocalLink : public Link {
     void observeProgress(ProgressObserver observer) override { observer_ = std::move(observer); }
 
   protected:
-    // Each returns true on success; otherwise it calls fail() with a sentence first. An exception
-    // counts as a failure too.
+    // Each returns true on success; on failure it calls fail() with a sentence. An exception counts
+    // as a failure too.
     virtual bool begin(const std::string& address);
     virtual bool take(std::span<const Byte> bytes) = 0;
     virtual void end() {}
 
-    // The answer, where this kind of link has one.
+    // The answer, if this kind of link has one.
     virtual Text answer() { return std::nullopt; }
 
-    // Whether bytes are taken with no job open, too.
+    // True if bytes are taken even without an open job.
     virtual bool takesAlways() const { return false; }
 
     // Keeps the first failure of a job; returns false.
@@ -52,7 +52,7 @@ class LocalLink : public Link {
   private:
     bool failIfCancelled();
     void keepReply(const std::string& reply);
-    void tellProgress() noexcept;
+    void reportProgress() noexcept;
 
     LinkReport report_;
     ProgressObserver observer_;

@@ -21,8 +21,8 @@ namespace tavio::links {
 
 namespace {
 
-// The number of an already open descriptor that the path stands for. Opening such a path anew would
-// begin a redirected file from its first byte again, and fails on a socket.
+// The number of the open descriptor that the path names. Opening such a path again would write a
+// redirected file from its first byte on, and fails on a socket.
 std::optional<int> descriptorNamedBy(const std::string& path) {
     if (path == "/dev/stdout") return STDOUT_FILENO;
     if (path == "/dev/stderr") return STDERR_FILENO;
@@ -35,13 +35,13 @@ std::optional<int> descriptorNamedBy(const std::string& path) {
     return number;
 }
 
-// With its slash, so that a name can be put behind it.
+// With its slash, so that a name can be appended.
 std::string folderOf(const std::string& path) {
     std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
-// Where a symbolic link that points at nothing wants a file. There are no loops here: opening
+// The target of a symbolic link to a file that does not exist. There are no loops here: opening
 // refuses them first.
 std::string pointedAt(std::string path) {
     constexpr int kMaxLinks = 40;
@@ -59,7 +59,7 @@ std::string pointedAt(std::string path) {
 // The path of an existing file with its symbolic links followed.
 std::string followed(const std::string& path) {
     char* real = ::realpath(path.c_str(), nullptr);
-    if (real == nullptr) return path;  // a link of /proc to what has no path, as a pipe
+    if (real == nullptr) return path;  // a link of /proc to something without a path, e.g. a pipe
     std::string result = real;
     std::free(real);  // NOLINT(cppcoreguidelines-no-malloc): realpath's own
     return result;
@@ -80,11 +80,11 @@ std::optional<mode_t> permissionsFor(const std::optional<struct stat>& replaced)
 
 constexpr const char* kDescriptors = "/proc/self/fd/";
 
-// Not made of the target's name: that may be as long as the file system allows.
+// Not derived from the target's name: that may be as long as the file system allows.
 constexpr const char* kTemporaryName = ".tavio-";
 
-// A file in the folder that has no name yet and vanishes with its descriptor, whatever ends the
-// program; -1 where the file system has no such files, or no way to name one later.
+// A file in the folder without a name, which vanishes with its descriptor, however the program
+// ends. -1 if the file system has no such files, or cannot name one later.
 int openNameless(const std::string& folder) {
     if (::access(kDescriptors, X_OK) != 0) return -1;
     return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kOwnerOnly);
@@ -110,7 +110,7 @@ OutputFile::OutputFile(OutputFile&& other) noexcept
       target_(std::move(other.target_)),
       temporary_(std::exchange(other.temporary_, "")),
       failure_(std::move(other.failure_)),
-      nameless_(other.nameless_),
+      isNameless_(other.isNameless_),
       file_(std::move(other.file_)) {}
 
 bool OutputFile::fail(int errorNumber) {
@@ -146,7 +146,7 @@ bool OutputFile::openInPlace(int descriptor) {
     return true;
 }
 
-// Opening must not wait, as it would for the reader of a pipe; writing may.
+// Opening must not wait for the reader of a pipe; writing may.
 bool OutputFile::openSpecial() {
     int descriptor = ::open(target_.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0 && errno == ENXIO) {
@@ -164,8 +164,8 @@ bool OutputFile::openTemporary() {
     if (::stat(target_.c_str(), &*replaced) != 0) replaced.reset();
     const std::optional<mode_t> permissions = permissionsFor(replaced);
     if (permissions) file_.reset(openNameless(folderOf(target_)));
-    nameless_ = file_.isOpen();
-    if (!nameless_ && !openNamed(permissions ? kOwnerOnly : kUsual)) return false;
+    isNameless_ = file_.isOpen();
+    if (!isNameless_ && !openNamed(permissions ? kOwnerOnly : kUsual)) return false;
     return !permissions || ::fchmod(file_.get(), *permissions) == 0 || fail(errno);
 }
 
@@ -196,7 +196,7 @@ bool OutputFile::write(std::span<const Byte> bytes) {
 bool OutputFile::commit() {
     if (!failure_.empty()) return false;
     if (!file_.isOpen()) return fail(EBADF);
-    if (nameless_ && !giveName()) return false;
+    if (isNameless_ && !giveName()) return false;
     if (const int error = file_.close(); error != 0) return fail(error);
     if (temporary_.empty()) return true;
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) return fail(errno);

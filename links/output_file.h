@@ -11,13 +11,12 @@
 namespace tavio::links {
 
 // A regular file (also one that does not exist yet) is written as a temporary file beside it, which
-// commit() moves over it; a file that is not committed is as if it had never been begun. Where the
-// file system allows it, the temporary file has no name before that, and even a program that is
-// killed leaves nothing behind. The new file keeps the permissions of the one it replaces, and a
-// symbolic link keeps pointing at it, also one that pointed at nothing before.
-// Anything else (a device, a pipe) is written in place and cannot be taken back; so are
-// /dev/stdout, /dev/stderr and /dev/fd/N, which mean the descriptor that is already open. A named
-// pipe that nobody reads is refused.
+// commit() moves over it. Without commit() nothing changes. If the file system allows it, the
+// temporary file has no name before commit(), so that not even a killed program leaves one. The new
+// file keeps the permissions of the one it replaces. Symbolic links are followed, also one to a
+// file that does not exist yet. Anything else (a device, a pipe) is written in place and cannot be
+// taken back; so are /dev/stdout, /dev/stderr and /dev/fd/N, which mean the descriptor that is
+// already open. A named pipe without a reader is refused.
 //
 //   OutputFile file("ticket.png");
 //   if (!file.open() || !file.write(png) || !file.commit()) return tellTheUser(file.failure());
@@ -28,19 +27,19 @@ class OutputFile {
     OutputFile& operator=(OutputFile&&) = delete;
     ~OutputFile() { discard(); }
 
-    // Each returns true on success. After a failure all later ones fail too; write() and commit()
-    // also without an open().
+    // Each returns true on success. After a failure all later ones fail too. Without open(),
+    // write() and commit() fail.
     bool open();
     bool write(std::span<const Byte> bytes);
     bool commit();
 
-    // Takes the file back, as far as that is possible.
+    // Drops the file, as far as that is possible.
     void discard() noexcept;
 
     const std::string& path() const { return path_; }
 
-    // Why the first step that failed did so, e.g. "job.bin cannot be written: Permission denied";
-    // "" as long as none has.
+    // The reason of the first failure, e.g. "job.bin cannot be written: Permission denied"; "" if
+    // there was none.
     const std::string& failure() const { return failure_; }
 
   private:
@@ -54,9 +53,9 @@ class OutputFile {
 
     std::string path_;
     std::string target_;     // path_ with symbolic links followed: the file to be replaced
-    std::string temporary_;  // name of the file that becomes the target; "" while it has none
+    std::string temporary_;  // name of the file that becomes the target; "" if it has none
     std::string failure_;
-    bool nameless_ = false;  // what is written has no name before commit()
+    bool isNameless_ = false;  // the temporary file has no name before commit()
     machine::Descriptor file_;
 };
 

@@ -1,4 +1,4 @@
-// A link that keeps in memory what was sent.
+// A link that keeps the sent bytes in memory.
 #pragma once
 
 #include "TavioIpadSDK/machine/bytes.h"
@@ -6,14 +6,14 @@
 
 namespace tavio::links {
 
-// Collects exactly the bytes that went to the transport, in order, whether or not it was open, and
-// answers nothing unless it is told what to answer. Grows from job to job; when memory runs out it
-// has failed and keeps the bytes before.
+// Collects exactly the bytes that went to the transport, in order, even without an open job, and
+// answers only after setReply(). Grows from job to job. If memory runs out it fails and keeps the
+// earlier bytes.
 class RecordingLink : public LocalLink {
   public:
     const Bytes& bytes() const { return bytes_; }
 
-    // What read() gives from now on, each time.
+    // Sets the result of every following read().
     void setReply(Text reply) { reply_ = std::move(reply); }
 
   protected:

@@ -20,8 +20,8 @@ std::string replyText(std::span<const Byte> bytes) {
     return text;
 }
 
-void appendUpTo(std::size_t most, Bytes& kept, std::span<const Byte> bytes) {
-    const std::size_t room = most - std::min(most, kept.size());
+void appendUpTo(std::size_t limit, Bytes& kept, std::span<const Byte> bytes) {
+    const std::size_t room = limit - std::min(limit, kept.size());
     const auto taken = bytes.first(std::min(room, bytes.size()));
     kept.insert(kept.end(), taken.begin(), taken.end());
 }

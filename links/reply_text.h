@@ -1,4 +1,4 @@
-// What a printer has sent, as a text.
+// A printer's bytes as text.
 #pragma once
 
 #include <cstddef>
@@ -9,11 +9,11 @@
 
 namespace tavio::links {
 
-// Well-formed UTF-8 as it is; otherwise each byte as the character of the same number, which is how
-// printers with a code page of their own can still be read: E9 becomes "é".
+// Well-formed UTF-8 unchanged; otherwise each byte becomes the character of the same number, so
+// that most text of printers with a code page is readable: E9 becomes "é".
 std::string replyText(std::span<const Byte> bytes);
 
-// Appends as much of `bytes` as leaves `kept` at no more than `most`; the rest is dropped.
-void appendUpTo(std::size_t most, Bytes& kept, std::span<const Byte> bytes);
+// Appends `bytes` to `kept`, up to a total of `limit` bytes; the rest is dropped.
+void appendUpTo(std::size_t limit, Bytes& kept, std::span<const Byte> bytes);
 
 }  // namespace tavio::links

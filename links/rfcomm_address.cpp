@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint8_t kLastChannel = 30;
 constexpr std::size_t kDeviceLength = 17;  // of AA:BB:CC:DD:EE:FF
 
-// All of the text as a number; none where it is anything else.
+// The number, if the whole text is one; else none.
 std::optional<std::uint8_t> numberIn(std::string_view text, int base) {
     std::uint8_t number = 0;
     const char* end = text.data() + text.size();

@@ -10,15 +10,15 @@
 namespace tavio::links {
 
 struct RfcommAddress {
-    std::array<std::uint8_t, 6> device{};  // as it is written, the first byte first
+    std::array<std::uint8_t, 6> device{};  // in written order
     std::uint8_t channel = 1;              // 1 to 30
 
     bool operator==(const RfcommAddress&) const = default;
 };
 
 // "AA:BB:CC:DD:EE:FF" or "AA:BB:CC:DD:EE:FF/CHANNEL", capital or small letters. None for anything
-// else, for a channel out of range, and for the addresses of all zeros and all ones, which are no
-// device's.
+// else, for a channel out of range, and for the addresses of all zeros and all ones, which no
+// device has.
 std::optional<RfcommAddress> parseRfcommAddress(std::string_view text);
 
 // "AA:BB:CC:DD:EE:FF/1"

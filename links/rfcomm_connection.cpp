@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-#include "tavio/links/aside.h"
+#include "tavio/links/background_task.h"
 #include "tavio/links/connecting.h"
 #include "tavio/links/rfcomm_socket.h"
 
@@ -20,19 +20,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Small, so that a printer that takes no more is felt soon.
+// Small, so that the link soon notices a printer that takes no more.
 constexpr int kSendBuffer = 16 * 1024;
 
-// An earlier connection that is being ended takes the new one with it, or stands in its way.
+// An earlier connection that is being ended ends or blocks the new one.
 constexpr int kMaxAttempts = 5;
 constexpr milliseconds kPause{200};
 
-// Calls that the kernel does not block take microseconds. A deadline that has passed already is not
-// to be outlived by much.
-constexpr milliseconds kLongestClose{100};
-constexpr milliseconds kLook{50};
+// Calls that the kernel does not block take microseconds. After the deadline the link must not wait
+// much longer.
+constexpr milliseconds kMaxCloseTime{100};
+constexpr milliseconds kPollInterval{50};
 
-// In the place of an error: the kernel blocks the call.
+// Stands for an error: the kernel blocks the call.
 constexpr int kBlocked = -1;
 
 std::string noSocketSentence(int error) {
@@ -47,7 +47,7 @@ std::string noSocketSentence(int error) {
     }
 }
 
-// What the kernel makes of the reasons that the radio and the printer give.
+// The texts of the kernel's errors for the reasons of the radio and the printer.
 std::string reasonText(int error) {
     switch (error) {
         case EHOSTUNREACH:
@@ -80,7 +80,7 @@ bool isPassing(int error) {
     return error == EBUSY || error == ECONNRESET || error == ECONNABORTED || error == ENOTCONN;
 }
 
-// A connect() that may be left behind: whoever comes last, it or the one who gave it up, closes.
+// A connect() that may outlast its caller: the last of the two closes the socket.
 struct Attempt {
     std::mutex mutex;
     bool hasReturned = false;
@@ -97,7 +97,7 @@ struct Attempt {
         if (isGivenUp) calls.close(descriptor);
     }
 
-    // False where it has returned after all.
+    // False if it has returned meanwhile.
     bool giveUp() {
         const std::lock_guard lock(mutex);
         isGivenUp = !hasReturned;
@@ -132,9 +132,9 @@ int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, std::
         const int error = connect(descriptor, waiter);
         if (error == 0) return descriptor;
         failure = error == ECANCELED ? std::string("cancelled") : reasonFor(error);
-        short happened = 0;
+        short ready = 0;
         if (!isPassing(error) || attempt == kMaxAttempts ||
-            waiter.wait(-1, 0, happened, kPause) != Waiter::Result::kTimeOut ||
+            waiter.wait(-1, 0, ready, kPause) != Waiter::Result::kTimeOut ||
             calls_.now() >= waiter.deadline()) {
             return -1;
         }
@@ -142,11 +142,11 @@ int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, std::
 }
 
 int RfcommConnection::connect(int descriptor, Waiter& waiter) {
-    // Without it the kernel's own size holds, and everything works all the same.
+    // A failure is harmless: the kernel's default applies.
     calls_.setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
     int error = beginConnecting(descriptor, waiter);
     if (error == kBlocked) return error;  // it closes the socket when it returns
-    // An interrupted connect goes on by itself, like one that is in progress.
+    // An interrupted connect continues by itself, like one in progress.
     if (error == EINPROGRESS || error == EINTR) error = finishConnecting(descriptor, waiter);
     if (error != 0) {
         close(descriptor, true);
@@ -159,14 +159,14 @@ int RfcommConnection::connect(int descriptor, Waiter& waiter) {
 
 int RfcommConnection::beginConnecting(int descriptor, Waiter& waiter) {
     const auto attempt = std::make_shared<Attempt>();
-    Aside aside([attempt, descriptor, &calls = calls_, to = toSocketAddress(*address_)] {
+    BackgroundTask task([attempt, descriptor, &calls = calls_, to = toSocketAddress(*address_)] {
         attempt->run(calls, descriptor, to);
     });
     const auto begin = std::chrono::steady_clock::now();
     const auto limit = waiter.deadline() - calls_.now();
-    while (!aside.isDoneWithin(kLook)) {
-        short happened = 0;
-        const auto result = waiter.wait(-1, 0, happened, milliseconds{0});
+    while (!task.isDoneWithin(kPollInterval)) {
+        short ready = 0;
+        const auto result = waiter.wait(-1, 0, ready, milliseconds{0});
         const bool isInTime = std::chrono::steady_clock::now() - begin < limit;
         if (result == Waiter::Result::kTimeOut && isInTime) continue;
         if (attempt->giveUp()) return kBlocked;
@@ -195,8 +195,8 @@ std::optional<std::uint64_t> RfcommConnection::unsent(int descriptor) {
 
 void RfcommConnection::close(int descriptor, bool /*abort*/) {
     try {
-        Aside aside([descriptor, &calls = calls_] { calls.close(descriptor); });
-        aside.isDoneWithin(kLongestClose);
+        BackgroundTask task([descriptor, &calls = calls_] { calls.close(descriptor); });
+        task.isDoneWithin(kMaxCloseTime);
     } catch (const std::bad_alloc&) {
         calls_.close(descriptor);
     }

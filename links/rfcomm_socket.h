@@ -1,5 +1,5 @@
-// What Linux wants to know of an RFCOMM socket, in our own words: its C library leaves the Bluetooth
-// addresses to a library of their own, which is not needed for two numbers and ten bytes.
+// Our own declarations for RFCOMM sockets of Linux: two numbers and a structure of ten bytes. The C
+// library does not have them, and the Bluetooth library is not needed for that.
 #pragma once
 
 #include <array>
@@ -17,9 +17,9 @@ inline constexpr int kRfcommProtocol = 3;
 // The socket's address, as the kernel reads it.
 struct RfcommSocketAddress {
     std::uint16_t family = kBluetoothFamily;
-    std::array<std::uint8_t, 6> device{};  // the last byte as it is written comes first
+    std::array<std::uint8_t, 6> device{};  // in reverse of the written order
     std::uint8_t channel = 0;
-    std::uint8_t padding = 0;  // the kernel's structure has it too, without a name
+    std::uint8_t padding = 0;  // unnamed in the kernel's structure
 };
 static_assert(sizeof(RfcommSocketAddress) == 10 && alignof(RfcommSocketAddress) == 2);
 static_assert(sizeof(RfcommSocketAddress) <= sizeof(sockaddr));

@@ -24,7 +24,7 @@ std::optional<std::uint32_t> baudIn(std::string_view text) {
 std::optional<SerialAddress> parseSerialAddress(std::string_view text) {
     const std::size_t mark = text.find('?');
     SerialAddress address{std::string(text.substr(0, mark)), std::nullopt};
-    // A path ends at a zero byte for the system: another device than the one that was named.
+    // C calls end a path at its first NUL byte, so it would name another device.
     if (address.device.empty() || address.device.find('\0') != std::string::npos) {
         return std::nullopt;
     }

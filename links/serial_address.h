@@ -10,13 +10,13 @@ namespace tavio::links {
 
 struct SerialAddress {
     std::string device;                 // path
-    std::optional<std::uint32_t> baud;  // bits per second; none: as the device has it
+    std::optional<std::uint32_t> baud;  // bits per second; none: the device's setting
 
     bool operator==(const SerialAddress&) const = default;
 };
 
-// "DEVICE" or "DEVICE?baud=RATE", the rate one of the usual ones from 1200 to 4000000. None for an
-// empty device, another rate, or anything else after the "?".
+// "DEVICE" or "DEVICE?baud=RATE", with a standard rate from 1200 to 4000000. None for an empty
+// device, another rate, or anything else after the "?".
 std::optional<SerialAddress> parseSerialAddress(std::string_view text);
 
 // "/dev/ttyUSB0?baud=9600"

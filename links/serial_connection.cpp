@@ -11,10 +11,10 @@ namespace tavio::links {
 
 namespace {
 
-// Every byte through as it is, both ways, and no read that returns without one.
+// Passes every byte unchanged in both directions; a read returns at least one.
 termios rawSettings(termios settings, std::optional<speed_t> speed) {
     ::cfmakeraw(&settings);
-    settings.c_iflag &= ~static_cast<tcflag_t>(IXOFF);  // would slip a byte into what is sent
+    settings.c_iflag &= ~static_cast<tcflag_t>(IXOFF);  // would insert bytes into the stream
     settings.c_cflag |= static_cast<tcflag_t>(CLOCAL | CREAD);
     settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
@@ -22,7 +22,7 @@ termios rawSettings(termios settings, std::optional<speed_t> speed) {
     return settings;
 }
 
-// Success of tcsetattr() says that one of the settings was taken, not that all were.
+// tcsetattr() succeeds if any of the settings was taken, so all are checked.
 bool wasTaken(const termios& wanted, const termios& taken) {
     constexpr tcflag_t kCharacters = CSIZE | PARENB;
     return taken.c_iflag == wanted.c_iflag && taken.c_oflag == wanted.c_oflag &&
@@ -36,7 +36,7 @@ bool isSentAlike(const termios& one, const termios& other) {
            ::cfgetospeed(&one) == ::cfgetospeed(&other);
 }
 
-// The most that the chips of usual devices hold back.
+// The largest buffer of common serial chips.
 constexpr int kChipBytes = 256;
 
 std::chrono::milliseconds timeToSend(int bytes, speed_t speed) {
@@ -78,12 +78,12 @@ int SerialConnection::open(const std::string& /*address*/, Waiter& waiter, std::
 }
 
 int SerialConnection::openDevice(Waiter& waiter, std::string& failure) {
-    // The pause leaves a program that is interrupted over and over its time.
+    // The pause avoids a busy loop if the call is interrupted again and again.
     constexpr std::chrono::milliseconds kPause{1};
     int descriptor = calls_.open(address_->device.c_str());
     while (descriptor < 0 && errno == EINTR) {
-        short happened = 0;
-        const auto result = waiter.wait(-1, 0, happened, kPause);
+        short ready = 0;
+        const auto result = waiter.wait(-1, 0, ready, kPause);
         if (result == Waiter::Result::kCancelled) {
             failure = "cancelled";
             return -1;
@@ -125,7 +125,7 @@ bool SerialConnection::prepare(int descriptor, std::string& failure) {
         failure.append(" bits per second");
         return false;
     }
-    // What came before this job is no answer to it. Failing to drop it spoils nothing but that.
+    // Earlier input is no answer to this job. If it cannot be dropped, only the reply is wrong.
     calls_.tcflush(descriptor, TCIFLUSH);
     return true;
 }
@@ -149,9 +149,9 @@ void SerialConnection::restore(int descriptor) {
     before_.reset();
 }
 
-// An empty queue does not say that the last bytes have left the chip, and another speed or shape
-// would garble them. TCSADRAIN would wait for them as well, but for good where the printer has
-// stopped the flow.
+// When the queue is empty, the last bytes may still be in the chip, and a change of speed or format
+// would garble them. TCSADRAIN would wait for them too, but forever if the printer has stopped the
+// flow.
 void SerialConnection::waitForChip(int descriptor) {
     termios now{};
     if (!before_ || calls_.tcgetattr(descriptor, &now) != 0) return;

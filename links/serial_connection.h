@@ -1,4 +1,4 @@
-// Opening a serial device, and leaving it as it was found.
+// Opening a serial device, and restoring its settings.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,11 @@ namespace tavio::links {
 
 class SerialConnection : public Connection {
   public:
-    // `device` as in serial_address.h; what is none makes open() fail.
+    // `device` as in serial_address.h; with anything else open() fails.
     SerialConnection(std::string device, SystemCalls& calls);
 
-    // Drops input that came before. Takes the line as local (CLOCAL): a cable without modem wires
-    // is no hang-up. Whether closing lowers the wires (HUPCL) and whether the flow of bytes is
-    // controlled by wires (CRTSCTS) stays as whoever runs the machine has set it for this device.
+    // Drops earlier input. Sets CLOCAL: a cable without modem wires is no hang-up. HUPCL and
+    // CRTSCTS keep the device's settings.
     int open(const std::string& address, Waiter& waiter, std::string& failure) override;
     ssize_t send(int descriptor, std::span<const Byte> bytes) override;
     ssize_t receive(int descriptor, std::span<Byte> bytes) override;
@@ -26,8 +25,8 @@ class SerialConnection : public Connection {
     bool isAcknowledged() const override { return false; }
     bool endSending(int /*descriptor*/) override { return false; }
 
-    // Puts the device's old settings back. `abort` drops both of its queues first: closing would
-    // wait for them, and nothing is to go out later.
+    // Restores the device's old settings. `abort` drops both of its queues first: closing would
+    // wait for them, and no byte may leave later.
     void close(int descriptor, bool abort) override;
     std::string peer() const override;
 

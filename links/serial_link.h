@@ -9,7 +9,7 @@
 namespace tavio::links {
 
 // Opens one device in raw mode: "/dev/rfcomm0" or "/dev/ttyUSB0?baud=115200" (serial_address.h);
-// what open() is given is ignored. Hardware flow control stays as the device has it.
+// open() ignores its argument. Hardware flow control keeps the device's setting.
 //
 // Nothing is acknowledged on this kind of link; drain() waits until the device's queue is empty.
 class SerialLink : public StreamLink {

@@ -22,14 +22,15 @@ static_assert(std::atomic<bool>::is_always_lock_free, "cancel() is called in sig
 
 constexpr short kBrokenOff = POLLERR | POLLHUP | POLLNVAL;
 
-// While there is room in the queue again, or everything arrives, nothing wakes us up.
-constexpr milliseconds kShortestPause{1};
+// No event announces room in the queue below the system's threshold, or that all bytes have
+// arrived, so the link polls.
+constexpr milliseconds kMinPause{1};
 constexpr milliseconds kLongestPause{20};
 
-// A deadline is not outlived by more than this part of it for want of looking.
-constexpr int kLooksInDeadline = 50;
+// So the link exceeds a deadline by one of these intervals at most.
+constexpr int kPollsPerDeadline = 50;
 
-// A printer that never stops talking does not hold us up for longer than this at once.
+// The limit on reads at once, for a printer that never stops sending.
 constexpr int kMaxReceives = 16;
 
 milliseconds withinRange(milliseconds deadline) {
@@ -44,8 +45,8 @@ Deadlines withinRange(Deadlines deadlines) {
     return deadlines;
 }
 
-milliseconds longestLook(const Deadlines& deadlines) {
-    return std::max(deadlines.progress / kLooksInDeadline, kShortestPause);
+milliseconds pollInterval(const Deadlines& deadlines) {
+    return std::max(deadlines.progress / kPollsPerDeadline, kMinPause);
 }
 
 bool wouldWait(int error) {
@@ -130,55 +131,55 @@ bool StreamLink::write(std::span<const Byte> bytes) try {
 
 bool StreamLink::sendAll(std::span<const Byte> bytes) {
     Waiter waiter = waiterFor(deadlines_.progress);
-    std::optional<std::uint64_t> least;
-    short happened = 0;
+    std::optional<std::uint64_t> minUnsent;
+    short ready = 0;
     while (!bytes.empty()) {
         if (failIfCancelled()) return false;
         if (descriptor_ < 0) return fail(closedSentence(connection_->peer()));
-        if (const int error = receivePending(); error != 0) return lose(error);
+        if (const int error = receivePending(); error != 0) return handleDisconnect(error);
         const ssize_t sent = connection_->send(descriptor_, bytes);
         if (sent > 0) {
-            noteAccepted(static_cast<std::size_t>(sent));
+            countAccepted(static_cast<std::size_t>(sent));
             bytes = bytes.subspan(static_cast<std::size_t>(sent));
             waiter.setDeadline(calls_.now() + deadlines_.progress);
-            least.reset();
-            happened = 0;
+            minUnsent.reset();
+            ready = 0;
         } else if (sent == 0 || wouldWait(errno)) {
-            if (!awaitRoom(waiter, least, happened)) return false;
+            if (!awaitRoom(waiter, minUnsent, ready)) return false;
         } else if (errno != EINTR) {
-            return lose(errno);
+            return handleDisconnect(errno);
         }
     }
     return true;
 }
 
-void StreamLink::noteAccepted(std::size_t count) {
+void StreamLink::countAccepted(std::size_t count) {
     report_.accepted += count;
     report_.answered = false;
-    tellProgress();
+    reportProgress();
 }
 
-// After a send that took nothing. `happened` is what ended the wait before it, 0 when there was
-// none: room that turns out to be none must not be asked for again and again without a pause. The
-// system says that there is room only when there is a good deal of it; a slow printer that takes a
-// little now and then shows in what is unsent, `least` so far.
-bool StreamLink::awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& least, short& happened) {
-    const auto unsent = lookAtUnsent();
-    if (unsent && least && *unsent < *least) {
+// Waits after a send that took nothing. `ready` is the result of the wait before it, 0 if there was
+// none: if poll() reports room but send() takes nothing, there must be a pause. The system reports
+// room only if there is much of it; a slow printer that takes a little now and then shows in the
+// number of unsent bytes, whose minimum so far is `minUnsent`.
+bool StreamLink::awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& minUnsent, short& ready) {
+    const auto unsent = checkUnsent();
+    if (unsent && minUnsent && *unsent < *minUnsent) {
         waiter.setDeadline(calls_.now() + deadlines_.progress);
     }
-    least = unsent;
-    if ((happened & kBrokenOff) != 0) return fail(closedSentence(connection_->peer()));
+    minUnsent = unsent;
+    if ((ready & kBrokenOff) != 0) return fail(closedSentence(connection_->peer()));
     const std::string tooLate = idleSentence(connection_->peer(), "took", deadlines_.progress);
     if (calls_.now() >= waiter.deadline()) return fail(tooLate);
-    if ((happened & POLLOUT) != 0) {
-        const auto result = waiter.wait(-1, 0, happened, kShortestPause);
+    if ((ready & POLLOUT) != 0) {
+        const auto result = waiter.wait(-1, 0, ready, kMinPause);
         const bool isOver =
             result == Waiter::Result::kCancelled || result == Waiter::Result::kFailed;
         return !isOver || failBy(result, tooLate);
     }
     const short events = ended_ ? POLLOUT : POLLOUT | POLLIN;
-    const auto result = waiter.wait(descriptor_, events, happened, longestLook(deadlines_));
+    const auto result = waiter.wait(descriptor_, events, ready, pollInterval(deadlines_));
     const bool goesOn = result == Waiter::Result::kReady || result == Waiter::Result::kTimeOut;
     return goesOn || failBy(result, tooLate);
 }
@@ -194,21 +195,21 @@ bool StreamLink::drain() try {
 
 bool StreamLink::awaitArrival() {
     Waiter waiter = waiterFor(deadlines_.progress);
-    std::optional<std::uint64_t> least;
-    milliseconds pause = kShortestPause;
+    std::optional<std::uint64_t> minUnsent;
+    milliseconds pause = kMinPause;
     for (;;) {
         if (failIfCancelled()) return false;
-        const auto unsent = lookAtUnsent();
-        if (unsent && least && *unsent < *least) tellProgress();
+        const auto unsent = checkUnsent();
+        if (unsent && minUnsent && *unsent < *minUnsent) reportProgress();
         if (!unsent || *unsent == 0) return true;
-        if (!least || *unsent < *least) {
-            least = unsent;
+        if (!minUnsent || *unsent < *minUnsent) {
+            minUnsent = unsent;
             waiter.setDeadline(calls_.now() + deadlines_.progress);
-            pause = kShortestPause;
+            pause = kMinPause;
         }
         if (!awaitProgress(waiter, pause)) return false;
-        if (descriptor_ < 0) return true;  // lost, with everything at the far end
-        pause = std::min({2 * pause, kLongestPause, longestLook(deadlines_)});
+        if (descriptor_ < 0) return true;  // disconnected, and the far end has all bytes
+        pause = std::min({2 * pause, kLongestPause, pollInterval(deadlines_)});
     }
 }
 
@@ -217,16 +218,16 @@ bool StreamLink::awaitProgress(Waiter& waiter, milliseconds pause) {
         idleSentence(connection_->peer(), connection_->isAcknowledged() ? "acknowledged" : "took",
                      deadlines_.progress);
     if (calls_.now() >= waiter.deadline()) return fail(tooLate);
-    short happened = 0;
+    short ready = 0;
     const short events = ended_ ? 0 : POLLIN;
-    const auto result = waiter.wait(descriptor_, events, happened, pause);
+    const auto result = waiter.wait(descriptor_, events, ready, pause);
     if (result == Waiter::Result::kTimeOut) return true;
     if (result != Waiter::Result::kReady) return failBy(result, tooLate);
-    if (const int error = receivePending(); error != 0) return lose(error);
-    return (happened & kBrokenOff) == 0 || lose(0);
+    if (const int error = receivePending(); error != 0) return handleDisconnect(error);
+    return (ready & kBrokenOff) == 0 || handleDisconnect(0);
 }
 
-std::optional<std::uint64_t> StreamLink::lookAtUnsent() {
+std::optional<std::uint64_t> StreamLink::checkUnsent() {
     if (descriptor_ < 0) return std::nullopt;
     const auto unsent = connection_->unsent(descriptor_);
     if (unsent && connection_->isAcknowledged()) {
@@ -244,7 +245,7 @@ bool StreamLink::hasEverything() const {
 
 Text StreamLink::read() try {
     if (report_.failure.empty() && !failIfCancelled() && descriptor_ >= 0) collectReply();
-    lookAtUnsent();
+    checkUnsent();
     return takeUnread();
 } catch (const std::exception&) {
     failOutOfMemory();
@@ -257,7 +258,7 @@ void StreamLink::collectReply() {
     Waiter waiter = waiterFor(deadlines_.reply);
     for (;;) {
         if (const int error = receivePending(); error != 0) {
-            lose(error);
+            handleDisconnect(error);
             return;
         }
         if (ended_ || unread_.size() >= kMaxReplyBytes) return;
@@ -269,15 +270,15 @@ void StreamLink::collectReply() {
             waiter.setDeadline(noReply);
         }
         if (now >= waiter.deadline()) return;
-        short happened = 0;
-        const auto result = waiter.wait(descriptor_, POLLIN, happened);
+        short ready = 0;
+        const auto result = waiter.wait(descriptor_, POLLIN, ready);
         if (result == Waiter::Result::kTimeOut) return;
         if (result != Waiter::Result::kReady) {
             failBy(result, "");
             return;
         }
-        if ((happened & kBrokenOff) != 0 && (happened & POLLIN) == 0) {
-            lose(0);
+        if ((ready & kBrokenOff) != 0 && (ready & POLLIN) == 0) {
+            handleDisconnect(0);
             return;
         }
     }
@@ -302,7 +303,7 @@ int StreamLink::receivePending() {
 
 void StreamLink::noteEnd() {
     ended_ = true;
-    lookAtUnsent();
+    checkUnsent();
     arrivedAtEnd_ = report_.acknowledged.value_or(report_.accepted);
 }
 
@@ -325,27 +326,26 @@ void StreamLink::close() try {
     inJob_ = false;
 }
 
-// All has arrived, as far as can be known: nothing that happens now makes the job fail, but for a
-// cancel.
+// All bytes have arrived, as far as can be known: only a cancel makes the job fail from here on.
 void StreamLink::sayGoodbye() {
     const bool endsAlone = connection_->endSending(descriptor_);
     int error = receivePending();
-    // Who was sent nothing has nothing left to read.
+    // A printer that was sent nothing has nothing left to read.
     if (error == 0 && endsAlone && report_.offered > 0) error = awaitEnd();
     if (error != 0 && report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
-    // An end that came before the job had arrived is no answer to ours.
+    // The far end ended its side before the job had arrived, not in answer to our end.
     if (report_.remark.empty() && ended_ && arrivedAtEnd_ < report_.accepted) {
         report_.remark = endedEarlySentence(connection_->peer());
     }
 }
 
-// 0, or what ended the connection instead.
+// Returns 0, or the error that ended the connection.
 int StreamLink::awaitEnd() {
     Waiter waiter = waiterFor(deadlines_.goodbye);
     while (!ended_) {
         if (failIfCancelled()) return 0;
-        short happened = 0;
-        const auto result = waiter.wait(descriptor_, POLLIN, happened);
+        short ready = 0;
+        const auto result = waiter.wait(descriptor_, POLLIN, ready);
         if (result == Waiter::Result::kCancelled) continue;
         if (result == Waiter::Result::kFailed) return errno;
         if (result == Waiter::Result::kTimeOut) {
@@ -353,7 +353,7 @@ int StreamLink::awaitEnd() {
             return 0;
         }
         if (const int error = receivePending(); error != 0) return error;
-        if ((happened & kBrokenOff) != 0 && (happened & POLLIN) == 0) return ECONNRESET;
+        if ((ready & kBrokenOff) != 0 && (ready & POLLIN) == 0) return ECONNRESET;
         if (!ended_ && calls_.now() >= waiter.deadline()) {
             report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
             return 0;
@@ -375,9 +375,9 @@ bool StreamLink::fail(const std::string& why) {
     report_.failure = why.empty() ? std::string("the connection failed") : why;
     report_.remark.clear();
     if (descriptor_ < 0) return false;
-    // What the printer said before may tell more. With an error it has nothing more to say.
+    // The printer's last bytes may explain the failure.
     receivePending();
-    lookAtUnsent();
+    checkUnsent();
     closeDescriptor();
     return false;
 }
@@ -386,17 +386,16 @@ bool StreamLink::failBy(Waiter::Result result, const std::string& onTimeOut) {
     const int error = errno;
     if (result == Waiter::Result::kCancelled) return fail("cancelled");
     if (result == Waiter::Result::kTimeOut) return fail(onTimeOut);
-    return fail(lostSentence(connection_->peer(), error));
+    return fail(disconnectedSentence(connection_->peer(), error));
 }
 
-// The connection is gone. That is a failure only where something has not arrived. True where it is
-// none.
-bool StreamLink::lose(int error) {
-    lookAtUnsent();
+// The connection is gone. That is a failure only if bytes have not arrived. True if it is none.
+bool StreamLink::handleDisconnect(int error) {
+    checkUnsent();
     const bool isOver = report_.offered == 0 ? !reply_.empty() : hasEverything();
     if (!isOver) {
         return fail(error == 0 ? closedSentence(connection_->peer())
-                               : lostSentence(connection_->peer(), error));
+                               : disconnectedSentence(connection_->peer(), error));
     }
     if (report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
     closeDescriptor();
@@ -413,8 +412,8 @@ bool StreamLink::failIfCancelled() {
     return cancelled_.load() && !fail("cancelled");
 }
 
-// What an observer throws is its own affair.
-void StreamLink::tellProgress() noexcept {
+// An exception of the observer is dropped.
+void StreamLink::reportProgress() noexcept {
     try {
         if (observer_) observer_({report_.offered, report_.accepted});
     } catch (...) {  // NOLINT(bugprone-empty-catch)

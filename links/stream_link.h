@@ -1,4 +1,4 @@
-// What the links over a connection have in common: waiting, counting, and giving up in time.
+// The common part of links over a connection: waiting, counting and deadlines.
 #pragma once
 
 #include <atomic>
@@ -27,45 +27,45 @@ class Connection {
     Connection& operator=(const Connection&) = delete;
     virtual ~Connection() = default;
 
-    // Connects, waiting through `waiter` at most until its deadline. The descriptor, or -1 with one
-    // sentence in `failure`.
+    // Connects, and waits through `waiter` until its deadline. Returns the descriptor, or -1 with
+    // one sentence in `failure`.
     virtual int open(const std::string& address, Waiter& waiter, std::string& failure) = 0;
 
-    // As send() and recv(): the number of bytes, -1 with errno. 0 received is the end.
+    // Like send() and recv(): the number of bytes, or -1 with errno. 0 received bytes are the end.
     virtual ssize_t send(int descriptor, std::span<const Byte> bytes) = 0;
     virtual ssize_t receive(int descriptor, std::span<Byte> bytes) = 0;
 
-    // Bytes accepted that have not arrived; none where that cannot be told (now).
+    // Accepted bytes that have not arrived; none if that is not known (at the moment).
     virtual std::optional<std::uint64_t> unsent(int descriptor) = 0;
 
-    // Whether unsent() counts what the far end has not acknowledged, so that what it does not count
-    // has arrived.
+    // True if unsent() counts the bytes that the far end has not acknowledged; all others have
+    // arrived.
     virtual bool isAcknowledged() const = 0;
 
-    // Ends the sending direction alone; false where the connection has no such thing, or it failed.
+    // Ends only the sending direction; false if the connection cannot do that, or it failed.
     virtual bool endSending(int descriptor) = 0;
 
-    // Closes the descriptor; with `abort` in the way that drops what has not left.
+    // Closes the descriptor; with `abort` it drops the bytes that have not left.
     virtual void close(int descriptor, bool abort) = 0;
 
-    // What failures call the far end, e.g. "the printer at 192.168.1.50:9100".
+    // The far end's name in messages, e.g. "the printer at 192.168.1.50:9100".
     virtual std::string peer() const = 0;
 };
 
-// Waits on descriptors until something happens, the deadline passes or the link is cancelled.
+// Waits on descriptors until an event, the deadline or the cancelling of the link.
 class Waiter {
   public:
     enum class Result : std::uint8_t { kReady, kTimeOut, kCancelled, kFailed };  // kFailed: errno
 
-    // `wakeUp` is a descriptor that is readable once the link has been cancelled.
+    // `wakeUp` is a descriptor that is readable after the link was cancelled.
     Waiter(SystemCalls& calls, const std::atomic<bool>& cancelled, int wakeUp,
            SystemCalls::Time deadline);
 
-    // Waits for `events` (POLLIN, POLLOUT, both or none) on the descriptor, which errors and
-    // hang-ups end as well; `happened` is what did. A descriptor of -1 only waits. With `atMost`
-    // it does not wait longer than that, and kTimeOut does not mean the deadline then.
-    Result wait(int descriptor, short events, short& happened,
-                std::optional<std::chrono::milliseconds> atMost = std::nullopt);
+    // Waits for `events` (POLLIN, POLLOUT, both or none), an error or a hang-up on the descriptor;
+    // `ready` gets the events that came. With a descriptor of -1 it only waits. With `limit` it
+    // waits no longer than that, and then kTimeOut does not mean the deadline.
+    Result wait(int descriptor, short events, short& ready,
+                std::optional<std::chrono::milliseconds> limit = std::nullopt);
 
     SystemCalls& calls() const { return calls_; }
     SystemCalls::Time deadline() const { return deadline_; }
@@ -78,15 +78,15 @@ class Waiter {
     SystemCalls::Time deadline_;
 };
 
-// The work common to TcpLink, RfcommLink and SerialLink.
+// The common part of TcpLink, RfcommLink and SerialLink.
 //
-// While it writes it also reads, so that a printer that talks is never stuck on us. What was
-// pending when a write began, or came during it, is no answer to the job. What read() has not given
-// yet is kept up to kMaxReplyBytes.
+// While it writes it also reads, so that a printer that sends is never blocked by us. Bytes that
+// come before the end of a write are no answer to the job. Up to kMaxReplyBytes are kept for
+// read().
 //
-// The first failure breaks the connection off at once, so that nothing goes out later that the
-// report does not know of. Where a printer that has everything breaks it off, that is no failure
-// but a remark in the report. The destructor closes.
+// The first failure breaks the connection off at once, so that no byte leaves after the report. If
+// a printer breaks it off after it has all bytes, that is no failure but a remark in the report.
+// The destructor closes.
 class StreamLink : public Link {
   public:
     StreamLink(std::unique_ptr<Connection> connection, const Deadlines& deadlines,
@@ -106,33 +106,33 @@ class StreamLink : public Link {
   private:
     void beginJob();
     bool sendAll(std::span<const Byte> bytes);
-    bool awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& least, short& happened);
-    void noteAccepted(std::size_t count);
+    bool awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& minUnsent, short& ready);
+    void countAccepted(std::size_t count);
     bool awaitArrival();
     bool awaitProgress(Waiter& waiter, std::chrono::milliseconds pause);
     void collectReply();
     void sayGoodbye();
     int awaitEnd();
 
-    // All that has come in, up to a bound, without waiting: 0, or the error that ended it.
+    // Reads the received bytes without waiting, up to a limit. Returns 0 or the connection's error.
     int receivePending();
     void noteEnd();
     Text takeUnread();
 
-    // Of the bytes accepted, those that have not arrived; the report's acknowledged with it.
-    std::optional<std::uint64_t> lookAtUnsent();
+    // The accepted bytes that have not arrived; also updates the report's `acknowledged`.
+    std::optional<std::uint64_t> checkUnsent();
     bool hasEverything() const;
 
-    // Each returns false, the first failure being kept.
+    // Each returns false and keeps the job's first failure.
     bool fail(const std::string& why);
     bool failBy(Waiter::Result result, const std::string& onTimeOut);
-    bool lose(int error);  // unless nothing is missing at the far end
+    bool handleDisconnect(int error);  // true if the far end has all bytes
     bool failOutOfMemory() noexcept;
 
     bool failIfCancelled();
     void closeDescriptor();
     Waiter waiterFor(std::chrono::milliseconds deadline) const;
-    void tellProgress() noexcept;
+    void reportProgress() noexcept;
 
     std::unique_ptr<Connection> connection_;
     Deadlines deadlines_;
@@ -142,9 +142,9 @@ class StreamLink : public Link {
     int descriptor_ = -1;             // the connection's, which closes it
     bool inJob_ = false;              // also after an opening that failed
     bool ended_ = false;              // the far end sends no more
-    std::uint64_t arrivedAtEnd_ = 0;  // bytes of the job that had arrived when it was seen to end
-    Bytes unread_;                    // received and not given yet
-    Bytes reply_;                     // the first bytes of all that was received
+    std::uint64_t arrivedAtEnd_ = 0;  // bytes of the job that had arrived at the far end's end
+    Bytes unread_;                    // received, not returned by read() yet
+    Bytes reply_;                     // the first bytes received
     SystemCalls::Time lastReceived_;
     LinkReport report_;  // all but the reply
     ProgressObserver observer_;

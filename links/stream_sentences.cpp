@@ -9,7 +9,7 @@ std::string closedSentence(const std::string& peer) {
     return peer + " closed the connection";
 }
 
-std::string lostSentence(const std::string& peer, int error) {
+std::string disconnectedSentence(const std::string& peer, int error) {
     const std::string why = ": " + std::generic_category().message(error);
     switch (error) {
         case EPIPE:

@@ -1,5 +1,5 @@
-// What links over a connection say in their reports: sentences without a full stop. `peer` is what
-// the far end is called: "the printer at 192.168.1.50:9100".
+// The messages of links over a connection: sentences without a full stop. `peer` is the far end's
+// name: "the printer at 192.168.1.50:9100".
 #pragma once
 
 #include <chrono>
@@ -10,9 +10,9 @@ namespace tavio::links {
 // "the printer at ... closed the connection"
 std::string closedSentence(const std::string& peer);
 
-// "the printer at ... closed the connection: Connection reset by peer", or for what is not the far
-// end's doing "the connection to the printer at ... failed: No route to host"
-std::string lostSentence(const std::string& peer, int error);
+// "the printer at ... closed the connection: Connection reset by peer", or, if the far end did not
+// cause the error, "the connection to the printer at ... failed: No route to host"
+std::string disconnectedSentence(const std::string& peer, int error);
 
 // "the printer at ... took no byte for 30 s"; `verb` is "took" or "acknowledged".
 std::string idleSentence(const std::string& peer, const char* verb, std::chrono::milliseconds time);

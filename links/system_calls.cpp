@@ -99,7 +99,7 @@ int SystemCalls::tcflush(int descriptor, int queue) {
     return ::tcflush(descriptor, queue);
 }
 
-// Never destroyed: a name that is being looked up may outlast main().
+// Never destroyed: a lookup may outlive main().
 SystemCalls& systemCalls() {
     static SystemCalls& calls = *new SystemCalls;
     return calls;

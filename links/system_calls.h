@@ -1,5 +1,4 @@
-// The calls to the operating system that connections are made of; tests put their own in their
-// place.
+// The system calls that connections use; tests replace them.
 #pragma once
 
 #include <chrono>
@@ -14,14 +13,14 @@
 
 namespace tavio::links {
 
-// Where connect() is to go.
+// An address for connect().
 struct SocketAddress {
     sockaddr_storage storage{};
     socklen_t size = 0;
 };
 
-// Each operation behaves as the system's of that name: -1 with errno set where it fails. The ones
-// here go to the system.
+// Each operation behaves like the system call of that name: -1 with errno on failure. These call
+// the system.
 class SystemCalls {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -31,10 +30,10 @@ class SystemCalls {
     SystemCalls& operator=(const SystemCalls&) = delete;
     virtual ~SystemCalls() = default;
 
-    // The clock that all deadlines go by.
+    // The clock of all deadlines.
     virtual Time now();
 
-    // The descriptor is non-blocking and not inherited by programs that are started.
+    // The descriptor is non-blocking and closed on exec.
     virtual int socket(int domain, int type, int protocol);
     virtual int connect(int descriptor, const sockaddr* address, socklen_t size);
     virtual int setsockopt(int descriptor, int level, int name, const void* value, socklen_t size);
@@ -47,14 +46,13 @@ class SystemCalls {
     // which is the same number as TIOCOUTQ.
     virtual int unsentBytes(int descriptor, int* count);
 
-    // The addresses of a host for a stream, in the order in which they are to be tried: 0, or what
-    // getaddrinfo() returns where it fails (EAI_SYSTEM with errno). Takes as long as it likes: it is
-    // called on a thread of its own, which nobody waits for, so what is put in its place has to
-    // outlive the call.
+    // The addresses of a host for a stream, in the order in which they are tried. Returns 0 or the
+    // error of getaddrinfo() (EAI_SYSTEM with errno). It may take long and is called on a thread
+    // that may outlive the link, so a replacement must outlive the call.
     virtual int lookUp(const std::string& host, std::uint16_t port,
                        std::vector<SocketAddress>& addresses);
 
-    // Waits for real descriptors as well as for the caller's own.
+    // Must also wait for real descriptors, such as the link's own.
     virtual int poll(pollfd* descriptors, nfds_t count, int milliseconds);
     virtual int close(int descriptor);
 

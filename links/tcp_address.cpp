@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kLongestHost = 255;
 
-// Letters, digits, and what else occurs in names; names that are not English have other bytes.
+// Letters, digits and other characters of names; internationalised names have bytes above 127.
 bool isNameCharacter(char character) {
     const auto code = static_cast<unsigned char>(character);
     return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') ||
@@ -25,7 +25,7 @@ bool isName(std::string_view text) {
            std::all_of(text.begin(), text.end(), isNameCharacter);
 }
 
-// Also with the name of an interface behind it: fe80::1%wlan0.
+// Also with the name of an interface: fe80::1%wlan0.
 bool isIpv6(std::string_view text) {
     const std::size_t percent = text.find('%');
     if (percent != std::string_view::npos && !isName(text.substr(percent + 1))) return false;

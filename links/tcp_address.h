@@ -11,7 +11,7 @@ namespace tavio::links {
 inline constexpr std::uint16_t kPrinterPort = 9100;
 
 struct TcpAddress {
-    std::string host;  // a name, or an address in numbers without brackets
+    std::string host;  // a name, or a numeric address without brackets
     std::uint16_t port = kPrinterPort;
 
     bool operator==(const TcpAddress&) const = default;
@@ -22,7 +22,7 @@ struct TcpAddress {
 // port out of range, brackets that do not close.
 std::optional<TcpAddress> parseTcpAddress(std::string_view text);
 
-// As it is written: "printer:9100", "[fe80::1]:9100".
+// In its written form: "printer:9100", "[fe80::1]:9100".
 std::string toText(const TcpAddress& address);
 
 }  // namespace tavio::links

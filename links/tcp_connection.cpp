@@ -13,15 +13,16 @@ namespace tavio::links {
 
 namespace {
 
-// So that a printer that takes no more is felt soon. The system doubles it, for its own records.
+// Small, so that the link soon notices a printer that takes no more. The system doubles it for its
+// bookkeeping.
 constexpr int kSendBuffer = 8'192;
 
-// A send fills a buffer that is empty with all it is given, however small the buffer is meant to
-// be. Besides that, a buffer that one large segment fills makes every segment wait for a delayed
-// acknowledgement: 2 MB/s on the machine's own network instead of hundreds.
+// An empty buffer takes all bytes of one send, however small it is. And if one large segment fills
+// the buffer, every segment waits for a delayed acknowledgement: 2 MB/s on the loopback interface
+// instead of hundreds.
 constexpr std::size_t kMaxAtOnce = 4'096;
 
-// More addresses of one name are not tried.
+// Further addresses of one name are not tried.
 constexpr std::size_t kMaxAddresses = 16;
 
 }  // namespace
@@ -68,7 +69,7 @@ int TcpConnection::connectTo(const SocketAddress& address, Waiter& waiter) {
     if (calls_.connect(descriptor, reinterpret_cast<const sockaddr*>(&address.storage),
                        address.size) != 0) {
         error = errno;
-        // An interrupted connect goes on by itself, like one that is in progress.
+        // An interrupted connect continues by itself, like one in progress.
         if (error == EINPROGRESS || error == EINTR) error = finishConnecting(descriptor, waiter);
     }
     if (error == 0) return descriptor;
@@ -77,7 +78,7 @@ int TcpConnection::connectTo(const SocketAddress& address, Waiter& waiter) {
     return -1;
 }
 
-// Without them the system's own settings hold, and everything works all the same.
+// Failures are harmless: the system's defaults apply.
 void TcpConnection::setOptions(int descriptor) {
     const int on = 1;
     calls_.setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);

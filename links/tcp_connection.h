@@ -16,16 +16,16 @@ class TcpConnection : public Connection {
 
     int open(const std::string& address, Waiter& waiter, std::string& failure) override;
 
-    // Passes on at most a few thousand bytes.
+    // Passes on at most a few thousand bytes at once.
     ssize_t send(int descriptor, std::span<const Byte> bytes) override;
     ssize_t receive(int descriptor, std::span<Byte> bytes) override;
 
-    // Exact while the sending direction has not been ended: the end counts as one byte.
+    // Exact until the sending direction is ended: the end counts as one byte.
     std::optional<std::uint64_t> unsent(int descriptor) override;
     bool isAcknowledged() const override { return true; }
     bool endSending(int descriptor) override;
 
-    // With `abort`, the connection is reset: what is still unsent never leaves.
+    // With `abort`, the connection is reset: unsent bytes are dropped.
     void close(int descriptor, bool abort) override;
     std::string peer() const override;
 

@@ -6,13 +6,12 @@
 
 namespace tavio::links {
 
-// open() takes "HOST", "HOST:PORT", "[IPV6]" or "[IPV6]:PORT" (tcp_address.h). A name with several
-// addresses is tried address by address, which share the time to connect.
+// open() takes "HOST", "HOST:PORT", "[IPV6]" or "[IPV6]:PORT" (tcp_address.h). The addresses of a
+// name are tried one after the other and share the time to connect.
 //
-// drain() knows by the acknowledgements of the far end's system. close() drains, ends its side,
+// drain() waits for the acknowledgements of the far end's system. close() drains, ends its side,
 // reads until the printer ends the other, and closes; it does not wait for a printer that was sent
-// nothing. After a failure it resets the connection, so that nothing that waits unsent goes out
-// later.
+// nothing. After a failure it resets the connection, so that unsent bytes are dropped.
 class TcpLink : public StreamLink {
   public:
     explicit TcpLink(const Deadlines& deadlines, SystemCalls& calls = systemCalls());

@@ -9,7 +9,7 @@ namespace tavio::links {
 
 namespace {
 
-// Never destroyed: what runs at the end of a program may still print.
+// Never destroyed: a global object of the application may still print in its destructor.
 JobLinks& jobLinks() {
     static JobLinks& links = *new JobLinks;
     return links;
@@ -20,12 +20,12 @@ std::function<void(const Operation&)>& currentObserver() {
     return observer;
 }
 
-// The library counts on operations that do not throw; a link or an observer may well.
+// Transport operations must not throw; a link or an observer may.
 template <typename Action>
 void withoutThrowing(Action action) noexcept {
     try {
         action();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): a link's report is where it is told
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the link's report has the failure
     }
 }
 
@@ -76,7 +76,7 @@ Text read(const char* name, Transport transport) noexcept {
     return reply;
 }
 
-// A link's reply is whole when it has been read: nothing stays behind that had to be cleared.
+// A link's reply is read as a whole, so there is nothing to clear.
 void clearStatus(const char* name) noexcept {
     observe({name, false, std::nullopt});
 }

@@ -8,7 +8,7 @@ namespace tavio::links {
 
 namespace {
 
-// Rounded up: a wait that ends just before its time would have to be begun again and again.
+// Rounded up: a wait that ends just before its time would be repeated at once.
 int millisecondsUntil(SystemCalls::Time until, SystemCalls::Time now) {
     constexpr std::chrono::milliseconds kMost = std::chrono::hours{24};
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - now);
@@ -21,11 +21,11 @@ Waiter::Waiter(SystemCalls& calls, const std::atomic<bool>& cancelled, int wakeU
                SystemCalls::Time deadline)
     : calls_(calls), cancelled_(cancelled), wakeUp_(wakeUp), deadline_(deadline) {}
 
-Waiter::Result Waiter::wait(int descriptor, short events, short& happened,
-                            std::optional<std::chrono::milliseconds> atMost) {
-    happened = 0;
+Waiter::Result Waiter::wait(int descriptor, short events, short& ready,
+                            std::optional<std::chrono::milliseconds> limit) {
+    ready = 0;
     SystemCalls::Time now = calls_.now();
-    const SystemCalls::Time until = atMost ? std::min(deadline_, now + *atMost) : deadline_;
+    const SystemCalls::Time until = limit ? std::min(deadline_, now + *limit) : deadline_;
     for (;;) {
         if (cancelled_.load()) return Result::kCancelled;
         std::array<pollfd, 2> watched{{{descriptor, events, 0}, {wakeUp_, POLLIN, 0}}};
@@ -38,7 +38,7 @@ Waiter::Result Waiter::wait(int descriptor, short events, short& happened,
             return Result::kFailed;
         }
         if (count > 0 && watched.front().revents != 0) {
-            happened = watched.front().revents;
+            ready = watched.front().revents;
             return Result::kReady;
         }
         now = calls_.now();

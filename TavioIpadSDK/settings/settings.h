@@ -50,7 +50,7 @@ extern bool ImageScaled;  // initially false
 // Read by: ../imaging/print_bmp.cpp
 extern bool ImageDithered;  // initially true
 
-// The stock index: 0 to 8, the row of the stock table (stock_table.h) and of the dot-width table.
+// The stock index: a row of the stock table (stock_table.h) and of the dot-width table, from 0 on.
 // Written by: change_configuration.cpp, the application
 // Read by: dot_width_table.cpp
 extern std::int32_t size_indicator;  // initially 0

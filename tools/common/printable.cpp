@@ -10,8 +10,8 @@ unsigned char codeAt(std::string_view text, std::size_t index) {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : '\0';
 }
 
-// The number of bytes of the control character at the index; 0 where there is none. In UTF-8 those
-// of U+0080 to U+009F, which also steer terminals, have two bytes.
+// The number of bytes of the control character at the index; 0 if there is none. U+0080 to U+009F,
+// which also control terminals, have two bytes in UTF-8.
 std::size_t controlSize(std::string_view text, std::size_t index) {
     const unsigned char code = codeAt(text, index);
     if (code < 0x20 || code == 0x7F) return 1;

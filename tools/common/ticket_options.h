@@ -1,4 +1,4 @@
-// The options that say what ticket is in the printer: --stock, --resolution, --orientation.
+// The options for the ticket in the printer: --stock, --resolution, --orientation.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ std::optional<std::int32_t> parseStock(std::string_view text);
 // What parseStock() understands, in words: "0 to 8, concert, cinema, creditcard or receipt".
 std::string stockChoices();
 
-// Checks of option values, as the command line library takes them: each answers with "" or with
-// what is wrong. asStock() also rewrites the value into the index.
+// Checks of option values for the command line library: each returns "" or the error. asStock()
+// also replaces the value by the index.
 std::string asStock(std::string& text);
 std::string asResolution(std::string& text);
 std::string asOrientation(std::string& text);

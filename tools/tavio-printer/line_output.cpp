@@ -9,10 +9,10 @@
 namespace tavio::virtual_printer {
 namespace {
 
-// A pipe that is writable takes a line of our length as a whole; a file and a terminal wait.
-bool isWritable(int descriptor, std::chrono::milliseconds patience) {
+// A writable pipe takes a line of our length as a whole; a file and a terminal wait.
+bool isWritable(int descriptor, std::chrono::milliseconds timeout) {
     pollfd polled{descriptor, POLLOUT, 0};
-    return ::poll(&polled, 1, static_cast<int>(patience.count())) == 1;
+    return ::poll(&polled, 1, static_cast<int>(timeout.count())) == 1;
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ void LineOutput::write(std::string_view line) {
     text += '\n';
 
     const std::lock_guard lock(mutex_);
-    stuck_ = !isWritable(descriptor_, stuck_ ? std::chrono::milliseconds(0) : kPatience);
+    stuck_ = !isWritable(descriptor_, stuck_ ? std::chrono::milliseconds(0) : kTimeout);
     if (stuck_) return;
     std::string_view rest = text;
     while (!rest.empty()) {

@@ -1,4 +1,4 @@
-// Lines for whoever reads what the program writes.
+// Writing the program's lines of output.
 #pragma once
 
 #include <chrono>
@@ -8,20 +8,20 @@
 
 namespace tavio::virtual_printer {
 
-// Writes whole lines, from any thread, at once. Never waits long: where nobody reads, lines are
+// Writes whole lines at once, from any thread. Never waits long: if nobody reads them, lines are
 // left out.
 class LineOutput {
   public:
-    // What a line that has to wait waits at most; further lines do not, until one gets through.
-    static constexpr std::chrono::milliseconds kPatience{1000};
+    // The maximum wait for a line; after it, further lines do not wait until one could be written.
+    static constexpr std::chrono::milliseconds kTimeout{1000};
 
     // Longer lines are cut.
     static constexpr std::size_t kMaxBytes = 2048;
 
-    // The descriptor stays the caller's.
+    // The caller keeps the descriptor.
     explicit LineOutput(int descriptor) : descriptor_(descriptor) {}
 
-    // The line without its end. Control characters in it are made visible.
+    // Writes a line, which is given without its end. Control characters are made visible.
     void write(std::string_view line);
 
   private:

@@ -48,23 +48,23 @@ std::string shortest(double number) {
     return {text.data(), end.ptr};
 }
 
-// Checks of option values; each answers with "" or with what is wrong.
+// Checks of option values; each returns "" or the error.
 using Check = std::function<std::string(std::string&)>;
 
-Check wholeNumber(std::uint64_t least, std::uint64_t most) {
-    return [least, most](const std::string& text) -> std::string {
+Check wholeNumber(std::uint64_t min, std::uint64_t max) {
+    return [min, max](const std::string& text) -> std::string {
         const auto number = parse<std::uint64_t>(text);
-        if (number && *number >= least && *number <= most) return {};
-        return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " +
-               std::to_string(most);
+        if (number && *number >= min && *number <= max) return {};
+        return "\"" + text + "\" is not a whole number from " + std::to_string(min) + " to " +
+               std::to_string(max);
     };
 }
 
-Check decimalNumber(double least, double most) {
-    return [least, most](const std::string& text) -> std::string {
+Check decimalNumber(double min, double max) {
+    return [min, max](const std::string& text) -> std::string {
         const auto number = parse<double>(text);
-        if (number && *number >= least && *number <= most) return {};
-        return "\"" + text + "\" is not a number from " + shortest(least) + " to " + shortest(most);
+        if (number && *number >= min && *number <= max) return {};
+        return "\"" + text + "\" is not a number from " + shortest(min) + " to " + shortest(max);
     };
 }
 
@@ -109,13 +109,13 @@ class CommandLine {
 
     CLI::Option* add(const char* name, const char* what, const char* type, Check check,
                      const std::function<void(const std::string&)>& take);
-    void addWhole(const char* name, const char* what, std::uint64_t least, std::uint64_t most,
+    void addWhole(const char* name, const char* what, std::uint64_t min, std::uint64_t max,
                   const std::function<void(std::uint64_t)>& take);
-    void addDecimal(const char* name, const char* what, double least, double most,
+    void addDecimal(const char* name, const char* what, double min, double max,
                     const std::function<void(double)>& take);
 
     Options& options_;
-    const char* group_ = "";  // of what is added
+    const char* group_ = "";  // of the next options
     CLI::App app_{
         "A printer without paper: takes jobs where a printer would and shows the tickets on a page "
         "and in a folder.",
@@ -147,15 +147,15 @@ CLI::Option* CommandLine::add(const char* name, const char* what, const char* ty
         ->group(group_);
 }
 
-void CommandLine::addWhole(const char* name, const char* what, std::uint64_t least,
-                           std::uint64_t most, const std::function<void(std::uint64_t)>& take) {
-    add(name, what, "N", wholeNumber(least, most),
+void CommandLine::addWhole(const char* name, const char* what, std::uint64_t min, std::uint64_t max,
+                           const std::function<void(std::uint64_t)>& take) {
+    add(name, what, "N", wholeNumber(min, max),
         [take](const std::string& text) { take(parse<std::uint64_t>(text).value_or(0)); });
 }
 
-void CommandLine::addDecimal(const char* name, const char* what, double least, double most,
+void CommandLine::addDecimal(const char* name, const char* what, double min, double max,
                              const std::function<void(double)>& take) {
-    add(name, what, "X", decimalNumber(least, most),
+    add(name, what, "X", decimalNumber(min, max),
         [take](const std::string& text) { take(parse<double>(text).value_or(0)); });
 }
 
@@ -229,8 +229,8 @@ void CommandLine::addAnswers() {
         "are known; no answers if not given",
         "TEXT", asReply,
         [&reply](const std::string& text) { reply.text = unescaped(text).value_or(""); });
-    const double most = static_cast<double>(std::chrono::seconds(kMaxReplyDelay).count());
-    addDecimal("--reply-delay", "seconds until an answer", 0, most, [&reply](double seconds) {
+    const double max = static_cast<double>(std::chrono::seconds(kMaxReplyDelay).count());
+    addDecimal("--reply-delay", "seconds until an answer", 0, max, [&reply](double seconds) {
         reply.delay = std::chrono::milliseconds(std::llround(seconds * kMillisecondsPerSecond));
     });
 }

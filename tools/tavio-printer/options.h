@@ -21,16 +21,17 @@ struct Options {
     PrintServerSettings server;  // with the ticket size of the two
     StoreLimits store;
     std::optional<ListenAddress> page = ListenAddress{"127.0.0.1", kUsualPagePort};
-    std::uint64_t tickets = 0;  // ends after so many; 0: does not
+    std::uint64_t tickets = 0;  // ends after so many; 0: never
     bool quiet = false;
 };
 
-// Reads the command line. Where that alone ends the program (help, version, bad usage), it has said
-// so on standard output or standard error, and the result is the exit status: 0 or 2.
+// Reads the command line. For help, version and bad usage it prints the text on standard output or
+// standard error, and returns the exit status: 0 or 2.
 std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
 
-// The text with its \r, \n, \t, \\ and \xHH (two digits) replaced by what they stand for. None where
-// a backslash is followed by anything else.
+// The text with its \r,
+// , \t, \\ and \xHH (two digits) replaced by their bytes. None if anything else follows a
+// backslash.
 std::optional<std::string> unescaped(std::string_view text);
 
 }  // namespace tavio::virtual_printer

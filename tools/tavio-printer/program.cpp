@@ -20,7 +20,7 @@
 namespace tavio::virtual_printer {
 namespace {
 
-// For whoever printed the last ticket to get his answer and leave.
+// The time for the client of the last ticket to get its answer and leave.
 constexpr std::chrono::milliseconds kFarewell{1500};
 
 sigset_t ownSignals() {
@@ -76,7 +76,7 @@ Program::Program(const Options& options)
                                         panel(), store_);
 }
 
-// On the printer's thread.
+// Runs on the printer's thread.
 void Program::keep(const DeviceTicket& ticket) {
     const std::string failure = store_.add(ticket);
     if (!failure.empty()) err_.write("tavio-printer: " + failure);
@@ -131,7 +131,7 @@ int Program::nextSignal() const {
 void takeSignals() {
     const sigset_t signals = ownSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);  // readers that have gone away are noticed in writing
+    std::signal(SIGPIPE, SIG_IGN);  // a write reports that its reader has gone
 }
 
 void runProgram(const Options& options) {

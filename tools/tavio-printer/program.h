@@ -1,4 +1,4 @@
-// The program between its start and its end.
+// The running program.
 #pragma once
 
 #include "tools/tavio-printer/device/device.h"
@@ -6,15 +6,15 @@
 
 namespace tavio::virtual_printer {
 
-// Signals that the program takes itself: SIGINT, SIGTERM and SIGUSR1. To be called while there is
-// only one thread, so that all that follow leave them alone.
+// Blocks the signals that the program reads itself: SIGINT, SIGTERM and SIGUSR1. Call it while
+// there is only one thread, so that all later threads block them too.
 void takeSignals();
 
-// Runs until a signal ends it, or the tickets that were asked for are out. Throws
-// std::runtime_error, with one sentence, when it cannot begin. After takeSignals().
+// Runs until a signal or the last of --tickets ends it. Throws std::runtime_error, with one
+// sentence, if it cannot start. To be called after takeSignals().
 void runProgram(const Options& options);
 
-// What is said of a ticket: "ticket 3: 1650 x 600 dots, 1234 black, 2 problems: graphics cut short:
+// The line about a ticket: "ticket 3: 1650 x 600 dots, 1234 black, 2 problems: graphics cut short:
 // 5 of 9 bytes (at byte 210)".
 std::string ticketLine(std::uint64_t id, const DeviceTicket& ticket);
 

@@ -30,7 +30,7 @@ void sendDocument(const Options& options, Console& console) {
         }
     }
     Job job;
-    // The result is not looked at: for a picture it is false also when all went well.
+    // The result is ignored: for a picture it is false even after success.
     job.send = [&] {
         if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
         if (use == Use::kLogo) DownloadLogo(document.url, options.logo);

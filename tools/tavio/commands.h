@@ -1,4 +1,4 @@
-// What the commands do.
+// Running the commands.
 #pragma once
 
 #include "tools/tavio/console.h"
@@ -6,8 +6,8 @@
 
 namespace tavio::tool {
 
-// Runs one command to its end. Throws Failure when it cannot be done; then no output file has
-// appeared or been replaced, and no cut was sent.
+// Runs one command. Throws Failure if it fails; then no output file was created or replaced, and no
+// cut was sent.
 void runCommand(const Options& options, Console& console);
 
 }  // namespace tavio::tool

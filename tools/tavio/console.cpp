@@ -23,7 +23,7 @@ const std::string kWipe = "\r\x1B[K";
 Console::Console(Writer write, std::optional<Display> display)
     : write_(std::move(write)),
       display_(std::move(display)),
-      stagesDue_(Clock::now() + (display_ ? display_->patience : std::chrono::milliseconds{0})) {
+      stagesDue_(Clock::now() + (display_ ? display_->delay : std::chrono::milliseconds{0})) {
     if (!display_) return;
     try {
         drawing_ = std::thread([this] { drawInTime(); });
@@ -57,7 +57,7 @@ void Console::drawInTime() {
     }
 }
 
-// When there may be something else to show although no stage has begun; none for never.
+// The time of the next drawing, unless a stage begins earlier; none for never.
 std::optional<Console::Clock::time_point> Console::nextDrawing(Clock::time_point now) {
     if (progress_) return std::max(progressDue_, now + display_->redraw);
     if (now < stagesDue_) return stagesDue_;
@@ -80,7 +80,7 @@ void Console::beginSending() {
         std::lock_guard lock(stateMutex_);
         const auto now = Clock::now();
         progress_.emplace(now);
-        progressDue_ = now + display_->progressPatience;
+        progressDue_ = now + display_->progressDelay;
         stage_.clear();
         redrawNow_ = true;
     }
@@ -105,7 +105,7 @@ void Console::line(std::string_view opening, std::string_view text) {
     show();
 }
 
-// What is to stand on the terminal's last line now.
+// The present text for the terminal's last line.
 std::string Console::wanted() {
     std::lock_guard lock(stateMutex_);
     if (!display_ || ending_) return {};

@@ -1,5 +1,5 @@
-// What the tool says on standard error: messages, the stage of work that takes long, and how far the
-// sending has come.
+// The tool's output on standard error: messages, the stage of long work, and the progress of
+// sending.
 #pragma once
 
 #include <chrono>
@@ -16,46 +16,46 @@
 
 namespace tavio::tool {
 
-// How stages and progress are shown on the last line of a terminal.
+// Settings of the last line of a terminal, which shows stages and progress.
 struct Display {
-    // How long work may take before its stage is shown, and a job before its progress is.
-    std::chrono::milliseconds patience{1'000};
-    std::chrono::milliseconds progressPatience{500};
+    // The delay before a stage or the progress of a job is shown.
+    std::chrono::milliseconds delay{1'000};
+    std::chrono::milliseconds progressDelay{500};
 
-    // The progress is drawn this often at most.
+    // The minimum interval between two drawings of the progress.
     std::chrono::milliseconds redraw{100};
 
     std::function<std::size_t()> columns = [] { return std::size_t{80}; };  // of the terminal
 };
 
-// Owns the error output: the stage line is wiped before a message and does not run into one.
-// Messages may come from any thread. Stages and progress are drawn on a thread of their own, so that
-// a stopped terminal stops no job; only messages and clear() wait for the terminal.
+// Owns the error output: the stage line is cleared before a message. Messages may come from any
+// thread. Stages and progress are drawn on a thread of their own, so that a stopped terminal stops
+// no job; only messages and clear() wait for the terminal.
 //
 //   Console console(writeToStandardError, terminalDisplay());
-//   console.stage("drawing the page");   // shown when a second has passed since the console began
+//   console.stage("drawing the page");   // shown a second after the start of the console
 //   console.warn("the picture is larger than the ticket");
 class Console {
   public:
     using Writer = std::function<void(std::string_view)>;
 
-    // write: called under a lock with pieces of output. display: none where there is no terminal;
-    // then no stages and no progress are shown.
+    // write: called under a lock with pieces of output. display: none without a terminal; then no
+    // stages and no progress are shown.
     Console(Writer write, std::optional<Display> display);
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
     ~Console();
 
-    // Names what is being done from now on, e.g. "reading".
+    // Begins a stage of the work, e.g. "reading".
     void stage(std::string_view name);
 
-    // From now on a job is being sent; ended by the next stage.
+    // Begins the sending of a job; the next stage ends it.
     void beginSending();
 
-    // So many bytes of so many have been sent.
+    // `done` bytes of `total` have been sent.
     void progress(std::uint64_t done, std::uint64_t total);
 
-    // Ends the display of stages and progress: the last line of the terminal is free now.
+    // Ends the display of stages and progress and clears the last line of the terminal.
     void clear();
 
     void fail(std::string_view sentence) { line("tavio: ", sentence); }
@@ -77,29 +77,28 @@ class Console {
     const std::optional<Display> display_;
     const Clock::time_point stagesDue_;
 
-    // Guards the output, and what stands on the terminal's last line. Taken before stateMutex_.
+    // Guards the output and the text on the terminal's last line. Taken before stateMutex_.
     std::mutex outputMutex_;
     std::string shown_;
 
-    // Guards what is to be shown; never held while something is written.
+    // Guards the state to be shown; never held during a write.
     std::mutex stateMutex_;
     std::condition_variable stateChanged_;
     std::string stage_;
-    std::optional<ProgressLine> progress_;  // none while nothing is being sent
+    std::optional<ProgressLine> progress_;  // only while a job is being sent
     Clock::time_point progressDue_;
-    bool redrawNow_ = false;  // another stage than the last drawing knew
+    bool redrawNow_ = false;  // the stage has changed since the last drawing
     bool ending_ = false;
 
-    std::thread drawing_;  // not running where nothing is shown
+    std::thread drawing_;  // not running without a display
 };
 
-// What to show on standard error: none where it is no terminal.
+// The display for standard error; none if it is no terminal.
 std::optional<Display> terminalDisplay();
 bool standardOutputIsTerminal();
 void writeToStandardError(std::string_view text);
 
-// Sends off what was written to std::cout. Throws Failure where it cannot arrive; a reader that has
-// gone away has seen enough, and is no failure.
+// Flushes std::cout. Throws Failure if that fails; a closed pipe is no failure.
 void flushStandardOutput();
 
 }  // namespace tavio::tool

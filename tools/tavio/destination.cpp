@@ -12,7 +12,7 @@ namespace tavio::tool {
 
 namespace {
 
-// Makes the destination for each kind of target.
+// Makes the destination of each kind of target.
 class DestinationMaker {
   public:
     explicit DestinationMaker(const Options& options) : options_(options) {}

@@ -1,4 +1,4 @@
-// Where a job's bytes go in this run of the tool.
+// The destination of a job's bytes.
 #pragma once
 
 #include <functional>
@@ -16,33 +16,33 @@ namespace tavio::tool {
 struct Destination {
     std::shared_ptr<links::Link> link;
 
-    // As messages name it.
+    // The name in messages.
     std::string name;
 
-    // Something that takes its time, may answer, and does not tell by itself what it got.
+    // A printer: sending takes time, it may answer, and the outcome is printed.
     bool isPrinter = false;
 
-    // Sessions are Bluetooth ones.
+    // True: sessions are opened with OpenSessionBT.
     bool isBluetooth = false;
 
-    // To be called after the link is closed, and only when the job has succeeded: puts what came
-    // out in its place; true on success, otherwise the link's failure() says why not.
+    // To be called after the link is closed, and only if the job has succeeded: creates or replaces
+    // the output files. True on success; otherwise see the link's failure().
     std::function<bool()> commit;
 
-    // Warns of what the far end found wrong; after commit.
+    // Warns of the problems that the far end found; after commit.
     std::function<void(Console&)> report;
 };
 
-// Throws Failure where the target cannot be used.
+// Throws Failure if the target cannot be used.
 Destination destinationOf(const Options& options);
 
-// The default deadlines, shortened to what --timeout says; the one on progress may become longer.
+// The default deadlines, shortened to --timeout; the deadline for progress may also become longer.
 links::Deadlines deadlinesOf(const Options& options);
 
-// The virtual printer that has these settings' tickets in it.
+// The virtual printer with the tickets of these settings.
 virtual_printer::PrinterSettings printerSettings(const Settings& settings);
 
-// Warns of what the preview found wrong, and of tickets beyond those that it wrote.
+// Warns of the preview's problems, and of tickets that it did not write.
 void reportPreview(const links::PreviewLink& preview, Console& console);
 
 }  // namespace tavio::tool

@@ -27,7 +27,7 @@ std::string refusalOf(const std::string& path, const std::string& why) {
     return path + " is no picture to print: " + why;
 }
 
-// Decodes the picture to its last row and keeps nothing of it.
+// Decodes the whole picture to find damage.
 std::string damageOf(const std::string& path, const std::shared_ptr<const Bytes>& bytes) {
     constexpr std::int32_t kRows = 16;
     auto opened = pictures::openPicture(bytes);

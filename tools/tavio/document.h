@@ -1,5 +1,4 @@
-// Getting a document ready, and finding out whether it can be sent: the library itself keeps silent
-// about what is wrong with one.
+// Preparing and checking a document: the library does not report what is wrong with one.
 #pragma once
 
 #include <functional>
@@ -14,22 +13,22 @@
 namespace tavio::tool {
 
 struct Document {
-    URL url;                              // what SendFile or DownloadLogo is to be called with
-    std::optional<intake::DotSize> size;  // in print; none for a text
+    URL url;                              // the argument for SendFile or DownloadLogo
+    std::optional<intake::DotSize> size;  // in printed dots; none for a text
 
-    // To be asked when the library has refused to print it: what is wrong with a picture that only
-    // shows when all of it is decoded. "" where nothing is.
+    // To be called if the library has refused to print it: the damage of a picture that shows only
+    // when it is decoded completely; "" if there is none.
     std::function<std::string()> damage = [] { return std::string(); };
 };
 
-// Reads and checks the file. A picture is put into a photo library that is registered, because the
-// library looks for pictures nowhere else; only its header is looked at, because decoding it takes
-// as long as printing it. A page is drawn, once, and a page source installed that hands it out. The
-// settings decide the size, and must have been made before.
+// Reads and checks the file. A picture is put into a registered photo library, because the library
+// looks for pictures nowhere else. Only its header is checked, because decoding takes as long as
+// printing. A page is drawn once, and a page source is set that returns it. The size depends on the
+// library's settings, which must have been made before.
 //
-// replaced: where the job's output goes, "" if it replaces no file; must not be the document.
+// replaced: the job's output file, "" if it replaces no file; must not be the document.
 //
-// Throws Failure when the document cannot be used.
+// Throws Failure if the document cannot be used.
 Document prepareDocument(const std::string& path, Use use, const std::string& replaced,
                          Console& console);
 

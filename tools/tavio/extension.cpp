@@ -11,7 +11,7 @@ namespace tavio::tool {
 
 namespace {
 
-// For the list in messages; which ones are taken is for intake::routeOf to say.
+// For the list in messages; intake::routeOf decides.
 constexpr std::string_view kExtensions[] = {"TXT", "PDF", "PNG", "JPG", "JPEG", "BMP"};
 
 std::string changed(std::string_view extension, int (*change)(int)) {

@@ -1,4 +1,4 @@
-// What a document is, as its file's extension tells.
+// The kind of a document, by its file's extension.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ namespace tavio::tool {
 
 enum class DocumentKind { kText, kPdf, kPicture };
 
-// What is to become of a document.
+// The use of a document.
 enum class Use { kPrint, kLogo };
 
 // The kind of the document at `path`, whose extension (without the dot) is `extension`. Throws
-// Failure, which names the supported extensions, when there is no way to use it so.
+// Failure, which names the supported extensions, if it cannot be used so.
 DocumentKind documentKind(const std::string& path, std::string_view extension, Use use);
 
 }  // namespace tavio::tool

@@ -1,4 +1,4 @@
-// Why a command cannot do what it was asked to.
+// The failure of a command.
 #pragma once
 
 #include <stdexcept>
@@ -12,8 +12,8 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A signal ended the command. The program's exit status is 128 and the signal's number, as shells
-// have it.
+// A signal ended the command. The program's exit status is 128 plus the signal's number, as in
+// shells.
 class Interrupted : public Failure {
   public:
     explicit Interrupted(int signal) : Failure("interrupted"), signal_(signal) {}

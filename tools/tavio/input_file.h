@@ -10,8 +10,8 @@
 
 namespace tavio::tool {
 
-// A regular file, read from its beginning. What goes wrong is thrown as a Failure that names the
-// file: it does not exist, is a folder, is not a regular file, or cannot be read and why.
+// A regular file, read from its beginning. Errors are thrown as a Failure that names the file: it
+// does not exist, is a folder, is not a regular file, or cannot be read and why.
 //
 //   InputFile file("job.bin");
 //   while (auto bytes = file.next(); !bytes.empty()) printer.feed(bytes);
@@ -19,16 +19,16 @@ class InputFile {
   public:
     explicit InputFile(std::string path);
 
-    // Bytes in the file; 0 where that cannot be told.
+    // The size in bytes; 0 if it is not known.
     std::uint64_t size() const;
 
-    // The next bytes, 1 MiB at most, valid until the next call; none at the end of the file.
+    // The next bytes, 1 MiB at most, valid until the next call; empty at the end of the file.
     std::span<const Byte> next();
 
     // All bytes that have not been read yet.
     Bytes rest();
 
-    // True when the path names this very file, so that writing there would destroy it.
+    // True if the path names this file, so that writing there would destroy it.
     bool isAt(const std::string& path) const;
 
   private:

@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::array<int, 2> kSignals{SIGINT, SIGTERM};
 
-// A handler can reach nothing but what is global. It may run on any thread, also while the link is
-// being taken away on another: hence the count.
+// Global, because a signal handler needs it. The handler may run on any thread, even while another
+// thread removes the link: hence the count.
 std::atomic<links::Link*> linkToCancel{nullptr};
 std::atomic<int> handlersRunning{0};
 std::atomic<int> caughtSignal{0};
@@ -24,15 +24,15 @@ static_assert(std::atomic<links::Link*>::is_always_lock_free &&
 void cancelLink(int number) {
     const int keptErrno = errno;
     ++handlersRunning;
-    for (int each : kSignals) std::signal(each, SIG_DFL);  // the second one is not caught
+    for (int each : kSignals) std::signal(each, SIG_DFL);  // a second signal is not caught
     caughtSignal = number;
     if (links::Link* link = linkToCancel) link->cancel();
     --handlersRunning;
     errno = keptErrno;
 }
 
-// Only where the signal does what it does by default: one that was ignored is meant to be, and the
-// default that the handler went back to stays.
+// Only if the present handler is `from`: a signal that was ignored stays ignored, and a default
+// handler that was restored stays.
 void replaceHandler(int number, void (*from)(int), void (*by)(int)) {
     struct sigaction now {};
     if (::sigaction(number, nullptr, &now) != 0 || now.sa_handler != from) return;

@@ -1,4 +1,4 @@
-// Ctrl-C and SIGTERM while a job is sent.
+// SIGINT (Ctrl-C) and SIGTERM while a job is sent.
 #pragma once
 
 #include <memory>
@@ -7,9 +7,9 @@
 
 namespace tavio::tool {
 
-// While one exists, the first SIGINT or SIGTERM cancels the link, so that what became of the job can
-// still be told; a second one ends the program at once. A signal that was ignored stays so. One at a
-// time.
+// While an object exists, the first SIGINT or SIGTERM cancels the link, so that the outcome of the
+// job can still be printed; a second one ends the program at once. An ignored signal stays ignored.
+// Only one object may exist at a time.
 class CancelOnSignal {
   public:
     explicit CancelOnSignal(std::shared_ptr<links::Link> link);
@@ -17,7 +17,7 @@ class CancelOnSignal {
     CancelOnSignal& operator=(const CancelOnSignal&) = delete;
     ~CancelOnSignal();
 
-    // The number of the signal that came, 0 as long as none has.
+    // The number of the signal that came, 0 if none has.
     static int caught() noexcept;
 
   private:

@@ -16,7 +16,7 @@ namespace tavio::tool {
 
 namespace {
 
-// Keeps the first notice of a job: the library shows one exactly when it refuses a picture.
+// Keeps the first notice of a job: the library shows one if, and only if, it refuses a picture.
 class NoticeRecorder {
   public:
     NoticeRecorder() {
@@ -38,7 +38,7 @@ class NoticeRecorder {
     std::optional<platform::Notice> first_;
 };
 
-// The link that the transport operations use, for the time of a job.
+// Makes the transport operations use a link during a job.
 class UsedLink {
   public:
     UsedLink(const Destination& destination, bool trace, Console& console)
@@ -117,7 +117,7 @@ void send(const Options& options, const Destination& destination, Console& conso
     UsedLink link(destination, options.trace, console);
     if (destination.isPrinter) console.stage("connecting");
     Session session(destination, link);
-    configure(options.settings);  // again, now that the dot widths are there
+    configure(options.settings);  // again: opening the session has set the dot widths
     console.stage("printing");
     if (destination.isPrinter) link.showProgress(console, job.size);
     job.send();
@@ -159,7 +159,7 @@ void sendToPrinter(const Options& options, const Destination& printer, Console& 
         send(options, printer, console, job);
     } catch (const std::exception&) {
         links::LinkReport report = printer.link->report();
-        report.offered = std::max(report.offered, job.size);  // what did not get as far as the link
+        report.offered = std::max(report.offered, job.size);  // all bytes, also unsent ones
         tellOutcome(report, console);
         refuseIfInterrupted();
         throw;

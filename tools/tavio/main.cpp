@@ -37,7 +37,7 @@ int run(int argc, const char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A reader of our output that has gone away is noticed where the output is written.
+    // The write reports a closed pipe.
     std::signal(SIGPIPE, SIG_IGN);
     return run(argc, argv);
 }

@@ -23,8 +23,8 @@ using command_line::asStock;
 using command_line::printable;
 using command_line::stockChoices;
 
-// Checks of option values; each rewrites the value into the form that is converted afterwards, and
-// answers with "" or with what is wrong.
+// Checks of option values; each replaces the value by the form that is converted afterwards, and
+// returns "" or the error.
 
 std::string asNumber(std::string& text) {
     auto number = parseNumber(text);
@@ -61,8 +61,8 @@ std::string fullName(const CLI::App& command) {
     return parent == nullptr ? command.get_name() : fullName(*parent) + " " + command.get_name();
 }
 
-// The sentence about the first word that this command or its subcommand could not make sense of,
-// where that word is the reason for what is then missing; none where there is no such word.
+// The sentence about the first unknown word of this command or its subcommand, if that word
+// explains a missing argument; none if there is no such word.
 std::optional<std::string> aboutWrongWord(const CLI::App& command) {
     const auto named = command.get_subcommands();  // those on this command line
     const std::vector<std::string> words = command.remaining();

@@ -27,7 +27,7 @@ enum class Command {
     kStocks,
 };
 
-// What follows the job: how the ticket leaves the printer.
+// The end of the job: how the ticket leaves the printer.
 enum class Finish { kNothing, kCut, kEject };
 
 struct Settings {
@@ -55,8 +55,8 @@ struct Options {
     std::string output = "ticket.png";  // of "preview"
 };
 
-// Reads the command line. Where that alone ends the program (help, version, bad usage), it has said
-// so on standard output or standard error, and the result is the exit status: 0 or 2.
+// Reads the command line. For help, version and bad usage it prints the text on standard output or
+// standard error, and returns the exit status: 0 or 2.
 std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
 
 // A decimal number of 32 bits with an optional sign and nothing around it; none for any other text.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kOpening = "sending";
 
-// Samples closer together than this tell nothing more about a rate.
+// Samples closer together than this do not improve the rate.
 constexpr std::chrono::milliseconds kBetweenSamples{100};
 
 std::string bar(double share, std::size_t cells) {
@@ -45,7 +45,7 @@ void ProgressLine::update(Time now, std::uint64_t done, std::uint64_t total) {
 }
 
 double ProgressLine::bytesPerSecond(Time now) const {
-    // Nothing may have been updated for long: the last sample before the window counts.
+    // The last update may be long ago: the last sample before the window counts.
     auto base = samples_.begin();
     while (base + 1 != samples_.end() && now - (base + 1)->time >= kRateWindow) ++base;
     const std::chrono::duration<double> past = now - base->time;
@@ -55,9 +55,9 @@ double ProgressLine::bytesPerSecond(Time now) const {
 
 std::string ProgressLine::text(Time now, std::size_t columns) const {
     constexpr std::size_t kMaxCells = 20;
-    constexpr std::size_t kFewestCells = 5;
+    constexpr std::size_t kMinCells = 5;
     if (total_ == 0) return {};
-    const std::size_t most = columns > 0 ? columns - 1 : 0;  // the last column would wrap
+    const std::size_t maxWidth = columns > 0 ? columns - 1 : 0;  // the last column would wrap
     const double share = static_cast<double>(done_) / static_cast<double>(total_);
     const int percent = done_ == total_ ? 100 : std::min(99, static_cast<int>(share * 100));
 
@@ -67,13 +67,13 @@ std::string ProgressLine::text(Time now, std::size_t columns) const {
     const std::string rate = sizeText(bytesPerSecond(now)) + "/s";
 
     const std::size_t withEmptyBar = joined({"[]", numbers, percentage, rate}).size();
-    if (most >= withEmptyBar + kFewestCells) {
-        const std::size_t cells = std::min(kMaxCells, most - withEmptyBar);
+    if (maxWidth >= withEmptyBar + kMinCells) {
+        const std::size_t cells = std::min(kMaxCells, maxWidth - withEmptyBar);
         return joined({bar(share, cells), numbers, percentage, rate});
     }
     for (const std::string& line : {joined({numbers, percentage, rate}),
                                     joined({numbers, percentage}), joined({percentage})}) {
-        if (line.size() <= most) return line;
+        if (line.size() <= maxWidth) return line;
     }
     return {};
 }

@@ -1,4 +1,4 @@
-// How far the sending of a job has come, as one line for a terminal.
+// The progress of sending a job, as one line for a terminal.
 #pragma once
 
 #include <chrono>
@@ -9,23 +9,23 @@
 
 namespace tavio::tool {
 
-// Has no clock of its own: the caller says what time it is, never going back.
+// Has no clock: the caller passes the time, which never goes back.
 //
 //   sending  [##########----------]  21 kB of 39 kB  53%  9.8 kB/s
 class ProgressLine {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    // The rate is that of the time just passed, as long as this.
+    // The rate is that of the last period of this length.
     static constexpr std::chrono::milliseconds kRateWindow{3'000};
 
     explicit ProgressLine(Time begin) : samples_{{begin, 0}} {}
 
-    // So many bytes of so many have gone. Both may grow.
+    // `done` bytes of `total` have been sent. Both may grow.
     void update(Time now, std::uint64_t done, std::uint64_t total);
 
-    // The line in fewer than `columns` characters; what there is no room for is left out. "" as long
-    // as there is nothing to send.
+    // The line in fewer than `columns` characters; parts that do not fit are left out. "" if there
+    // is nothing to send.
     std::string text(Time now, std::size_t columns) const;
 
   private:

@@ -6,8 +6,7 @@
 namespace tavio::tool {
 
 // One line per stock under a line of headings, in columns: index, name, inches in landscape and in
-// portrait (width x height), and dots at 200, 300 and 600 dots per inch, as the stock lies in
-// landscape.
+// portrait (width x height), and dots at 200, 300 and 600 dots per inch, in landscape.
 std::string stocksTable();
 
 }  // namespace tavio::tool

@@ -10,7 +10,7 @@ namespace {
 struct Scheme {
     std::string_view text;
     std::optional<Target> (*parse)(std::string_view rest);
-    const char* wanted;  // what is to be given
+    const char* wanted;  // the form to give
 };
 
 template <typename Address>

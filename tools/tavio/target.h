@@ -1,4 +1,4 @@
-// Where a job goes: what --to names.
+// The target of a job: the value of --to.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ struct PictureTarget {
     std::string path;
 };
 
-// "file:NAME": the bytes as they go to the transport.
+// "file:NAME": the bytes for the printer.
 struct FileTarget {
     std::string path;
 };
@@ -27,19 +27,19 @@ struct FileTarget {
 using Target = std::variant<PictureTarget, FileTarget, links::TcpAddress, links::RfcommAddress,
                             links::SerialAddress>;
 
-// None when the text names nothing that a job can go to.
+// None if the text is not a target.
 std::optional<Target> parseTarget(std::string_view text);
 
-// What is wrong with a text that parseTarget() does not take: a sentence without a full stop.
+// The error of a text that parseTarget() refuses: a sentence without a full stop.
 std::string whyNoTarget(std::string_view text);
 
-// Whether a name is one for a picture: it ends in ".png" or ".PNG".
+// True if the name ends in ".png" or ".PNG".
 bool isPictureName(std::string_view name);
 
-// The file that the job replaces; "" where it goes to a printer.
+// The file that the job replaces; "" for a printer.
 std::string replacedFile(const Target& target);
 
-// As messages name it: the path, or the printer's address, "192.0.2.7:9100".
+// The name in messages: the path, or the printer's address, "192.0.2.7:9100".
 std::string toText(const Target& target);
 
 }  // namespace tavio::tool

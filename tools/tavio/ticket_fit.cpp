@@ -13,7 +13,7 @@ std::string dots(intake::DotSize size) {
     return std::to_string(size.width) + " x " + std::to_string(size.height) + " dots";
 }
 
-// Graphics go out in bands of 8 rows, whole ones only; the first band of a logo is not stored.
+// Only whole bands of 8 rows are sent; the first band of a logo is not stored.
 std::optional<std::string> nothingComesOut(intake::DotSize size, Use use) {
     std::string subject = "the picture is " + dots(size) + ": ";
     if (use == Use::kPrint && size.height < 8) {
@@ -25,8 +25,8 @@ std::optional<std::string> nothingComesOut(intake::DotSize size, Use use) {
     return std::nullopt;
 }
 
-// In landscape a picture's rows are printer rows. In portrait its columns are: the row that it is
-// placed at is the distance from the ticket's left edge, the column that from its top.
+// In landscape a picture's rows are printer rows, in portrait its columns are. In portrait the row
+// of its place is the distance from the ticket's left edge, and the column that from its top.
 std::optional<std::string> reachesBeyond(intake::DotSize size, std::int32_t row,
                                          std::int32_t column, const Settings& settings) {
     const intake::DotSize ticket = ticketDots(settings);

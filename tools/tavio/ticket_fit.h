@@ -1,4 +1,4 @@
-// Whether a picture comes out on the ticket at all, and whether all of it does.
+// Checking whether a picture fits on the ticket.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@
 
 namespace tavio::tool {
 
-// The size of the ticket in dots as it is read: in portrait the width is the printable one, which
-// is a little less than the paper's.
+// The size of the upright ticket in dots. In portrait the width is the printable one, which is a
+// little less than the paper's.
 intake::DotSize ticketDots(const Settings& settings);
 
-// What is worth a warning before a picture or page of `size` dots goes out: nothing of it prints (a
-// print needs 8 rows, a logo 16), or it reaches beyond the ticket. For a logo, whose place is not
-// known yet, row and column are 0. An empty size gives no warning: the library refuses it with a
-// notice. Sentences without a full stop.
+// The warnings about a picture or page of `size` dots: nothing of it prints (a print needs 8 rows,
+// a logo 16), or it reaches past the ticket. For a logo, whose place is not known yet, row and
+// column are 0. An empty size gives no warning: the library refuses it with a notice. Sentences
+// without a full stop.
 std::vector<std::string> fitWarnings(intake::DotSize size, Use use, std::int32_t row,
                                      std::int32_t column, const Settings& settings);
 

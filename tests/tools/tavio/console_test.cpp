@@ -42,10 +42,10 @@ class Screen {
 const std::string kWipe = "\r\x1B[K";
 
 // A terminal whose stages and progress are due after so long.
-Display displayAfter(milliseconds patience) {
+Display displayAfter(milliseconds delay) {
     Display display;
-    display.patience = patience;
-    display.progressPatience = patience;
+    display.delay = delay;
+    display.progressDelay = delay;
     display.redraw = milliseconds(1);
     return display;
 }

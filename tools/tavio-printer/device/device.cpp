@@ -16,11 +16,11 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 
-// Bytes asked for at once where a full buffer does not hold them back.
+// The limit on bytes at once if the buffer does not limit them.
 constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
-bool isZeroOrWithin(double value, double least, double most) {
-    return value == 0 || (value >= least && value <= most);
+bool isZeroOrWithin(double value, double min, double limit) {
+    return value == 0 || (value >= min && value <= limit);
 }
 
 DeviceSettings checked(const DeviceSettings& settings) {
@@ -43,7 +43,7 @@ DeviceSettings checked(const DeviceSettings& settings) {
     return settings;
 }
 
-// How long a ticket takes to pass the head.
+// The time that a ticket takes to pass the head.
 std::chrono::nanoseconds passingTime(const DeviceSettings& settings) {
     if (settings.physics.millimetresPerSecond == 0) return std::chrono::nanoseconds(0);
     const TicketSize& size = settings.printer.size;
@@ -54,9 +54,9 @@ std::chrono::nanoseconds passingTime(const DeviceSettings& settings) {
 
 }  // namespace
 
-class Device::Works {
+class Device::Impl {
   public:
-    Works(const DeviceSettings& settings, OnTicket onTicket);
+    Impl(const DeviceSettings& settings, OnTicket onTicket);
 
     void connect(Time now);
     void endOfStream(Time now);
@@ -75,41 +75,41 @@ class Device::Works {
     DeviceState state() const;
 
   private:
-    bool isOut() const;  // of paper
+    bool isOutOfPaper() const;
     bool isListening() const;
     std::uint64_t untilFault() const;
     std::size_t bufferRoom() const;
 
     std::optional<Time> nextChange() const;
-    void happenNow();
+    void processDueEvents();
     void work();
-    bool workStep();
-    void workOn(std::span<const Byte>& bytes);
+    bool doStep();
+    void interpret(std::span<const Byte>& bytes);
     void ticketOut(DeviceTicket ticket);
 
     const DeviceSettings settings_;
     OnTicket onTicket_;
 
-    Time now_;  // of what is happening
+    Time now_;  // of the present call
     ReceiveBuffer buffer_;
     LinkRate link_;
     ReplyQueue replies_;
     JobStream job_;
-    const std::chrono::nanoseconds passingTime_;  // behind job_, which knows sizes that cannot be
+    const std::chrono::nanoseconds passingTime_;  // after job_, which checks the sizes
 
     bool connected_ = false;
     bool ended_ = false;           // no more bytes will come
-    bool streaming_ = false;       // the stream's last ticket is not out
-    std::optional<Time> silence_;  // when a client that has sent nothing is answered
+    bool streaming_ = false;       // the stream's last ticket has not come out
+    std::optional<Time> silence_;  // when a silent client gets an answer
     std::uint64_t received_ = 0;
     std::uint64_t connection_ = 0;
 
-    std::optional<Time> moving_;  // when the paper is through
+    std::optional<Time> moving_;  // when the paper stops
     std::uint64_t tickets_ = 0;
     std::uint64_t sincePaper_ = 0;
 };
 
-Device::Works::Works(const DeviceSettings& settings, OnTicket onTicket)
+Device::Impl::Impl(const DeviceSettings& settings, OnTicket onTicket)
     : settings_(checked(settings)),
       onTicket_(std::move(onTicket)),
       buffer_(settings.physics.receiveBuffer),
@@ -118,7 +118,7 @@ Device::Works::Works(const DeviceSettings& settings, OnTicket onTicket)
       job_(settings.printer, [this](DeviceTicket ticket) { ticketOut(std::move(ticket)); }),
       passingTime_(passingTime(settings)) {}
 
-void Device::Works::connect(Time now) {
+void Device::Impl::connect(Time now) {
     advance(now);
     if (!isFree()) return;
     connected_ = true;
@@ -131,14 +131,14 @@ void Device::Works::connect(Time now) {
     if (replies_.hasText() && !settings_.faults.neverRead) silence_ = now_ + Reply::kSilence;
 }
 
-void Device::Works::endOfStream(Time now) {
+void Device::Impl::endOfStream(Time now) {
     advance(now);
     if (!connected_ || settings_.faults.neverRead) return;
     ended_ = true;
     work();
 }
 
-void Device::Works::disconnect(Time now) {
+void Device::Impl::disconnect(Time now) {
     advance(now);
     if (!connected_) return;
     connected_ = false;
@@ -148,36 +148,36 @@ void Device::Works::disconnect(Time now) {
     replies_.clear();
 }
 
-bool Device::Works::isOut() const {
+bool Device::Impl::isOutOfPaper() const {
     const auto& after = settings_.faults.paperOutAfter;
     return after && sincePaper_ >= *after;
 }
 
-// Bytes are taken from the client, as far as there is room.
-bool Device::Works::isListening() const {
+// True if bytes are taken from the client while there is room.
+bool Device::Impl::isListening() const {
     return connected_ && !ended_ && !settings_.faults.neverRead && wish() == ConnectionWish::kKeep;
 }
 
-// Bytes that may still come before the connection ends by a fault.
-std::uint64_t Device::Works::untilFault() const {
-    std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+// The number of bytes before a fault ends the connection.
+std::uint64_t Device::Impl::untilFault() const {
+    std::uint64_t limit = std::numeric_limits<std::uint64_t>::max();
     for (const auto& after : {settings_.faults.resetAfter, settings_.faults.closeAfter}) {
-        if (after) most = std::min(most, std::max(*after, received_) - received_);
+        if (after) limit = std::min(limit, std::max(*after, received_) - received_);
     }
-    return most;
+    return limit;
 }
 
-std::size_t Device::Works::bufferRoom() const {
+std::size_t Device::Impl::bufferRoom() const {
     return settings_.physics.dropWhenFull ? kMaxAtOnce : buffer_.room();
 }
 
-std::size_t Device::Works::room(Time now) const {
+std::size_t Device::Impl::room(Time now) const {
     if (!isListening()) return 0;
-    const std::uint64_t most = std::min(link_.available(now), untilFault());
-    return static_cast<std::size_t>(std::min<std::uint64_t>(most, bufferRoom()));
+    const std::uint64_t limit = std::min(link_.available(now), untilFault());
+    return static_cast<std::size_t>(std::min<std::uint64_t>(limit, bufferRoom()));
 }
 
-void Device::Works::receive(std::span<const Byte> bytes, Time now) {
+void Device::Impl::receive(std::span<const Byte> bytes, Time now) {
     advance(now);
     const std::size_t count = std::min(bytes.size(), room(now_));
     if (count == 0) return;
@@ -185,32 +185,32 @@ void Device::Works::receive(std::span<const Byte> bytes, Time now) {
     link_.take(count, now_);
     received_ += count;
     silence_.reset();
-    workOn(bytes);
+    interpret(bytes);
     const std::size_t kept = std::min(bytes.size(), buffer_.room());
     buffer_.add(bytes.first(kept));
     buffer_.addLoss(bytes.size() - kept);
 }
 
-// Interprets bytes without taking them through the buffer, which is empty while nothing holds them
-// up; what is left of them is what something does hold up.
-void Device::Works::workOn(std::span<const Byte>& bytes) {
-    while (!bytes.empty() && !moving_ && !isOut()) {
+// Interprets bytes without the buffer, which is empty, until the paper moves or is out; the rest
+// stays in `bytes`.
+void Device::Impl::interpret(std::span<const Byte>& bytes) {
+    while (!bytes.empty() && !moving_ && !isOutOfPaper()) {
         bytes = bytes.subspan(job_.feed(bytes));
     }
 }
 
-void Device::Works::work() {
-    while (workStep()) {
+void Device::Impl::work() {
+    while (doStep()) {
     }
 }
 
-// One thing that can be done now; false when there is none.
-bool Device::Works::workStep() {
+// Does one thing that can be done now; false if there is none.
+bool Device::Impl::doStep() {
     if (moving_) return false;
     if (!buffer_.empty()) {
-        if (isOut()) return false;
+        if (isOutOfPaper()) return false;
         if (const std::uint64_t lost = buffer_.takeLoss(); lost != 0) {
-            job_.lost(lost);
+            job_.addLoss(lost);
         } else {
             buffer_.drop(job_.feed(buffer_.front()));
         }
@@ -222,7 +222,7 @@ bool Device::Works::workStep() {
     return true;
 }
 
-void Device::Works::ticketOut(DeviceTicket ticket) {
+void Device::Impl::ticketOut(DeviceTicket ticket) {
     ++tickets_;
     ++sincePaper_;
     if (passingTime_.count() != 0) moving_ = now_ + passingTime_;
@@ -230,8 +230,8 @@ void Device::Works::ticketOut(DeviceTicket ticket) {
     if (onTicket_) onTicket_(std::move(ticket));
 }
 
-// The next time at which the device itself changes.
-std::optional<Device::Time> Device::Works::nextChange() const {
+// The next time at which the device changes by itself.
+std::optional<Device::Time> Device::Impl::nextChange() const {
     std::optional<Time> first = moving_;
     for (const auto& time : {silence_, replies_.next()}) {
         if (time && (!first || *time < *first)) first = time;
@@ -239,7 +239,7 @@ std::optional<Device::Time> Device::Works::nextChange() const {
     return first;
 }
 
-void Device::Works::happenNow() {
+void Device::Impl::processDueEvents() {
     if (silence_ && *silence_ <= now_) {
         silence_.reset();
         replies_.add(now_);
@@ -251,16 +251,16 @@ void Device::Works::happenNow() {
     }
 }
 
-void Device::Works::advance(Time now) {
+void Device::Impl::advance(Time now) {
     for (auto next = nextChange(); next && *next <= now; next = nextChange()) {
         now_ = std::max(now_, *next);
-        happenNow();
+        processDueEvents();
     }
     now_ = std::max(now_, now);
     link_.advance(now_);
 }
 
-std::optional<Device::Time> Device::Works::nextEvent() const {
+std::optional<Device::Time> Device::Impl::nextEvent() const {
     std::optional<Time> first = nextChange();
     if (isListening() && bufferRoom() > 0) {
         const auto portion = link_.nextPortion();
@@ -269,12 +269,12 @@ std::optional<Device::Time> Device::Works::nextEvent() const {
     return first;
 }
 
-std::string Device::Works::takeReply(Time now) {
+std::string Device::Impl::takeReply(Time now) {
     advance(now);
     return replies_.take();
 }
 
-ConnectionWish Device::Works::wish() const {
+ConnectionWish Device::Impl::wish() const {
     if (!connected_) return ConnectionWish::kKeep;
     const auto reached = [this](const std::optional<std::uint64_t>& after) {
         return after && received_ >= *after;
@@ -284,64 +284,64 @@ ConnectionWish Device::Works::wish() const {
     return ConnectionWish::kKeep;
 }
 
-bool Device::Works::isDone() const {
+bool Device::Impl::isDone() const {
     return ended_ && !streaming_ && !moving_ && !silence_ && replies_.empty();
 }
 
-void Device::Works::loadPaper(Time now) {
+void Device::Impl::loadPaper(Time now) {
     advance(now);
     sincePaper_ = 0;
     work();
 }
 
-DeviceState Device::Works::state() const {
-    return {connected_, isOut(),  moving_.has_value(), buffer_.size(),
-            received_,  tickets_, job_.logoBytes()};
+DeviceState Device::Impl::state() const {
+    return {connected_, isOutOfPaper(), moving_.has_value(), buffer_.size(),
+            received_,  tickets_,       job_.logoBytes()};
 }
 
 Device::Device(const DeviceSettings& settings, OnTicket onTicket)
-    : works_(std::make_unique<Works>(settings, std::move(onTicket))) {}
+    : impl_(std::make_unique<Impl>(settings, std::move(onTicket))) {}
 
 Device::~Device() = default;
 
 void Device::connect(Time now) {
-    works_->connect(now);
+    impl_->connect(now);
 }
 void Device::endOfStream(Time now) {
-    works_->endOfStream(now);
+    impl_->endOfStream(now);
 }
 void Device::disconnect(Time now) {
-    works_->disconnect(now);
+    impl_->disconnect(now);
 }
 bool Device::isFree() const {
-    return works_->isFree();
+    return impl_->isFree();
 }
 std::size_t Device::room(Time now) const {
-    return works_->room(now);
+    return impl_->room(now);
 }
 void Device::receive(std::span<const Byte> bytes, Time now) {
-    works_->receive(bytes, now);
+    impl_->receive(bytes, now);
 }
 void Device::advance(Time now) {
-    works_->advance(now);
+    impl_->advance(now);
 }
 std::optional<Device::Time> Device::nextEvent() const {
-    return works_->nextEvent();
+    return impl_->nextEvent();
 }
 std::string Device::takeReply(Time now) {
-    return works_->takeReply(now);
+    return impl_->takeReply(now);
 }
 ConnectionWish Device::wish() const {
-    return works_->wish();
+    return impl_->wish();
 }
 bool Device::isDone() const {
-    return works_->isDone();
+    return impl_->isDone();
 }
 void Device::loadPaper(Time now) {
-    works_->loadPaper(now);
+    impl_->loadPaper(now);
 }
 DeviceState Device::state() const {
-    return works_->state();
+    return impl_->state();
 }
 
 }  // namespace tavio::virtual_printer

@@ -1,9 +1,9 @@
-// The printer as a device: what is between a connection and the paper. A receive buffer, the speed
-// of the link and of the paper, the end of the paper, and the faults that printers have.
+// The printer's device, between a connection and the paper: a receive buffer, the speeds of link
+// and paper, the end of the paper, and the faults that printers have.
 //
-// It has no clock and no socket of its own: the caller says what time it is and what the client
-// did, asks what the device does to the connection, and asks when to come back. So the same device
-// stands behind a TCP port, behind a pseudo-terminal, and in tests whose clock is a variable.
+// It has no clock and no socket. The caller passes the time and the client's actions, and asks for
+// the device's action on the connection and for its next event. So the same device works on a TCP
+// port, on a pseudo-terminal, and in tests whose clock is a variable.
 #pragma once
 
 #include <chrono>
@@ -22,19 +22,21 @@
 namespace tavio::virtual_printer {
 
 struct Physics {
-    // Bytes received and not yet interpreted that there is room for, 1 to kMaxReceiveBuffer.
+    // The size of the buffer for received bytes that have not been interpreted, 1 to
+    // kMaxReceiveBuffer.
     std::size_t receiveBuffer = std::size_t{64} << 10U;
 
-    // What becomes of bytes that there is no room for: they wait with the sender, or are lost (and
-    // are a problem of the ticket).
+    // If the buffer is full: false: the sender waits; true: further bytes are dropped (and are a
+    // problem of the ticket).
     bool dropWhenFull = false;
 
-    // Of the link, 0.001 to 100,000,000; 0: no limit. A byte never comes before its time; it comes
-    // up to 10 ms after it, with others. What an idle link saves up is at most 50 ms worth.
+    // The link's speed, 0.001 to 100,000,000; 0: no limit. A byte never comes before its time, but
+    // up to 10 ms after it, together with others. After a pause, at most the bytes of 50 ms come at
+    // once.
     double bytesPerSecond = 0;
 
-    // Paper passes the head at this speed once a ticket ends, 0.01 to 100,000; until the ticket's
-    // height is through, nothing is interpreted. 0: at once.
+    // The paper's speed, 0.01 to 100,000; 0: no limit. After a ticket the paper moves by the
+    // ticket's height, and nothing is interpreted meanwhile.
     double millimetresPerSecond = 0;
 };
 
@@ -42,28 +44,28 @@ inline constexpr std::size_t kMaxReceiveBuffer = std::size_t{16} << 20U;
 inline constexpr double kMinMillimetresPerSecond = 0.01;
 inline constexpr double kMaxMillimetresPerSecond = 100000;
 
-// All of a connection; each connection begins anew.
+// Faults of each connection.
 struct Faults {
-    // Bytes are not taken from the connection at all, its end is not noticed, and nothing is
-    // answered.
+    // No byte is read from the connection, its end is not noticed, and nothing is answered.
     bool neverRead = false;
 
-    // Bytes received, lost ones included; then the connection is reset, or closed. Exactly so many
-    // are received, never more.
+    // The connection is reset, or closed, after exactly so many received bytes, dropped ones
+    // included.
     std::optional<std::uint64_t> resetAfter = std::nullopt;
     std::optional<std::uint64_t> closeAfter = std::nullopt;
 
-    // Once so many tickets have come out since the start, or since loadPaper(), nothing is
-    // interpreted until loadPaper(). With 0 nothing ever is.
+    // After so many tickets since the start or the last loadPaper(), nothing is interpreted until
+    // loadPaper(). With 0 there is never paper.
     std::optional<std::uint64_t> paperOutAfter = std::nullopt;
 };
 
 struct Reply {
     // Sent after each ticket, and to a client that has sent nothing for kSilence since it
-    // connected. At most kMaxReplyTextBytes; "": never. Of answers that nobody takes 1,000 are kept.
+    // connected. At most kMaxReplyTextBytes; "": never. At most 1,000 answers wait.
     std::string text{};
 
-    // From the ticket's end, or the end of the silence, to the answer; at most kMaxReplyDelay.
+    // The delay from the ticket's end, or the end of the silence, to the answer; at most
+    // kMaxReplyDelay.
     std::chrono::milliseconds delay{0};
 
     static constexpr std::chrono::milliseconds kSilence{200};
@@ -81,7 +83,7 @@ struct DeviceSettings {
     Reply reply{};
 };
 
-// What the device wants done to the client's connection.
+// The device's action on the client's connection.
 enum class ConnectionWish : std::uint8_t { kKeep, kClose, kReset };
 
 struct DeviceState {
@@ -96,14 +98,13 @@ struct DeviceState {
     bool operator==(const DeviceState&) const = default;
 };
 
-// One client at a time: whoever comes meanwhile waits at the door. Logos outlive connections. Takes
-// a bounded amount of memory whatever comes: the receive buffer, the logo memory, one ticket with
-// its problems and its kMaxTicketBytes, and the answers.
+// Serves one client at a time; others wait at the door. Logos outlive connections. Its memory is
+// bounded: the receive buffer, the logo memory, one ticket with its problems and its
+// kMaxTicketBytes, and the answers.
 //
-// What it does depends on what it is told and on the times given alone: it is the same however the
-// bytes of one moment are cut into calls, and however often advance() is called. Times should not go
-// back; one that does counts as the latest. OnTicket is called within the calls, and must not call
-// the device.
+// Its behaviour depends only on the bytes and the times. It does not matter how the bytes of one
+// moment are cut into calls, or how often advance() is called. Times should not go back; an earlier
+// time counts as the latest one. OnTicket is called within the calls, and must not call the device.
 //
 //   device.connect(now);
 //   while (...) {
@@ -126,52 +127,52 @@ class Device {
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
 
-    // A client is there: a new stream begins. Without effect while the device is not free.
+    // A client connects: a new stream begins. No effect unless isFree().
     void connect(Time now);
 
-    // The client will send no more. What it sent is still interpreted, and the last ticket comes
-    // out when that is done.
+    // The client sends no more. The rest of its bytes is still interpreted; then the last ticket
+    // comes out.
     void endOfStream(Time now);
 
-    // The client is gone, in whatever way. What was received is still interpreted, as a printer
-    // with a buffer does; the next client waits until then (isFree()).
+    // The client has disconnected. As in a printer with a buffer, the received bytes are still
+    // interpreted; the next client waits until then (isFree()).
     void disconnect(Time now);
 
-    // Whether a client may connect.
+    // True if a client may connect.
     bool isFree() const;
 
-    // How many bytes may be given to receive() now. With dropWhenFull, bytes for which the buffer
-    // has no room count too. 0 while the link's speed, the buffer or a fault says wait, and without
-    // a client. What would be due by now, but has not been advanced to, is not yet counted.
+    // The number of bytes that receive() takes now. With dropWhenFull, bytes that do not fit into
+    // the buffer count too. 0 while the link's speed, the buffer or a fault forbids more, and
+    // without a client. Call advance() first: events that are due count only after it.
     std::size_t room(Time now) const;
 
     // Takes the first room(now) of the bytes and ignores the rest.
     void receive(std::span<const Byte> bytes, Time now);
 
-    // Has everything happen that is due by now.
+    // Processes all events that are due by now.
     void advance(Time now);
 
-    // When something will be due without anything from outside; none when nothing will. A reply
+    // The time of the next event that needs no call from outside; none if there is none. A reply
     // that is due already does not count.
     std::optional<Time> nextEvent() const;
 
-    // Bytes for the client that are due; "" most of the time.
+    // The bytes for the client that are due; often "".
     std::string takeReply(Time now);
 
     ConnectionWish wish() const;
 
-    // After endOfStream(): everything has been interpreted, the paper of the last ticket is through
-    // and all replies have been taken. The device is ready to close its side.
+    // After endOfStream(): true if all bytes have been interpreted, the paper has stopped and all
+    // replies have been taken, so that the device can close its side.
     bool isDone() const;
 
-    // New paper: what paperOutAfter stopped goes on, and it counts anew.
+    // Loads new paper: the device continues, and paperOutAfter counts from 0 again.
     void loadPaper(Time now);
 
     DeviceState state() const;
 
   private:
-    class Works;
-    std::unique_ptr<Works> works_;
+    class Impl;
+    std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace tavio::virtual_printer

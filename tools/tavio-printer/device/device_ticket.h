@@ -1,4 +1,4 @@
-// What comes out of the device.
+// The tickets that come out of the device.
 #pragma once
 
 #include <cstddef>
@@ -10,11 +10,11 @@
 
 namespace tavio::virtual_printer {
 
-// A ticket that came out, complete in itself. Its paper begins to move when it is handed over.
+// A finished ticket with all its data. Its paper begins to move when it is handed over.
 //
-// At the end of a stream the last ticket comes out if something is on it, or if bytes came but no
-// ticket; or else, blank, if there are problems with what came after the last ticket. A client that
-// sent nothing gets none.
+// At the end of a stream the last ticket comes out if something was drawn on it, if the stream had
+// bytes but no ticket, or if there are problems after the last ticket. A client that sent nothing
+// gets none.
 struct DeviceTicket {
     Ticket ticket;
     Orientation orientation;
@@ -23,7 +23,7 @@ struct DeviceTicket {
     std::uint64_t connection;   // from 1
     std::uint64_t number;       // of its stream, from 1
     std::uint64_t beginOffset;  // in the stream
-    std::vector<Byte> bytes;    // at most kMaxTicketBytes; more are not kept
+    std::vector<Byte> bytes;    // at most kMaxTicketBytes are kept
     std::uint64_t byteCount;    // all of them
     ProblemList problems;       // of this ticket, offsets from the ticket's first byte
 };

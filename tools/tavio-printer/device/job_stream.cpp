@@ -41,7 +41,7 @@ std::size_t JobStream::feed(std::span<const Byte> bytes) {
     return taken;
 }
 
-void JobStream::lost(std::uint64_t count) {
+void JobStream::addLoss(std::uint64_t count) {
     const std::string bytes = count == 1 ? std::string(" byte was") : std::string(" bytes were");
     problems_.add(byteCount_,
                   std::to_string(count) + bytes + " lost here: the receive buffer was full");
@@ -102,7 +102,7 @@ void JobStream::takeProblems() {
     for (const Problem& problem : found.kept()) {
         problems_.add(std::max(problem.offset, begin_) - begin_, problem.text);
     }
-    // With so many, the list has long been full: these only count.
+    // The list is full long before: these are only counted.
     for (std::uint64_t n = found.kept().size(); n < found.count(); ++n) problems_.add(0, {});
     printer_.forgetProblems();
 }

@@ -1,4 +1,4 @@
-// A connection's stream through the interpreter, ticket by ticket.
+// Interprets a connection's stream, ticket by ticket.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace tavio::virtual_printer {
 
-// Cuts the stream exactly where tickets end, and gathers for each its bytes and its problems.
+// Splits the stream at the ends of tickets, and collects the bytes and problems of each ticket.
 class JobStream {
   public:
     using OnTicket = std::function<void(DeviceTicket)>;
@@ -28,11 +28,11 @@ class JobStream {
     // Takes bytes up to and including the one that ends a ticket, or all. Returns how many.
     std::size_t feed(std::span<const Byte> bytes);
 
-    // Bytes that should be here are not.
-    void lost(std::uint64_t count);
+    // So many bytes were dropped at this place of the stream.
+    void addLoss(std::uint64_t count);
 
-    // The end of the stream. The last ticket comes out if something was printed on it, if bytes
-    // came but no ticket, and, blank, if what came after the last ticket had problems.
+    // The end of the stream. The last ticket comes out if something was drawn on it, if the stream
+    // had bytes but no ticket, or if there are problems after the last ticket.
     void finish();
 
     std::size_t logoBytes() const { return printer_.logoMemoryUsed(); }
@@ -48,8 +48,8 @@ class JobStream {
     OnTicket onTicket_;
     Printer printer_;
     std::uint64_t connection_ = 0;
-    std::uint64_t tickets_ = 0;             // of the stream that came out
-    std::optional<DeviceTicket> finished_;  // came out in the feed() or finish() that is going on
+    std::uint64_t tickets_ = 0;             // of the stream so far
+    std::optional<DeviceTicket> finished_;  // came out in the present feed() or finish()
 
     // The ticket in the printer.
     std::uint64_t begin_ = 0;

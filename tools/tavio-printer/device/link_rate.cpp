@@ -16,7 +16,7 @@ constexpr double kUnitsPerByte = 1000;
 constexpr std::int64_t kPortion = nanoseconds(std::chrono::milliseconds(10)).count();
 constexpr std::int64_t kBurst = nanoseconds(std::chrono::milliseconds(50)).count();
 
-// What keeps all of it within 64 bits.
+// All of it fits into 64 bits.
 static_assert(LinkRate::kMaxBytesPerSecond * kUnitsPerByte * static_cast<double>(kBurst) < 9e18);
 
 }  // namespace
@@ -49,8 +49,8 @@ std::uint64_t LinkRate::available(Time now) const {
 void LinkRate::take(std::uint64_t count, Time now) {
     if (perNanosecond_ == 0) return;
     advance(now);
-    const std::uint64_t most = available(now);
-    credit_ -= static_cast<std::int64_t>(std::min(count, most)) * kByte;
+    const std::uint64_t limit = available(now);
+    credit_ -= static_cast<std::int64_t>(std::min(count, limit)) * kByte;
     if (credit_ < kByte) open_ = false;
 }
 

@@ -1,4 +1,4 @@
-// How many bytes a link of a given speed has brought by a given time.
+// The number of bytes that a link of a given speed has carried by a given time.
 #pragma once
 
 #include <chrono>
@@ -7,10 +7,10 @@
 
 namespace tavio::virtual_printer {
 
-// Counts in whole units of 10^-12 byte, so that nothing drifts however often it is asked.
+// Counts in whole units of 10^-12 byte, so that frequent calls cause no drift.
 //
-// Bytes come in portions: once all that the link has brought is taken, there is nothing more until
-// it has brought 10 ms worth, or one byte. An idle link saves up 50 ms worth, or one byte.
+// Bytes come in portions: after all bytes are taken, the next ones come after 10 ms, or when there
+// is one byte. An idle link keeps the bytes of 50 ms, or one byte.
 class LinkRate {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -18,19 +18,19 @@ class LinkRate {
     static constexpr double kMinBytesPerSecond = 0.001;
     static constexpr double kMaxBytesPerSecond = 1e8;
 
-    // 0: no limit. Otherwise within the two limits, and rounded to thousandths.
+    // 0: no limit. Otherwise between the two limits, and rounded to thousandths.
     explicit LinkRate(double bytesPerSecond);
 
-    // The link begins, with nothing brought.
+    // Starts the link without bytes.
     void begin(Time now);
 
-    // Bytes that may be taken now; the largest number where there is no limit.
+    // The number of bytes that may be taken now; the largest number if there is no limit.
     std::uint64_t available(Time now) const;
 
-    // At most as many as are available.
+    // Takes at most available(now) bytes.
     void take(std::uint64_t count, Time now);
 
-    // When the next portion will be there, where all that came has been taken.
+    // The time of the next portion, if all bytes have been taken.
     std::optional<Time> nextPortion() const;
 
     void advance(Time now);
@@ -42,7 +42,7 @@ class LinkRate {
     std::int64_t portion_;
     std::int64_t burst_;
     std::int64_t credit_ = 0;
-    bool open_ = false;  // a portion came, and is not used up
+    bool open_ = false;  // a portion has come and is not used up
     Time last_;
 };
 

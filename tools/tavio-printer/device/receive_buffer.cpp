@@ -28,7 +28,7 @@ void ReceiveBuffer::addLoss(std::uint64_t count) {
 }
 
 std::uint64_t ReceiveBuffer::takeLoss() {
-    if (losses_.empty() || losses_.front().behind != 0) return 0;
+    if (losses_.empty() || losses_.front().bytesBefore != 0) return 0;
     const std::uint64_t count = losses_.front().count;
     losses_.pop_front();
     return count;
@@ -36,14 +36,14 @@ std::uint64_t ReceiveBuffer::takeLoss() {
 
 std::span<const Byte> ReceiveBuffer::front() const {
     std::size_t count = std::min(size_, capacity_ - begin_);
-    if (!losses_.empty()) count = std::min(count, losses_.front().behind);
+    if (!losses_.empty()) count = std::min(count, losses_.front().bytesBefore);
     return std::span(ring_).subspan(count == 0 ? 0 : begin_, count);
 }
 
 void ReceiveBuffer::drop(std::size_t count) {
     begin_ = (begin_ + count) % capacity_;
     size_ -= count;
-    (losses_.empty() ? sinceLoss_ : losses_.front().behind) -= count;
+    (losses_.empty() ? sinceLoss_ : losses_.front().bytesBefore) -= count;
 }
 
 }  // namespace tavio::virtual_printer

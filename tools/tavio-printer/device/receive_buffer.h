@@ -1,4 +1,4 @@
-// The bytes that a printer has received and not yet interpreted.
+// The received bytes that have not been interpreted yet.
 #pragma once
 
 #include <cstddef>
@@ -11,16 +11,16 @@
 
 namespace tavio::virtual_printer {
 
-// First in, first out, up to a capacity; and where between the bytes others were lost. It takes
-// its capacity in memory once something waits in it.
+// A queue of bytes with a capacity, and the places between them at which bytes were dropped. It
+// takes memory for its capacity with the first byte.
 class ReceiveBuffer {
   public:
-    // Places of losses that are told apart; later losses are added to the last place.
+    // The maximum number of places; later losses are added to the last place.
     static constexpr std::size_t kMaxLosses = 4096;
 
     explicit ReceiveBuffer(std::size_t capacity) : capacity_(capacity) {}
 
-    // Neither bytes nor losses.
+    // True if there are neither bytes nor losses.
     bool empty() const { return size_ == 0 && losses_.empty(); }
     std::size_t size() const { return size_; }
     std::size_t room() const { return capacity_ - size_; }
@@ -28,20 +28,20 @@ class ReceiveBuffer {
     // At most room() bytes.
     void add(std::span<const Byte> bytes);
 
-    // So many bytes were lost after those that are in the buffer.
+    // So many bytes were dropped after those in the buffer.
     void addLoss(std::uint64_t count);
 
-    // Bytes lost in front of everything; 0 when none were. They are told once.
+    // Removes and returns the number of bytes dropped before the first one; 0 if none were.
     std::uint64_t takeLoss();
 
-    // The first bytes, those of them that lie in one piece and have no loss between them. Not
-    // empty unless the buffer is, or a loss is in front.
+    // The first bytes up to the next loss or the end of the memory. Empty only if the buffer is, or
+    // if a loss comes first.
     std::span<const Byte> front() const;
     void drop(std::size_t count);
 
   private:
     struct Loss {
-        std::size_t behind;  // bytes between the loss before it, or the front, and this one
+        std::size_t bytesBefore;  // bytes between the previous loss, or the front, and this one
         std::uint64_t count;
     };
 
@@ -50,7 +50,7 @@ class ReceiveBuffer {
     std::size_t begin_ = 0;
     std::size_t size_ = 0;
     std::deque<Loss> losses_;
-    std::size_t sinceLoss_ = 0;  // bytes behind the last loss
+    std::size_t sinceLoss_ = 0;  // bytes after the last loss
 };
 
 }  // namespace tavio::virtual_printer

@@ -1,4 +1,4 @@
-// What a printer answers, and when.
+// The printer's answers and their times.
 #pragma once
 
 #include <chrono>
@@ -11,12 +11,12 @@
 
 namespace tavio::virtual_printer {
 
-// The same text again and again, each time after a delay.
+// Answers with the same text, each after a delay.
 class ReplyQueue {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    // Answers that nobody has taken; a printer says no more until somebody does.
+    // The limit on answers that wait; further ones are dropped.
     static constexpr std::size_t kMaxWaiting = 1000;
 
     ReplyQueue(std::string text, std::chrono::milliseconds delay)
@@ -27,12 +27,12 @@ class ReplyQueue {
     // One answer, the delay after this time. Times must not go back.
     void add(Time cause);
 
-    // None waits, whether due or not.
+    // True if no answer waits, due or not.
     bool empty() const { return due_ == 0 && later_.empty(); }
 
-    std::optional<Time> next() const;  // when one more will be due
+    std::optional<Time> next() const;  // when the next one is due
     void advance(Time now);
-    std::string take();  // all that are due
+    std::string take();  // all answers that are due
     void clear();
 
   private:

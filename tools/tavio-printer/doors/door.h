@@ -1,4 +1,4 @@
-// Where clients come in, and what can be done with one.
+// A door: a listener for clients, and a connected client.
 #pragma once
 
 #include <cstddef>
@@ -11,39 +11,39 @@
 
 namespace tavio::virtual_printer {
 
-// What came of reading from a client.
+// The result of reading from a client.
 struct Received {
     enum class Outcome : std::uint8_t {
         kBytes,  // `count` of them, 1 or more
         kNothing,
-        kEnd,   // it will send no more; it may still read
-        kGone,  // it is no longer there
+        kEnd,   // it sends no more; it may still read
+        kGone,  // it has disconnected
     };
 
     Outcome outcome = Outcome::kNothing;
     std::size_t count = 0;
 };
 
-// A connected client. Nothing of it blocks.
+// A connected client. No operation blocks.
 class Client {
   public:
     Client() = default;
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
-    virtual ~Client() = default;  // closes the connection, if that has not been done
+    virtual ~Client() = default;  // closes the connection if it is open
 
     virtual int descriptor() const = 0;  // to poll
     virtual Received read(std::span<Byte> room) = 0;
 
-    // Sends the beginning of the text, as much as goes, and removes it there. False when the client
-    // is gone.
+    // Sends as much of the text's beginning as possible and removes it from the text. False if the
+    // client has disconnected.
     virtual bool write(std::string& text) = 0;
 
-    // Whether nothing can be read any more once poll() reports that the client has hung up.
+    // True if no byte can be read after poll() has reported a hang-up.
     virtual bool losesBytesAtHangUp() const = 0;
 
-    virtual void close() = 0;  // orderly: the client finds the end of the stream
-    virtual void reset() = 0;  // at once, with an error at the client where there is such a thing
+    virtual void close() = 0;  // orderly: the client reads the end of the stream
+    virtual void reset() = 0;  // at once; the client gets an error, if the transport can do that
 };
 
 class Door {
@@ -53,10 +53,10 @@ class Door {
     Door& operator=(const Door&) = delete;
     virtual ~Door() = default;
 
-    // Readable when a client is there; -1 where that has to be found out by accept() now and then.
+    // Readable when a client waits; -1 if the caller has to poll accept().
     virtual int descriptor() const = 0;
 
-    // Null when there is none. The door must outlive the client.
+    // Null if no client waits. The door must outlive the client.
     virtual std::unique_ptr<Client> accept() = 0;
 };
 

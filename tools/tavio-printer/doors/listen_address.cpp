@@ -19,7 +19,7 @@ bool isHost(std::string_view text) {
 
 std::optional<ListenAddress> parseListenAddress(std::string_view text, std::uint16_t usualPort) {
     std::string_view host = text;
-    std::string_view rest;  // behind the host
+    std::string_view rest;  // after the host
     if (text.starts_with('[')) {
         const std::size_t close = text.find(']');
         if (close == std::string_view::npos) return std::nullopt;

@@ -9,8 +9,8 @@
 namespace tavio::virtual_printer {
 
 struct ListenAddress {
-    std::string host;        // a name, or an address in numbers without brackets
-    std::uint16_t port = 0;  // 0: any that is free
+    std::string host;        // a name, or a numeric address without brackets
+    std::uint16_t port = 0;  // 0 chooses a free one
 
     bool operator==(const ListenAddress&) const = default;
 };
@@ -20,7 +20,7 @@ struct ListenAddress {
 // range, brackets that do not close.
 std::optional<ListenAddress> parseListenAddress(std::string_view text, std::uint16_t usualPort);
 
-// As it is written: "127.0.0.1:9100", "[::1]:9100".
+// In its written form: "127.0.0.1:9100", "[::1]:9100".
 std::string toText(const ListenAddress& address);
 
 }  // namespace tavio::virtual_printer

@@ -43,7 +43,7 @@ void setOption(int socket, int option, int value) {
     ::setsockopt(socket, SOL_SOCKET, option, &value, sizeof value);
 }
 
-// A listening socket; none, and the reason in `error`, where that fails.
+// A listening socket; on failure none, and the reason in `error`.
 machine::Descriptor tryAddress(const addrinfo& address, int backlog,
                                std::optional<std::size_t> receiveBuffer, int& error) {
     machine::Descriptor socket(

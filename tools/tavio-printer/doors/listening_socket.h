@@ -1,4 +1,4 @@
-// Sockets that listen.
+// Listening sockets.
 #pragma once
 
 #include <cstddef>
@@ -9,10 +9,10 @@
 
 namespace tavio::virtual_printer {
 
-// A non-blocking socket that listens on the first of the host's addresses that can be had, which no
-// other program shares. `address` gets the port that was found where any was asked for.
-// `receiveBuffer`: bytes that the system is asked to hold for each connection; none: as it likes.
-// Throws std::runtime_error, with one sentence, where the address cannot be listened on.
+// A non-blocking socket that listens on the first free one of the host's addresses, which no other
+// program shares. If the port is 0, `address` gets the chosen one. `receiveBuffer`: the size of
+// each connection's receive buffer; none: the system's default. Throws std::runtime_error, with one
+// sentence, if it cannot listen on the address.
 machine::Descriptor listenOn(ListenAddress& address, int backlog,
                              std::optional<std::size_t> receiveBuffer = std::nullopt);
 

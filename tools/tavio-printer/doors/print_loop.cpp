@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
-// Turned away in one turn, so that the client that is served gets its own.
+// The limit on clients that are refused in one turn, so that the served client gets its share.
 constexpr int kMaxAtATime = 64;
 
 }  // namespace
@@ -19,33 +19,33 @@ PrintLoop::PrintLoop(Device& device, std::vector<Door*> doors, bool oneClient)
 
 void PrintLoop::turn(Time now) {
     device_.advance(now);
-    if (lookAtDoors()) {
-        const bool opened = client_ ? turnAway() : letIn(now);
-        doorsTired_ = std::exchange(knocked_, false) && !opened;
+    if (pollsDoors()) {
+        const bool opened = client_ ? refuseClients() : acceptClient(now);
+        acceptFails_ = std::exchange(clientWaits_, false) && !opened;
     }
     if (!client_) return;
     readFrom(now);
-    if (client_) answer(now);
+    if (client_) sendReply(now);
     if (!client_) return;
 
     const ConnectionWish wish = device_.wish();
     if (wish == ConnectionWish::kReset) {
         client_->reset();
-        leave(now);
+        endClient(now);
     } else if (wish == ConnectionWish::kClose || (device_.isDone() && reply_.empty())) {
         client_->close();
-        leave(now);
+        endClient(now);
     }
 }
 
-// With a client there the doors are looked at only to turn others away. Without one, they stay shut
-// while the device still works on what the last one left.
-bool PrintLoop::lookAtDoors() const {
-    if (doorsClosed_) return false;
+// With a connected client the doors are polled only to refuse others. Without one, they stay closed
+// until the device has interpreted the bytes of the last client.
+bool PrintLoop::pollsDoors() const {
+    if (stopped_) return false;
     return client_ ? oneClient_ : device_.isFree();
 }
 
-bool PrintLoop::letIn(Time now) {
+bool PrintLoop::acceptClient(Time now) {
     for (Door* door : doors_) {
         client_ = door->accept();
         if (!client_) continue;
@@ -57,10 +57,10 @@ bool PrintLoop::letIn(Time now) {
     return false;
 }
 
-bool PrintLoop::turnAway() {
+bool PrintLoop::refuseClients() {
     bool any = false;
     for (Door* door : doors_) {
-        if (door->descriptor() < 0) continue;  // whoever is there may be the client itself
+        if (door->descriptor() < 0) continue;  // the waiting one may be the client itself
         for (int count = 0; count < kMaxAtATime; ++count) {
             const auto other = door->accept();
             if (!other) break;
@@ -91,17 +91,17 @@ void PrintLoop::readFrom(Time now) {
             device_.endOfStream(now);
             break;
         case Received::Outcome::kGone:
-            leave(now);
+            endClient(now);
             break;
     }
 }
 
-void PrintLoop::answer(Time now) {
+void PrintLoop::sendReply(Time now) {
     if (reply_.empty()) reply_ = device_.takeReply(now);
-    if (!reply_.empty() && !client_->write(reply_)) leave(now);
+    if (!reply_.empty() && !client_->write(reply_)) endClient(now);
 }
 
-void PrintLoop::leave(Time now) {
+void PrintLoop::endClient(Time now) {
     client_.reset();
     reply_.clear();
     device_.disconnect(now);
@@ -109,7 +109,7 @@ void PrintLoop::leave(Time now) {
 
 std::vector<pollfd> PrintLoop::descriptors(Time now) const {
     std::vector<pollfd> polled;
-    const bool looking = lookAtDoors() && !doorsTired_;
+    const bool looking = pollsDoors() && !acceptFails_;
     for (const Door* door : doors_) {
         polled.push_back({looking ? door->descriptor() : -1, POLLIN, 0});
     }
@@ -125,22 +125,22 @@ std::optional<PrintLoop::Time> PrintLoop::nextTurn(Time now) const {
     const bool blind = !client_ && std::any_of(doors_.begin(), doors_.end(), [](const Door* door) {
         return door->descriptor() < 0;
     });
-    if (lookAtDoors() && (blind || doorsTired_)) {
-        next = std::min(next.value_or(Time::max()), now + kLookOut);
+    if (pollsDoors() && (blind || acceptFails_)) {
+        next = std::min(next.value_or(Time::max()), now + kPollInterval);
     }
     return next;
 }
 
 void PrintLoop::waited(std::span<const pollfd> polled, Time now) {
     for (const pollfd& door : polled.first(doors_.size())) {
-        if (door.revents != 0) knocked_ = true;
+        if (door.revents != 0) clientWaits_ = true;
     }
     if (!client_) return;
     const pollfd& waited = polled.back();
     if ((waited.revents & (POLLHUP | POLLERR | POLLNVAL)) == 0) return;
-    if ((waited.events & POLLIN) != 0) return;  // reading finds out
+    if ((waited.events & POLLIN) != 0) return;  // read() reports it
     if (client_->losesBytesAtHangUp()) {
-        leave(now);
+        endClient(now);
         return;
     }
     hungUp_ = true;

@@ -1,4 +1,4 @@
-// What goes on between clients and a device, one turn after the other.
+// The loop between clients and a device, one turn after the other.
 #pragma once
 
 #include <chrono>
@@ -15,53 +15,53 @@
 
 namespace tavio::virtual_printer {
 
-// Knows the time from its caller. Not for more than one thread.
+// The caller passes the time. Used by one thread.
 class PrintLoop {
   public:
     using Time = Device::Time;
 
-    // Doors without a descriptor are looked at so often.
-    static constexpr std::chrono::milliseconds kLookOut{50};
+    // The interval at which doors without a descriptor are polled.
+    static constexpr std::chrono::milliseconds kPollInterval{50};
 
     // The device and the doors must outlive the loop.
     PrintLoop(Device& device, std::vector<Door*> doors, bool oneClient);
 
-    // Does what can be done now without waiting.
+    // Does everything that can be done without waiting.
     void turn(Time now);
 
-    // What to wait for then: descriptors for poll(), and a time.
+    // The descriptors for the next poll(), and the time at which it must end.
     std::vector<pollfd> descriptors(Time now) const;
     std::optional<Time> nextTurn(Time now) const;
 
-    // What poll() found with them.
+    // Takes the result of poll().
     void waited(std::span<const pollfd> polled, Time now);
 
-    // From now on nobody is let in.
-    void closeDoors() { doorsClosed_ = true; }
+    // Accepts no more clients.
+    void stopAccepting() { stopped_ = true; }
 
-    // Nobody is there, and nothing of what somebody sent is still to be interpreted.
+    // True if no client is connected and all received bytes have been interpreted.
     bool isIdle() const { return !client_ && device_.isFree(); }
 
   private:
-    bool letIn(Time now);
-    bool turnAway();
-    bool lookAtDoors() const;
+    bool acceptClient(Time now);
+    bool refuseClients();
+    bool pollsDoors() const;
     bool wantsBytes(Time now) const;
     void readFrom(Time now);
-    void answer(Time now);
-    void leave(Time now);
+    void sendReply(Time now);
+    void endClient(Time now);
 
     Device& device_;
     std::vector<Door*> doors_;
     bool oneClient_;
-    bool doorsClosed_ = false;
-    bool knocked_ = false;     // poll() says that somebody is at a door
-    bool doorsTired_ = false;  // but it is not possible to let them in: descriptors ran out
+    bool stopped_ = false;
+    bool clientWaits_ = false;  // poll() reports a waiting client
+    bool acceptFails_ = false;  // but accept() fails: no file descriptor is left
 
     std::unique_ptr<Client> client_;
-    bool ended_ = false;   // the client will send no more
-    bool hungUp_ = false;  // poll() would say so again and again
-    std::string reply_;    // on its way to the client
+    bool ended_ = false;   // the client sends no more
+    bool hungUp_ = false;  // poll() would report it again and again
+    std::string reply_;    // not sent to the client yet
     std::vector<Byte> bytes_;
 };
 

@@ -32,20 +32,20 @@ timespec timeUntil(Time time, Time now) {
 
 }  // namespace
 
-class PrintServer::Works {
+class PrintServer::Impl {
   public:
-    Works(const PrintServerSettings& settings, Device::OnTicket onTicket);
-    ~Works() { end(Time::min()); }
-    Works(const Works&) = delete;
-    Works& operator=(const Works&) = delete;
+    Impl(const PrintServerSettings& settings, Device::OnTicket onTicket);
+    ~Impl() { end(Time::min()); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
 
     const std::string& printAddress() const { return printAddress_; }
     const std::string& serialAddress() const { return serialAddress_; }
     DeviceState state() const;
     void loadPaper();
 
-    // Serves until then those who are there, and ends.
-    void end(Time atMost);
+    // Serves the present client until `deadline` at the latest, and ends.
+    void end(Time deadline);
 
   private:
     std::vector<Door*> doors() const;
@@ -62,9 +62,9 @@ class PrintServer::Works {
     machine::Descriptor wake_;
     std::atomic<bool> stopped_{false};
     Device::OnTicket onTicket_;
-    Device device_;  // of the thread
+    Device device_;  // used by the thread only
 
-    mutable std::mutex mutex_;  // guards what follows
+    mutable std::mutex mutex_;  // guards everything below
     DeviceState state_;
     bool newPaper_ = false;
     std::optional<Time> end_;
@@ -73,12 +73,12 @@ class PrintServer::Works {
     std::thread thread_;
 };
 
-PrintServer::Works::Works(const PrintServerSettings& settings, Device::OnTicket onTicket)
+PrintServer::Impl::Impl(const PrintServerSettings& settings, Device::OnTicket onTicket)
     : oneClient_(settings.oneClient),
       wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       onTicket_(std::move(onTicket)),
       device_(settings.device, [this](DeviceTicket ticket) {
-          // Thousands may lie in what was received at once: nobody waits for their pictures.
+          // The buffer may hold thousands of tickets: after a stop they are dropped.
           if (onTicket_ && !stopped_) onTicket_(std::move(ticket));
       }) {
     if (!wake_.isOpen()) throw std::runtime_error("there are no descriptors left for the printer");
@@ -94,19 +94,19 @@ PrintServer::Works::Works(const PrintServerSettings& settings, Device::OnTicket 
     thread_ = std::thread([this] { run(); });
 }
 
-std::vector<Door*> PrintServer::Works::doors() const {
+std::vector<Door*> PrintServer::Impl::doors() const {
     std::vector<Door*> all;
     if (tcp_) all.push_back(tcp_.get());
     if (tty_) all.push_back(tty_.get());
     return all;
 }
 
-DeviceState PrintServer::Works::state() const {
+DeviceState PrintServer::Impl::state() const {
     const std::lock_guard lock(mutex_);
     return state_;
 }
 
-void PrintServer::Works::loadPaper() {
+void PrintServer::Impl::loadPaper() {
     {
         const std::lock_guard lock(mutex_);
         newPaper_ = true;
@@ -114,11 +114,11 @@ void PrintServer::Works::loadPaper() {
     wake();
 }
 
-void PrintServer::Works::end(Time atMost) {
-    if (atMost == Time::min()) stopped_ = true;
+void PrintServer::Impl::end(Time deadline) {
+    if (deadline == Time::min()) stopped_ = true;
     {
         const std::lock_guard lock(mutex_);
-        end_ = std::min(end_.value_or(Time::max()), atMost);
+        end_ = std::min(end_.value_or(Time::max()), deadline);
     }
     wake();
     const std::lock_guard lock(joining_);
@@ -127,7 +127,7 @@ void PrintServer::Works::end(Time atMost) {
     tty_.reset();
 }
 
-void PrintServer::Works::run() {
+void PrintServer::Impl::run() {
     PrintLoop loop(device_, doors(), oneClient_);
     for (;;) {
         const Time now = std::chrono::steady_clock::now();
@@ -143,18 +143,18 @@ void PrintServer::Works::run() {
     }
 }
 
-// What other threads have asked for. Returns when it is to end at the latest.
-std::optional<Time> PrintServer::Works::doRequests(PrintLoop& loop, Time now) {
+// Handles the requests of other threads. Returns the latest time of the end, if one was requested.
+std::optional<Time> PrintServer::Impl::doRequests(PrintLoop& loop, Time now) {
     std::unique_lock lock(mutex_);
     const bool newPaper = std::exchange(newPaper_, false);
     const std::optional<Time> end = end_;
     lock.unlock();
     if (newPaper) device_.loadPaper(now);
-    if (end) loop.closeDoors();
+    if (end) loop.stopAccepting();
     return end;
 }
 
-void PrintServer::Works::wait(PrintLoop& loop, Time now) const {
+void PrintServer::Impl::wait(PrintLoop& loop, Time now) const {
     std::optional<Time> next = loop.nextTurn(now);
     {
         const std::lock_guard lock(mutex_);
@@ -174,29 +174,29 @@ void PrintServer::Works::wait(PrintLoop& loop, Time now) const {
 }
 
 PrintServer::PrintServer(const PrintServerSettings& settings, Device::OnTicket onTicket)
-    : works_(std::make_unique<Works>(settings, std::move(onTicket))) {}
+    : impl_(std::make_unique<Impl>(settings, std::move(onTicket))) {}
 
 PrintServer::~PrintServer() = default;
 
 std::string PrintServer::printAddress() const {
-    return works_->printAddress();
+    return impl_->printAddress();
 }
 std::string PrintServer::serialAddress() const {
-    return works_->serialAddress();
+    return impl_->serialAddress();
 }
 DeviceState PrintServer::state() const {
-    return works_->state();
+    return impl_->state();
 }
 void PrintServer::loadPaper() {
-    works_->loadPaper();
+    impl_->loadPaper();
 }
 
-void PrintServer::finish(std::chrono::milliseconds atMost) {
-    works_->end(std::chrono::steady_clock::now() + atMost);
+void PrintServer::finish(std::chrono::milliseconds limit) {
+    impl_->end(std::chrono::steady_clock::now() + limit);
 }
 
 void PrintServer::stop() {
-    works_->end(Time::min());
+    impl_->end(Time::min());
 }
 
 }  // namespace tavio::virtual_printer

@@ -1,4 +1,4 @@
-// A device on a port of the network, on a pseudo-terminal, or on both.
+// A device on a TCP port, on a pseudo-terminal, or on both.
 #pragma once
 
 #include <chrono>
@@ -20,11 +20,11 @@ struct PrintServerSettings {
 
     std::optional<ListenAddress> listen = ListenAddress{"127.0.0.1", kUsualPrintPort};
 
-    // Bytes that the system is asked to hold for a connection, before the device's own buffer: with
-    // a large one, a sender does not notice for long that nothing is read.
+    // The size of the system's receive buffer of a connection, before the device's own buffer. With
+    // a large one, a sender notices late that no byte is read.
     std::size_t socketBuffer = std::size_t{16} << 10U;
 
-    // Clients that come while another is served are reset at once; otherwise they wait.
+    // True: clients that connect while another is served are reset at once. Otherwise they wait.
     bool oneClient = false;
 
     // Also on a pseudo-terminal, with a symbolic link of this name to it ("": none).
@@ -38,36 +38,36 @@ struct PrintServerSettings {
 //   std::cout << server.printAddress() << '\n';
 class PrintServer {
   public:
-    // `onTicket` is called on the server's thread, must not throw, and must not call the server
-    // except for state() and loadPaper(). Throws std::runtime_error, with one sentence, where the
-    // address cannot be listened on or the pseudo-terminal cannot be made, and
-    // std::invalid_argument as Device does.
+    // `onTicket` is called on the server's thread. It must not throw, and may call only state() and
+    // loadPaper() of the server. Throws std::runtime_error, with one sentence, if it cannot listen
+    // on the address or make the pseudo-terminal, and std::invalid_argument like Device.
     PrintServer(const PrintServerSettings& settings, Device::OnTicket onTicket);
     ~PrintServer();
     PrintServer(const PrintServer&) = delete;
     PrintServer& operator=(const PrintServer&) = delete;
 
-    // "tcp://127.0.0.1:9100", with the port that was found where any was asked for; "" for none.
+    // "tcp://127.0.0.1:9100", with the real port; "" without a port.
     std::string printAddress() const;
 
-    // "tty:/dev/pts/5"; "" for none.
+    // "tty:/dev/pts/5"; "" without a pseudo-terminal.
     std::string serialAddress() const;
 
-    // From any thread: as it was a moment ago; new paper, in a moment.
+    // May be called on any thread. The state is that of the last turn; paper is loaded in the next
+    // one.
     DeviceState state() const;
     void loadPaper();
 
-    // Takes no more clients, and returns when the one that is there has been served and has left,
-    // at most after so long. The server is stopped then.
-    void finish(std::chrono::milliseconds atMost);
+    // Accepts no more clients, waits until the present one has been served and has left, but no
+    // longer than `limit`, and stops the server.
+    void finish(std::chrono::milliseconds limit);
 
-    // Returns when the server has stopped. A client is disconnected; what it sent and is not yet
-    // interpreted is lost.
+    // Stops the server and waits for that. A client is disconnected; its bytes that have not been
+    // interpreted are lost.
     void stop();
 
   private:
-    class Works;
-    std::unique_ptr<Works> works_;
+    class Impl;
+    std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace tavio::virtual_printer

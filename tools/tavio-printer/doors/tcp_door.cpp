@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kSocketFlags = SOCK_NONBLOCK | SOCK_CLOEXEC;
 
-// What is thrown away of a client whose connection is closed while it sends.
+// The limit on bytes that are read and dropped when a connection is closed while its client sends.
 constexpr std::size_t kMaxDiscarded = std::size_t{1} << 20U;
 
 bool isForLater(int error) {
@@ -44,7 +44,7 @@ class TcpClient final : public Client {
         return true;
     }
 
-    // Bytes that nobody read would turn the end of the stream into a reset.
+    // With unread bytes, close() would send a reset instead of the end of the stream.
     void close() override {
         std::array<Byte, 4096> unread{};
         std::size_t discarded = 0;

@@ -1,4 +1,4 @@
-// Clients that come over the network.
+// Clients over TCP.
 #pragma once
 
 #include "TavioIpadSDK/machine/descriptor.h"
@@ -9,15 +9,15 @@ namespace tavio::virtual_printer {
 
 class TcpDoor final : public Door {
   public:
-    // Clients that the system lets wait before it lets further ones wait outside.
+    // The listening socket's backlog.
     static constexpr int kBacklog = 16;
 
-    // `receiveBuffer`: bytes that the system is asked to hold for each connection; it makes it a
-    // few thousand at least. Throws std::runtime_error, with one sentence, where the address
-    // cannot be listened on.
+    // `receiveBuffer`: the size of each connection's receive buffer, which the system raises to a
+    // few thousand bytes. Throws std::runtime_error, with one sentence, if it cannot listen on the
+    // address.
     TcpDoor(const ListenAddress& address, std::size_t receiveBuffer);
 
-    // With the port that was found where any was asked for.
+    // With the real port.
     const ListenAddress& address() const { return address_; }
 
     int descriptor() const override { return listening_.get(); }

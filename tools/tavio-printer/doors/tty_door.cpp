@@ -48,10 +48,10 @@ Received receive(int terminal, std::span<Byte> room) {
     const ssize_t count = ::read(terminal, room.data(), room.size());
     if (count > 0) return {Received::Outcome::kBytes, static_cast<std::size_t>(count)};
     if (count < 0 && isForLater(errno)) return {Received::Outcome::kNothing, 0};
-    return {Received::Outcome::kGone, 0};  // EIO: nobody has the device open
+    return {Received::Outcome::kGone, 0};  // EIO: no program has the device open
 }
 
-// Where a link points to; "" where there is none.
+// The target of a symbolic link; "" if there is no link.
 std::string targetOf(const std::string& link) {
     std::error_code none;
     return std::filesystem::read_symlink(link, none).string();
@@ -122,7 +122,7 @@ void TtyDoor::makeLink() const {
         (exists ? std::string("there is something else of that name") : error.message()));
 }
 
-// A raw device with nothing left to read in it, as each client should find it.
+// Makes the device raw again and drops its unread bytes, for the next client.
 void TtyDoor::freshen() const {
     const machine::Descriptor device(
         ::open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));

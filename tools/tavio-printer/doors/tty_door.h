@@ -1,4 +1,4 @@
-// Clients that come over a serial device: a pseudo-terminal.
+// Clients over a serial device: a pseudo-terminal.
 #pragma once
 
 #include <string>
@@ -8,19 +8,19 @@
 
 namespace tavio::virtual_printer {
 
-// Whoever has the device open is the client. A serial line has no connections: what one program
-// writes before the other's bytes have been read belongs to the same stream.
+// The program that has the device open is the client. A serial line has no connections: bytes that
+// a second program writes before the first one's have been read belong to the same stream.
 //
-// A printer cannot hang up a serial line. Closing or resetting the client has it talk to nobody
-// until it closes the device.
+// A printer cannot hang up a serial line. After the client is closed or reset, its bytes are
+// ignored until it closes the device.
 class TtyDoor final : public Door {
   public:
-    // Creates the device, in raw mode, and `link` as a symbolic link to it ("": none), replacing
-    // one to another pseudo-terminal. Throws std::runtime_error, with one sentence, where that
-    // fails.
+    // Creates the device, in raw mode, and `link` as a symbolic link to it ("": none), which may
+    // replace a link to another pseudo-terminal. Throws std::runtime_error, with one sentence, on
+    // failure.
     explicit TtyDoor(const std::string& link);
 
-    // Removes the link if it still is one to the device.
+    // Removes the link if it still points to the device.
     ~TtyDoor() override;
 
     const std::string& device() const { return device_; }
@@ -31,7 +31,7 @@ class TtyDoor final : public Door {
   private:
     friend class TtyClient;
 
-    void ignore() { ignoring_ = true; }  // the client, until it has closed the device
+    void ignore() { ignoring_ = true; }  // until the client has closed the device
     void makeLink() const;
     void freshen() const;
 

@@ -1,4 +1,5 @@
-// The page: what the printer says, to where it is shown; keys and buttons, to what they do.
+// The page: connects the printer's events to the parts that show them, and keys and buttons to
+// their actions.
 import { startFeed } from "./feed_of_page.js";
 import { byId, counted, ending, inches, number } from "./format.js";
 import { Inspector } from "./inspector.js";
@@ -10,8 +11,8 @@ const LINKS = {
   busy: "The printer has as many pages open as it can. Close one; trying again …",
 };
 
-let selected = 0; // the ticket that the inspector shows
-let live = false; // tickets come as they are cut, not those from before
+let selected = 0; // the ticket in the inspector
+let live = false; // tickets arrive as they are cut; false while earlier ones are loaded
 
 const tray = new Tray({ select, open });
 const viewer = new Viewer(close);

@@ -1,12 +1,12 @@
-// The printer's event stream, kept alive: it reconnects, goes on where it was, and knows all tickets
-// that the printer keeps, for pages that come later.
+// The printer's event stream. It reconnects, continues after the last ticket, and keeps all tickets
+// that the printer keeps, for pages that are opened later.
 //
 // Messages: {kind: "link", link: "live" | "lost" | "busy"}, {kind: "printer", printer},
 // {kind: "state", state}, {kind: "reset"}, {kind: "ticket", ticket}.
 
-const FIRST_DELAY = 250; // ms before the first new attempt; doubled with each
-const MOST_DELAY = 3000;
-const MOST_SILENCE = 30000; // the printer says something every 10 s
+const FIRST_DELAY = 250; // ms before the first new attempt; doubled with each attempt
+const MAX_DELAY = 3000;
+const MAX_SILENCE = 30000; // the printer sends an event every 10 s
 
 export class Feed {
   #report;
@@ -24,7 +24,7 @@ export class Feed {
     this.#connect();
   }
 
-  // The messages that a page which has nothing needs.
+  // The messages for a new page.
   snapshot() {
     const messages = [{ kind: "reset" }];
     if (this.#printer) messages.push({ kind: "printer", printer: this.#printer });
@@ -58,18 +58,18 @@ export class Feed {
 
   #watch() {
     clearTimeout(this.#silence);
-    this.#silence = setTimeout(() => this.#lost(), MOST_SILENCE);
+    this.#silence = setTimeout(() => this.#lost(), MAX_SILENCE);
   }
 
   async #lost() {
     if (!this.#source) return;
     this.close();
     setTimeout(() => this.#connect(), this.#delay * (0.75 + Math.random() / 2));
-    this.#delay = Math.min(this.#delay * 2, MOST_DELAY);
-    // A printer that answers, but gives no stream, has as many pages open as it can.
+    this.#delay = Math.min(this.#delay * 2, MAX_DELAY);
+    // A printer that answers but refuses the stream has reached its limit of pages.
     const answers = await fetch("/printer.json").then((answer) => answer.ok, () => false);
     if (this.#link !== "live" || !answers) this.#setLink(answers ? "busy" : "lost");
-    else this.#link = "uncertain"; // it is there: the next attempt will show
+    else this.#link = "uncertain"; // it answers: the next attempt decides
   }
 
   #greeted(printer) {

@@ -1,4 +1,4 @@
-// The feed as a page sees it: shared with other pages where the browser can, its own otherwise.
+// The feed of a page: shared with other pages if the browser can, else its own.
 import { Feed } from "./feed.js";
 
 export function startFeed(take) {

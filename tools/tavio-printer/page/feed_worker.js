@@ -1,5 +1,5 @@
-// One event stream for all pages of a browser: it gives one printer six connections at most, and a
-// stream holds one for good.
+// One event stream for all pages of a browser: a browser opens at most six connections to one
+// server, and each stream holds one.
 import { Feed } from "./feed.js";
 
 const ports = new Set();

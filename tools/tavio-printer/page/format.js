@@ -1,4 +1,4 @@
-// Numbers and names as people read them, and elements.
+// Formatting of numbers and names, and making of elements.
 
 const MM_PER_INCH = 25.4;
 

@@ -1,7 +1,7 @@
-// What there is to know about one ticket: facts, problems, and the commands that drew it.
+// The details of one ticket: facts, problems, and commands.
 import { byId, bytes, clock, counted, date, element, ending, inches, number } from "./format.js";
 
-const PAGE = 2000; // commands that the printer tells at once
+const PAGE = 2000; // commands in one answer of the printer
 
 export class Inspector {
   #ticket = null;
@@ -53,7 +53,7 @@ export class Inspector {
     this.#note("Decoding …");
   }
 
-  // The commands from that line on; then shows the line of a problem, if one is wanted.
+  // Loads the commands from that line on; then shows the line of a problem, if one is given.
   async #load(line, problem = null) {
     const id = this.#ticket.id;
     this.#request?.abort();
@@ -123,7 +123,7 @@ export class Inspector {
     scroll.scrollTop = line.offsetTop - scroll.clientHeight / 2;
     if (scroll.scrollHeight <= scroll.clientHeight) line.scrollIntoView({ block: "center" });
     line.classList.remove("called");
-    void line.offsetWidth; // so that the same line can be called again
+    void line.offsetWidth; // restarts the animation of the line
     line.classList.add("called");
   }
 

@@ -1,4 +1,4 @@
-// The tickets, newest first, each of them true to scale on its paper.
+// The tickets, newest first, true to scale.
 import { byId, bytes, clock, counted, element, ending, inches, number } from "./format.js";
 
 const PHONE = matchMedia("(max-width: 700px)");
@@ -40,7 +40,7 @@ export class Tray {
     this.#count();
   }
 
-  // The id of the ticket so many places further down the list; the same at its ends.
+  // The id of the ticket `step` places further down the list, or of the last one in that direction.
   neighbour(id, step) {
     const ids = [...this.#items.keys()].sort((a, b) => b - a);
     const index = Math.min(Math.max(ids.indexOf(id) + step, 0), ids.length - 1);

@@ -1,4 +1,4 @@
-// One ticket, from the whole down to its single dots: zoom, and move about by mouse, touch or keys.
+// One ticket, from the whole to its single dots: zooming and panning by mouse, touch or keys.
 import { byId, ending, inches, millimetres, number } from "./format.js";
 
 // CSS pixels for one dot.
@@ -91,7 +91,7 @@ export class Viewer {
     this.setScale(next, about);
   }
 
-  // Keeps the dot under `about`, a place in the window, where it is.
+  // Keeps the dot under `about`, a place in the window, in its place.
   setScale(scale, about = { x: this.#canvas.clientWidth / 2, y: this.#canvas.clientHeight / 2 }) {
     const dot = this.#dotAt(about);
     this.#scale = scale;
@@ -122,7 +122,8 @@ export class Viewer {
     this.#draw();
   }
 
-  // Where the ticket's top left corner is in the window; on whole pixels, so that dots are sharp.
+  // The place of the ticket's top left corner in the window, in whole pixels, so that dots are
+  // sharp.
   #corner() {
     const ratio = devicePixelRatio;
     const whole = (value) => Math.round(value * ratio) / ratio;
@@ -151,8 +152,8 @@ export class Viewer {
     this.#canvas.dataset.scale = String(this.#scale);
   }
 
-  // The printer's own row and column under the pointer; an upright picture of a portrait ticket is
-  // turned against them.
+  // The printer's row and column under the pointer. The upright picture of a portrait ticket is
+  // turned, so they differ from the picture's.
   #tell(dot) {
     const { columns, rows, dpi, orientation } = this.#ticket;
     const x = Math.floor(dot.x);
@@ -206,7 +207,7 @@ export class Viewer {
     context.fillRect(corner.x, corner.y, width, height);
     context.restore();
     if (this.#ticket.end === "cut") return;
-    // Not cut off: the paper goes on.
+    // Not cut off: the paper continues.
     const tail = Math.min(40, height / 4);
     const fade = context.createLinearGradient(0, corner.y + height, 0, corner.y + height + tail);
     fade.addColorStop(0, "rgba(255, 255, 255, 0.85)");

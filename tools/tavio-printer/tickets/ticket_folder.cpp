@@ -24,7 +24,8 @@ constexpr std::size_t kMaxDigits = 18;  // always fits 64 bits
 constexpr const char* kPicture = ".png";
 constexpr const char* kJob = ".bin";
 
-// A file being written. Should the program end meanwhile, the next one on this folder clears it up.
+// The suffix of a file being written. If the program ends meanwhile, the next one with this folder
+// removes it.
 constexpr const char* kUnfinished = ".unfinished";
 
 std::string errorText(int number) {
@@ -37,7 +38,7 @@ std::string fileName(std::uint64_t id, const char* extension) {
     return std::string(kPrefix).append(digits).append(extension);
 }
 
-// The number in a name that fileName() makes.
+// The number in a name made by fileName().
 std::optional<std::uint64_t> numberIn(const std::string& name, const char* extension) {
     const std::string_view ending = extension;
     if (!name.starts_with(kPrefix) || !name.ends_with(ending)) return std::nullopt;
@@ -90,9 +91,9 @@ TicketFolder::TicketFolder(std::string path, FolderLimits limits)
     }
 }
 
-// Two printers in one folder would write tickets of the same number.
+// Two printers in one folder would write tickets with the same numbers.
 void TicketFolder::lock() {
-    // Some file systems have no locks; then nothing is known, and nothing is said.
+    // Some file systems have no locks; there is no check then.
     if (::flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
     throw std::runtime_error("another printer writes to the folder " + path_);
 }

@@ -14,23 +14,22 @@ namespace tavio::virtual_printer {
 
 struct FolderLimits {
     std::size_t tickets = 0;  // 1 or more
-    std::size_t bytes = 0;    // of all files together; the newest ticket is kept whatever it takes
+    std::size_t bytes = 0;    // of all files together; the newest ticket is always kept
 };
 
-// For one thread at a time. What other files there are in the folder is left alone. A file is there
-// completely or not at all, whenever one looks.
+// Used by one thread at a time. Other files in the folder are left alone. Every file is always
+// complete.
 class TicketFolder {
   public:
-    // Makes the folder where there is none, and counts the tickets in it. Throws
-    // std::runtime_error, with one sentence, where it cannot be made or written to, or where
-    // another printer writes to it.
+    // Creates the folder if needed, and counts the tickets in it. Throws std::runtime_error, with
+    // one sentence, if it cannot be created or written to, or if another printer writes to it.
     TicketFolder(std::string path, FolderLimits limits);
 
-    // The highest number of a ticket in the folder; 0 when there is none.
+    // The highest number of a ticket in the folder; 0 if there is none.
     std::uint64_t newest() const;
 
-    // Writes the files of ticket `id`, those that have content, and removes the oldest tickets
-    // beyond the limits. Returns "" or, as one sentence, what could not be done.
+    // Writes the files of ticket `id` that have content, and removes the oldest tickets past the
+    // limits. Returns "" or the error as one sentence.
     std::string write(std::uint64_t id, std::span<const Byte> png, std::span<const Byte> bytes);
 
   private:

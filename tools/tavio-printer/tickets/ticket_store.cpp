@@ -13,7 +13,7 @@ std::size_t sizeOf(const StoredTicket& ticket) {
     return ticket.png.size() + ticket.bytes.size();
 }
 
-// All but the picture and the number.
+// Everything except the picture and the id.
 std::shared_ptr<StoredTicket> described(const DeviceTicket& from) {
     auto ticket = std::make_shared<StoredTicket>();
     ticket->time = std::chrono::system_clock::now();
@@ -85,12 +85,12 @@ TicketStore::TicketPointer TicketStore::find(std::uint64_t id) const {
 }
 
 std::vector<TicketStore::TicketPointer> TicketStore::since(std::uint64_t after,
-                                                           std::size_t most) const {
+                                                           std::size_t limit) const {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (tickets_.empty() || after >= lastId_) return {};
     const std::uint64_t oldest = tickets_.front()->id;
     const auto begin = static_cast<std::size_t>(after < oldest ? 0 : after - oldest + 1);
-    const auto end = begin + std::min(most, tickets_.size() - begin);
+    const auto end = begin + std::min(limit, tickets_.size() - begin);
     return {tickets_.begin() + static_cast<std::ptrdiff_t>(begin),
             tickets_.begin() + static_cast<std::ptrdiff_t>(end)};
 }
@@ -105,10 +105,10 @@ std::uint64_t TicketStore::newest() const {
     return tickets_.empty() ? 0 : tickets_.back()->id;
 }
 
-bool TicketStore::waitForMore(std::uint64_t after, std::chrono::milliseconds atMost) const {
+bool TicketStore::waitForMore(std::uint64_t after, std::chrono::milliseconds limit) const {
     std::unique_lock<std::mutex> lock(mutex_);
     const auto isThere = [&] { return !tickets_.empty() && tickets_.back()->id > after; };
-    changed_.wait_for(lock, atMost, [&] { return stopped_ || isThere(); });
+    changed_.wait_for(lock, limit, [&] { return stopped_ || isThere(); });
     return isThere();
 }
 

@@ -1,4 +1,4 @@
-// The tickets that came out, kept for the page that shows them and in a folder.
+// The finished tickets, kept for the page and in a folder.
 #pragma once
 
 #include <chrono>
@@ -18,12 +18,12 @@ namespace tavio::virtual_printer {
 
 class TicketFolder;
 
-// A ticket as it is kept; never changed once it is in the store.
+// A stored ticket, which never changes.
 struct StoredTicket {
-    std::uint64_t id = 0;  // from 1, in the order in which they came out
+    std::uint64_t id = 0;  // from 1, in order of printing
     std::chrono::system_clock::time_point time;
 
-    TicketSize size;  // as the picture shows it: portrait tickets are turned upright
+    TicketSize size;  // of the picture: portrait tickets are turned upright
     Orientation orientation = Orientation::kLandscape;
     TicketEnd end = TicketEnd::kCut;
     std::uint64_t connection = 0;
@@ -31,7 +31,7 @@ struct StoredTicket {
     std::uint64_t blackDots = 0;
     std::uint64_t dotsOff = 0;
     std::vector<Byte> png;
-    std::vector<Byte> bytes;      // at most kMaxTicketBytes
+    std::vector<Byte> bytes;      // at most kMaxTicketBytes are kept
     std::uint64_t byteCount = 0;  // all of them
     ProblemList problems;         // offsets from the ticket's first byte
 };
@@ -45,36 +45,36 @@ struct StoreLimits {
     std::string folder;
 };
 
-// Safe for any number of threads. When a limit is reached the oldest tickets go, from the folder
-// too. A single ticket larger than the limit is kept without its job bytes.
+// Safe for any number of threads. Past a limit the oldest tickets are removed, also from the
+// folder. A single ticket larger than the limit is kept without its job bytes.
 class TicketStore {
   public:
-    // Throws std::runtime_error, with one sentence, where the folder cannot be made or written to.
-    // Tickets of earlier runs stay in the folder, are counted, and are numbered before the new ones.
+    // Throws std::runtime_error, with one sentence, if the folder cannot be created or written to.
+    // Tickets of earlier runs stay in the folder and count; the new ones are numbered after them.
     explicit TicketStore(const StoreLimits& limits);
     ~TicketStore();
     TicketStore(const TicketStore&) = delete;
     TicketStore& operator=(const TicketStore&) = delete;
 
     // Gives the ticket an id and keeps it. Returns "" or, as one sentence, why its files could not
-    // be written; the ticket is kept in memory all the same.
+    // be written; then the ticket is still kept in memory.
     std::string add(const DeviceTicket& ticket);
 
     using TicketPointer = std::shared_ptr<const StoredTicket>;
 
-    // Null when there is none of that id, or no more.
+    // Null if there is no ticket with this id, or if it has been removed.
     TicketPointer find(std::uint64_t id) const;
 
-    // Those with ids above `after`, oldest first, at most so many.
-    std::vector<TicketPointer> since(std::uint64_t after, std::size_t most = SIZE_MAX) const;
+    // The tickets with ids above `after`, oldest first, at most `limit`.
+    std::vector<TicketPointer> since(std::uint64_t after, std::size_t limit = SIZE_MAX) const;
 
-    // The ids of the oldest ticket kept and of the newest; 0 and 0 when there is none.
+    // The ids of the oldest and of the newest ticket kept; 0 and 0 if there is none.
     std::uint64_t oldest() const;
     std::uint64_t newest() const;
 
-    // Waits until there is a ticket above `after`, at most so long; true when there is. stop() ends
-    // all waiting, for good.
-    bool waitForMore(std::uint64_t after, std::chrono::milliseconds atMost) const;
+    // Waits until there is a ticket above `after`, but no longer than `limit`; true if there is.
+    // stop() ends all waiting for good.
+    bool waitForMore(std::uint64_t after, std::chrono::milliseconds limit) const;
     void stop();
     bool isStopped() const;
 
@@ -84,12 +84,12 @@ class TicketStore {
 
     StoreLimits limits_;
 
-    // One ticket is added at a time, so that files are written in the order of their numbers, but
-    // the pages need not wait for the files.
+    // Held while a ticket is added, so that files are written in the order of their numbers, but
+    // pages do not wait for the files.
     std::mutex adding_;
     std::unique_ptr<TicketFolder> folder_;
 
-    mutable std::mutex mutex_;  // of all below
+    mutable std::mutex mutex_;  // guards everything below
     mutable std::condition_variable changed_;
     std::deque<TicketPointer> tickets_;  // ids without gaps, the oldest first
     std::size_t bytes_ = 0;

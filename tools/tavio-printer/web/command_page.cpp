@@ -12,12 +12,12 @@
 namespace tavio::virtual_printer {
 namespace {
 
-// Takes a few milliseconds.
+// Decoding this many bytes takes a few milliseconds.
 constexpr std::size_t kMaxAtOnce = std::size_t{64} << 10U;
 
 constexpr std::string_view kGap = "  ";  // between the columns of a listing
 
-// Takes a listing as it is written and keeps what a page needs.
+// Receives a listing and keeps the lines of one page.
 class PageWriter final : public std::streambuf {
   public:
     PageWriter(const ProblemList& problems, std::uint64_t first)
@@ -62,13 +62,13 @@ class PageWriter final : public std::streambuf {
     const std::vector<Problem>& problems_;
     std::uint64_t first_;
     std::vector<std::size_t> order_;  // of the problems, by offset
-    std::size_t placed_ = 0;          // so many of them have their line
-    bool ended_ = false;              // the listing's own problems follow, which are not wanted
+    std::size_t placed_ = 0;          // the number of them that have their line
+    bool ended_ = false;              // the listing's own problems follow, which are ignored
     std::string line_;
     CommandPage page_;
 };
 
-// All problems with smaller offsets lie in the line before.
+// All problems with smaller offsets belong to the line before.
 void PageWriter::placeProblemsBefore(std::uint64_t offset) {
     while (placed_ < order_.size() && problems_[order_[placed_]].offset < offset) {
         page_.problemLines[order_[placed_]] = page_.count == 0 ? 0 : page_.count - 1;
@@ -88,7 +88,7 @@ void PageWriter::takeLine(std::string_view line) {
     if (page_.count++ < first_ || page_.lines.size() == kMaxCommandLines) return;
 
     line.remove_prefix(static_cast<std::size_t>(stop - line.data()) + kGap.size());
-    // Blanks may stand side by side in an unknown command or a text, but not in a meaning.
+    // Unknown commands and texts may have two spaces side by side, meanings may not.
     const std::size_t gap = line.starts_with("text: ") ? std::string_view::npos : line.rfind(kGap);
     if (gap == std::string_view::npos) {
         parts.meaning = line;
@@ -102,11 +102,11 @@ void PageWriter::takeLine(std::string_view line) {
 }  // namespace
 
 CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems,
-                        std::uint64_t first, const std::function<bool()>& goOn) {
+                        std::uint64_t first, const std::function<bool()>& shouldContinue) {
     PageWriter writer(problems, first);
     std::ostream out(&writer);
     DecodeListing listing(out);
-    while (!bytes.empty() && (!goOn || goOn())) {
+    while (!bytes.empty() && (!shouldContinue || shouldContinue())) {
         const std::size_t count = std::min(bytes.size(), kMaxAtOnce);
         listing.feed(bytes.first(count));
         bytes = bytes.subspan(count);

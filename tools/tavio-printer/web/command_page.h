@@ -21,18 +21,18 @@ struct CommandLine {
 
 struct CommandPage {
     std::vector<CommandLine> lines;
-    std::uint64_t count = 0;  // of all lines, those of other pages included
+    std::uint64_t count = 0;  // of all lines, on all pages
 
-    // For each problem the number, from 0, of the line that it lies in; 0 too where there is none.
+    // For each problem the number of its line, from 0; also 0 if there is none.
     std::vector<std::uint64_t> problemLines;
 };
 
 inline constexpr std::size_t kMaxCommandLines = 2000;  // of a page
 
-// Decodes all of the bytes and keeps the lines from number `first` on, kMaxCommandLines at most;
-// the memory that it takes does not grow with the bytes. Asks `goOn` now and then, and stops where that
-// says no.
+// Decodes all bytes and keeps the lines from number `first` on, kMaxCommandLines at most. Its
+// memory does not grow with the bytes. Calls `shouldContinue` now and then, and stops when it
+// returns false.
 CommandPage commandPage(std::span<const Byte> bytes, const ProblemList& problems,
-                        std::uint64_t first, const std::function<bool()>& goOn = {});
+                        std::uint64_t first, const std::function<bool()>& shouldContinue = {});
 
 }  // namespace tavio::virtual_printer

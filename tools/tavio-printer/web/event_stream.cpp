@@ -8,14 +8,14 @@
 namespace tavio::virtual_printer {
 namespace {
 
-// Written at once, so that no more than this waits for a slow browser.
+// The limit on tickets in one write, so that no more are queued for a slow browser.
 constexpr std::size_t kMaxTicketsAtOnce = 100;
 
 std::string eventText(std::string_view name, std::string_view data) {
     return std::string("event: ").append(name).append("\ndata: ").append(data).append("\n\n");
 }
 
-// The number at the end of "RUN-ID" or "ID"; none where it is of another run, or no number.
+// The number at the end of "RUN-ID" or "ID"; none if it belongs to another run or is no number.
 std::optional<std::uint64_t> ticketIn(std::string_view lastId, std::string_view run) {
     const std::size_t hyphen = lastId.find('-');
     if (hyphen != std::string_view::npos) {
@@ -35,13 +35,13 @@ EventStream::EventStream(const EventSource& source, std::string_view lastId)
     : source_(&source), sent_(std::chrono::steady_clock::now()) {
     if (lastId.empty()) return;
     const auto id = ticketIn(lastId, source.run);
-    afresh_ = !id || *id > source.store.newest();
-    last_ = afresh_ ? 0 : *id;
+    mustReset_ = !id || *id > source.store.newest();
+    last_ = mustReset_ ? 0 : *id;
 }
 
 std::string EventStream::next() {
     std::string text = greeted_ ? std::string() : greeting();
-    if (!text.empty() || source_->store.waitForMore(last_, kPatience)) text += newTickets();
+    if (!text.empty() || source_->store.waitForMore(last_, kTimeout)) text += newTickets();
     text += newState();
 
     const auto now = std::chrono::steady_clock::now();
@@ -53,7 +53,7 @@ std::string EventStream::next() {
 std::string EventStream::greeting() {
     greeted_ = true;
     std::string text = eventText("printer", printerJson(source_->panel));
-    if (afresh_) text += eventText("reset", "{}");
+    if (mustReset_) text += eventText("reset", "{}");
     return text;
 }
 

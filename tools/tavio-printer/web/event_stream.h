@@ -1,13 +1,12 @@
-// What a page is sent as it happens: server-sent events.
+// The server-sent events of a page.
 //
-//   event: printer     what the printer is, first of all
-//   event: state       what it does, when that changes
-//   event: reset       the page's tickets are not this server's, or some were missed: start afresh
-//   event: alive       now and then, where there is nothing else to say
-//   event: ticket      one for each ticket; the event's id is where to go on after a lost connection
+//   event: printer     the description of the printer, as the first event
+//   event: state       the printer's state, after each change
+//   event: reset       the page's tickets are not this server's, or some were missed: drop them all
+//   event: alive       sent now and then if there is no other event
+//   event: ticket      one for each ticket; after a lost connection the page continues from its id
 //
-// The id is "RUN-ID": the ticket's id, and which run of the server gave it, as the next run begins
-// again at ticket 1.
+// The id is "RUN-ID": the run of the server and the ticket's id. Each run begins at ticket 1.
 #pragma once
 
 #include <chrono>
@@ -20,7 +19,7 @@
 
 namespace tavio::virtual_printer {
 
-// What all pages of a server share. All of it must outlive the streams.
+// Shared by all pages of a server. Must outlive the streams.
 struct EventSource {
     const TicketStore& store;
     const PrinterPanel& panel;
@@ -29,20 +28,20 @@ struct EventSource {
 
 class EventStream {
   public:
-    // How soon a change of the printer's state is seen, and how soon the stream sees that the
-    // server stops. Tickets are seen at once.
-    static constexpr std::chrono::milliseconds kPatience{150};
+    // The maximum delay of a change of the printer's state, and of the server's stop. Tickets come
+    // at once.
+    static constexpr std::chrono::milliseconds kTimeout{150};
 
-    // Something is sent at least so often, that both ends know the other is there.
+    // The maximum time between two events, so that both ends notice a lost connection.
     static constexpr std::chrono::seconds kMaxSilence{10};
 
-    // Goes on after `lastId`: "RUN-ID" or "ID", "" for a page that has nothing yet.
+    // Continues after `lastId`: "RUN-ID" or "ID", "" for a page without tickets.
     EventStream(const EventSource& source, std::string_view lastId);
 
-    // What to send now, "" for nothing; waits for that, but for kPatience at most.
+    // The next events to send; waits for them up to kTimeout, then "".
     std::string next();
 
-    // The store is stopped: nothing will come any more.
+    // True if the store has stopped: no more events come.
     bool isOver() const { return source_->store.isStopped(); }
 
   private:
@@ -51,8 +50,8 @@ class EventStream {
     std::string newState();
 
     const EventSource* source_;
-    std::uint64_t last_ = 0;  // id of the last ticket that the page has; 0 for none
-    bool afresh_ = false;     // the page is to forget what it has
+    std::uint64_t last_ = 0;  // id of the page's last ticket; 0 for none
+    bool mustReset_ = false;  // the page has to drop its tickets
     bool greeted_ = false;
     std::string state_;  // as last sent
     std::chrono::steady_clock::time_point sent_;

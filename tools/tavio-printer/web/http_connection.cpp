@@ -12,9 +12,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-// What the connection is ready for, of `events`; 0 when the time is over.
-short waitFor(int socket, short events, milliseconds atMost) {
-    const auto until = Clock::now() + atMost;
+// The subset of `events` that the connection is ready for; 0 after the time limit.
+short waitFor(int socket, short events, milliseconds limit) {
+    const auto until = Clock::now() + limit;
     while (true) {
         const auto left = std::chrono::ceil<milliseconds>(until - Clock::now());
         pollfd polled{socket, events, 0};
@@ -67,7 +67,7 @@ void HttpConnection::finish() {
     }
 }
 
-// The library notes these for handlers, and none here asks.
+// The library passes these to handlers, which do not use them here.
 void HttpConnection::get_remote_ip_and_port(std::string& ip, int& port) const {
     ip.clear();
     port = 0;

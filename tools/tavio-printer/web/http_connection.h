@@ -12,24 +12,24 @@ namespace tavio::virtual_printer {
 
 class HttpConnection final : public httplib::Stream {
   public:
-    // A browser that takes nothing for kMaxStall, or not all of what is written at once within
-    // kMaxWrite, has lost its answer.
+    // The answer is given up if the browser takes no byte for kMaxStall, or not all bytes of one
+    // write within kMaxWrite.
     static constexpr std::chrono::seconds kMaxStall{5};
     static constexpr std::chrono::seconds kMaxWrite{30};
 
     HttpConnection(machine::Descriptor socket, std::string head)
         : socket_(std::move(socket)), head_(std::move(head)) {}
 
-    // Says that there is no more, and waits a little while for the browser to have read it: closing
-    // at once could take the end of the answer away from it.
+    // Ends the sending direction and waits a little for the browser to read the answer: closing at
+    // once could drop the end of it.
     void finish();
 
     bool is_readable() const override { return taken_ < head_.size(); }
 
-    // Whether the browser is still there.
+    // True if the browser is still connected.
     bool is_writable() const override;
 
-    ssize_t read(char* to, std::size_t size) override;            // of the head, nothing else
+    ssize_t read(char* to, std::size_t size) override;            // reads the head only
     ssize_t write(const char* bytes, std::size_t size) override;  // all, or -1
     void get_remote_ip_and_port(std::string& ip, int& port) const override;
     void get_local_ip_and_port(std::string& ip, int& port) const override;

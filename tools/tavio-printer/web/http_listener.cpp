@@ -19,10 +19,10 @@ constexpr std::string_view kHeadTooLong =
     "HTTP/1.1 431 Request Header Fields Too Large\r\n"
     "Connection: close\r\nContent-Length: 0\r\n\r\n";
 
-// Connections that the system lets wait to be accepted.
+// The backlog of connections that wait for accept().
 constexpr int kBacklog = 128;
 
-// Before accept() is tried again where the process has no descriptor left.
+// The pause before the next accept() if the process has no file descriptor left.
 constexpr int kRetryMilliseconds = 50;
 
 }  // namespace
@@ -65,10 +65,10 @@ void HttpListener::accept() {
         return;
     }
     if (waiting_.size() == kMaxWaiting) waiting_.erase(waiting_.begin());
-    waiting_.push_back({std::move(socket), "", Clock::now() + kPatience});
+    waiting_.push_back({std::move(socket), "", Clock::now() + kTimeout});
 }
 
-// False when the connection needs no more reading here.
+// False if the connection needs no more reading here.
 bool HttpListener::receive(Waiting& connection, const OnRequest& onRequest) {
     std::array<char, 4096> buffer{};
     const ssize_t count = ::recv(connection.socket.get(), buffer.data(), buffer.size(), 0);
@@ -82,7 +82,7 @@ bool HttpListener::receive(Waiting& connection, const OnRequest& onRequest) {
         return false;
     }
     if (end == std::string::npos) return true;
-    connection.received.resize(end);  // what follows is a body, and no request here has one
+    connection.received.resize(end);  // a body may follow, but no request here has one
     onRequest(std::move(connection.socket), std::move(connection.received));
     return false;
 }

@@ -1,5 +1,5 @@
-// Where browsers connect: one thread accepts them all and reads the heads of their requests, so
-// that a connection that says nothing, or says it slowly, keeps nobody waiting.
+// Listens for browsers: one thread accepts all connections and reads the heads of their requests,
+// so that a silent or slow connection delays no other.
 #pragma once
 
 #include <chrono>
@@ -14,26 +14,26 @@ namespace tavio::virtual_printer {
 
 class HttpListener {
   public:
-    // Connections whose request is not there yet; one more, and the oldest is closed.
+    // The limit on connections whose request is incomplete; past it the oldest is closed.
     static constexpr std::size_t kMaxWaiting = 128;
 
-    // For the head of a request, from connecting on.
-    static constexpr std::chrono::seconds kPatience{20};
+    // The time limit for the head of a request, from connecting on.
+    static constexpr std::chrono::seconds kTimeout{20};
 
-    // Port 0: any that is free. Throws std::runtime_error, with one sentence, where the address
-    // cannot be listened on.
+    // Port 0 chooses a free one. Throws std::runtime_error, with one sentence, if it cannot listen
+    // on the address.
     HttpListener(const std::string& address, std::uint16_t port);
 
-    // What is listened on: the port that was given, or the one found free.
+    // The port: the given one, or the free one that was chosen.
     std::uint16_t port() const { return port_; }
 
-    // Takes a connection whose request has arrived: its descriptor and the request's head.
+    // Receives a connection whose request has arrived: its descriptor and the request's head.
     using OnRequest = std::function<void(machine::Descriptor, std::string)>;
 
-    // Until stop(). Connections are closed that send something other than a request.
+    // Runs until stop(). Closes connections that send something other than a request.
     void run(const OnRequest& onRequest);
 
-    // From any thread, and for good.
+    // May be called on any thread. The listener cannot run again.
     void stop();
 
   private:

@@ -16,7 +16,7 @@ constexpr std::string_view kBusy =
     "HTTP/1.1 503 Service Unavailable\r\n"
     "Retry-After: 2\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
 
-// Threads begun in its life get no signals: those are for the threads of the program.
+// Threads that are started while it exists get no signals: the program's own threads handle those.
 class SignalsBlocked {
   public:
     SignalsBlocked() {
@@ -34,12 +34,12 @@ class SignalsBlocked {
 
 }  // namespace
 
-// The library's server as far as it is wanted: it takes requests apart and puts answers together.
-// Its own listening has no limits and would wait for idle connections at the end.
+// The part of the library's server that is used: it parses requests and writes answers. Its own
+// listener has no limits and waits for idle connections at the end.
 class HttpServer::Engine final : public httplib::Server {
   public:
     explicit Engine(Handler handler) {
-        svr_sock_ = 0;  // streams go on while this is not INVALID_SOCKET; it has no other use
+        svr_sock_ = 0;  // streams continue while this is not INVALID_SOCKET; it has no other use
         set_pre_routing_handler(
             [handler = std::move(handler)](const auto& request, auto& response) {
                 handler(request, response);
@@ -116,9 +116,9 @@ void HttpServer::answer(Request request) {
         engine_->answer(connection);
         connection.finish();
     } catch (const std::exception&) {
-        // No memory for the answer: the browser sees that there is none.
+        // No memory for the answer: the browser gets none.
     }
-    // Before the connection closes its descriptor: another may get the number.
+    // Before the connection closes its descriptor: another connection may get the number.
     const std::lock_guard<std::mutex> lock(mutex_);
     answering_.erase(socket);
 }

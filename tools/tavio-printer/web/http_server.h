@@ -1,5 +1,5 @@
-// HTTP with limits to everything: one listening thread, a fixed number of answering threads, a
-// short queue between them. Every connection carries one request.
+// An HTTP server with limits: one listening thread, a fixed number of answering threads, a short
+// queue between them. Every connection carries one request.
 #pragma once
 
 #include <condition_variable>
@@ -20,15 +20,15 @@ namespace tavio::virtual_printer {
 
 class HttpServer {
   public:
-    // Requests that wait for a thread; one more is told to come back.
+    // The limit on requests that wait for a thread; further ones get "503 Service Unavailable".
     static constexpr std::size_t kMaxQueued = 128;
 
-    // Answers one request; called on many threads at once. The answer may be a stream: then it
-    // holds a thread until it ends.
+    // Answers one request; called on many threads at once. The answer may be a stream, which holds
+    // its thread until it ends.
     using Handler = std::function<void(const httplib::Request&, httplib::Response&)>;
 
-    // Throws std::runtime_error, with one sentence, where the address cannot be listened on or
-    // threads cannot be had.
+    // Throws std::runtime_error, with one sentence, if it cannot listen on the address or start its
+    // threads.
     HttpServer(const std::string& address, std::uint16_t port, std::size_t threads,
                Handler handler);
     ~HttpServer();
@@ -37,7 +37,7 @@ class HttpServer {
 
     std::uint16_t port() const { return listener_.port(); }
 
-    // Cuts all connections off and waits until all handlers have returned.
+    // Closes all connections and waits until all handlers have returned.
     void stop();
 
   private:
@@ -58,7 +58,7 @@ class HttpServer {
     std::mutex mutex_;  // of all below
     std::condition_variable changed_;
     std::deque<Request> queue_;
-    std::set<int> answering_;  // the sockets of the requests that threads are at
+    std::set<int> answering_;  // the sockets of the requests being answered
     bool stopping_ = false;
 
     std::mutex joining_;

@@ -14,7 +14,7 @@ struct Lead {
     unsigned char highest;
 };
 
-// By the first byte of a character of several; length 0 where it cannot be one.
+// By the first byte of a character of several bytes; length 0 if no character begins with it.
 Lead leadOf(unsigned char first) {
     if (first >= 0xC2 && first <= 0xDF) return {2, 0x80, 0xBF};
     if (first == 0xE0) return {3, 0xA0, 0xBF};
@@ -26,7 +26,7 @@ Lead leadOf(unsigned char first) {
     return {0, 0, 0};
 }
 
-// The length of the character that the text begins with; 0 where it is not UTF-8.
+// The length of the text's first character; 0 if it is not UTF-8.
 std::size_t characterLength(std::string_view text) {
     const auto at = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
     if (at(0) < 0x80) return 1;

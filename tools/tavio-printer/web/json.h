@@ -1,4 +1,4 @@
-// JSON text, written.
+// Writing JSON.
 #pragma once
 
 #include <concepts>
@@ -9,8 +9,8 @@
 
 namespace tavio::virtual_printer {
 
-// The text between quotation marks, as JSON and as a part of a page too: "<", ">" and "&" are
-// escaped like control characters are, and what is not UTF-8 becomes U+FFFD.
+// The text between quotation marks, safe in JSON and within a page: "<", ">" and "&" are escaped
+// like control characters, and bytes that are not UTF-8 become U+FFFD.
 std::string jsonText(std::string_view text);
 
 // The values, each of them JSON, as an array.

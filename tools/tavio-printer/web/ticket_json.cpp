@@ -79,8 +79,8 @@ std::string summaryJson(const StoredTicket& ticket, std::uint64_t oldest) {
 }
 
 std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine,
-                       const std::function<bool()>& goOn) {
-    const CommandPage page = commandPage(ticket.bytes, ticket.problems, firstLine, goOn);
+                       const std::function<bool()>& shouldContinue) {
+    const CommandPage page = commandPage(ticket.bytes, ticket.problems, firstLine, shouldContinue);
     return summary(ticket)
         .number("firstLine", firstLine)
         .number("lineCount", page.count)

@@ -1,4 +1,4 @@
-// What the page is told, as JSON.
+// The page's data as JSON.
 #pragma once
 
 #include <cstdint>
@@ -11,18 +11,18 @@
 
 namespace tavio::virtual_printer {
 
-// A ticket without its commands. `oldest` is the id of the oldest ticket kept, so that a page
-// forgets tickets as the store does.
+// A ticket without its commands. `oldest` is the id of the oldest ticket kept, so that a page drops
+// the same tickets as the store.
 std::string summaryJson(const StoredTicket& ticket, std::uint64_t oldest);
 
-// A ticket with its problems and a page of its commands, those from number `firstLine` on.
-// Where `goOn` says no meanwhile, the rest is left out.
+// A ticket with its problems and a page of its commands, from number `firstLine` on. When
+// `shouldContinue` returns false, the rest is left out.
 std::string detailJson(const StoredTicket& ticket, std::uint64_t firstLine,
-                       const std::function<bool()>& goOn = {});
+                       const std::function<bool()>& shouldContinue = {});
 
 std::string stateJson(const DeviceState& state);
 
-// What does not change while the server runs.
+// The data that does not change while the server runs.
 std::string printerJson(const PrinterPanel& panel);
 
 }  // namespace tavio::virtual_printer

@@ -23,7 +23,7 @@ namespace {
 using httplib::Request;
 using httplib::Response;
 
-// Beside those that streams hold.
+// In addition to the threads of streams.
 constexpr std::size_t kRequestThreads = 8;
 
 constexpr std::size_t kMaxPagesAllowed = 1000;
@@ -31,8 +31,8 @@ constexpr std::size_t kMaxPagesAllowed = 1000;
 constexpr const char* kPlain = "text/plain; charset=utf-8";
 constexpr const char* kJson = "application/json";
 
-// For all answers: the page takes everything from here and nothing from elsewhere, and lies in no
-// page of somebody else's.
+// Headers of all answers: the page loads everything from this server only, and no other site may
+// frame it.
 constexpr std::array<std::pair<const char*, const char*>, 6> kHeaders = {{
     {"Content-Security-Policy",
      "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
@@ -107,26 +107,26 @@ std::string urlOf(std::string address, std::uint16_t port) {
 }
 
 WebSettings inRange(WebSettings settings) {
-    settings.mostPages = std::clamp<std::size_t>(settings.mostPages, 1, kMaxPagesAllowed);
+    settings.maxPages = std::clamp<std::size_t>(settings.maxPages, 1, kMaxPagesAllowed);
     return settings;
 }
 
 }  // namespace
 
-class WebServer::Works {
+class WebServer::Impl {
   public:
-    Works(const WebSettings& settings, PrinterPanel panel, TicketStore& store)
+    Impl(const WebSettings& settings, PrinterPanel panel, TicketStore& store)
         : settings_(inRange(settings)),
           panel_(std::move(panel)),
           store_(store),
           source_{store, panel_, randomRun()},
-          http_(settings_.address, settings_.port, settings_.mostPages + kRequestThreads,
+          http_(settings_.address, settings_.port, settings_.maxPages + kRequestThreads,
                 [this](const Request& request, Response& response) { answer(request, response); }) {
     }
 
-    ~Works() { stop(); }
-    Works(const Works&) = delete;
-    Works& operator=(const Works&) = delete;
+    ~Impl() { stop(); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
 
     void stop() {
         stopped_ = true;
@@ -147,11 +147,11 @@ class WebServer::Works {
     TicketStore& store_;
     EventSource source_;
     std::atomic<std::size_t> pages_{0};  // streams that are open
-    std::atomic<bool> stopped_{false};   // nobody waits for answers any more
-    HttpServer http_;                    // the last: its threads use all above
+    std::atomic<bool> stopped_{false};   // ends all streams
+    HttpServer http_;                    // last: its threads use everything above
 };
 
-void WebServer::Works::answer(const Request& request, Response& response) {
+void WebServer::Impl::answer(const Request& request, Response& response) {
     for (const auto& [name, value] : kHeaders) response.set_header(name, value);
     try {
         answerChecked(request, response);
@@ -160,7 +160,7 @@ void WebServer::Works::answer(const Request& request, Response& response) {
     }
 }
 
-void WebServer::Works::answerChecked(const Request& request, Response& response) {
+void WebServer::Impl::answerChecked(const Request& request, Response& response) {
     if (!isHostAllowed(request.get_header_value("Host"), settings_.address)) {
         return refuse(response, 403, "This page answers to the names of this machine only.");
     }
@@ -171,7 +171,7 @@ void WebServer::Works::answerChecked(const Request& request, Response& response)
     refuse(response, 405, "This cannot be done here.");
 }
 
-void WebServer::Works::get(const Request& request, Response& response) {
+void WebServer::Impl::get(const Request& request, Response& response) {
     if (request.path == "/events") return getEvents(request, response);
     if (request.path == "/printer.json") {
         return response.set_content(printerJson(panel_), kJson);
@@ -185,7 +185,7 @@ void WebServer::Works::get(const Request& request, Response& response) {
     refuse(response, 404, "There is no such page.");
 }
 
-void WebServer::Works::getTicket(const Request& request, Response& response) {
+void WebServer::Impl::getTicket(const Request& request, Response& response) {
     const std::string_view name = std::string_view(request.path).substr(sizeof "/tickets/" - 1);
     const std::size_t dot = std::min(name.find('.'), name.size());
     const std::string_view extension = name.substr(dot);
@@ -200,13 +200,13 @@ void WebServer::Works::getTicket(const Request& request, Response& response) {
                          kJson);
 }
 
-void WebServer::Works::getEvents(const Request& request, Response& response) {
-    if (pages_.fetch_add(1) >= settings_.mostPages) {
+void WebServer::Impl::getEvents(const Request& request, Response& response) {
+    if (pages_.fetch_add(1) >= settings_.maxPages) {
         --pages_;
         response.set_header("Retry-After", "5");
         return refuse(response, 503, "Too many pages are open.");
     }
-    // Gives the place back when the last copy goes, however the answer ends.
+    // Releases the place when the last copy is destroyed, however the answer ends.
     const std::shared_ptr<void> place(nullptr, [this](void*) { --pages_; });
     std::string lastId = request.get_header_value("Last-Event-ID");
     if (lastId.empty()) lastId = request.get_param_value("after");
@@ -223,7 +223,7 @@ void WebServer::Works::getEvents(const Request& request, Response& response) {
         });
 }
 
-void WebServer::Works::loadPaper(const Request& request, Response& response) {
+void WebServer::Impl::loadPaper(const Request& request, Response& response) {
     if (!isOriginAllowed(request.get_header_value("Origin"),
                          request.get_header_value("Sec-Fetch-Site"),
                          request.get_header_value("Host"))) {
@@ -234,16 +234,16 @@ void WebServer::Works::loadPaper(const Request& request, Response& response) {
 }
 
 WebServer::WebServer(const WebSettings& settings, PrinterPanel panel, TicketStore& store)
-    : works_(std::make_unique<Works>(settings, std::move(panel), store)) {}
+    : impl_(std::make_unique<Impl>(settings, std::move(panel), store)) {}
 
 WebServer::~WebServer() = default;
 
 void WebServer::stop() {
-    works_->stop();
+    impl_->stop();
 }
 
 std::string WebServer::url() const {
-    return works_->url();
+    return impl_->url();
 }
 
 }  // namespace tavio::virtual_printer

@@ -12,15 +12,15 @@ namespace tavio::virtual_printer {
 
 struct WebSettings {
     std::string address = "127.0.0.1";  // to listen on
-    std::uint16_t port = 9180;          // 0: any that is free
-    std::size_t mostPages = 32;         // event streams at once; more are told to come back
+    std::uint16_t port = 9180;          // 0 chooses a free one
+    std::size_t maxPages = 32;          // event streams at once; further ones get status 503
 };
 
-// Runs until it is destroyed or stopped, which takes less than 2 seconds also with pages open.
+// Runs until it is destroyed or stopped, which takes less than 2 seconds even with open pages.
 class WebServer {
   public:
-    // The store must outlive the server. Throws std::runtime_error, with one sentence, where the
-    // address cannot be listened on.
+    // The store must outlive the server. Throws std::runtime_error, with one sentence, if it cannot
+    // listen on the address.
     WebServer(const WebSettings& settings, PrinterPanel panel, TicketStore& store);
     ~WebServer();
     WebServer(const WebServer&) = delete;
@@ -32,8 +32,8 @@ class WebServer {
     std::string url() const;
 
   private:
-    class Works;
-    std::unique_ptr<Works> works_;
+    class Impl;
+    std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace tavio::virtual_printer

@@ -106,7 +106,7 @@ TEST_F(PrintLoopTest, WatchesTheDoorUntilSomebodyIsThere) {
 
 TEST_F(PrintLoopTest, ClosedDoorsLetNobodyIn) {
     door.waiting.push_back(&client);
-    loop->closeDoors();
+    loop->stopAccepting();
     turn();
     EXPECT_TRUE(loop->isIdle());
     EXPECT_FALSE(watchesDoor());
@@ -119,7 +119,7 @@ TEST_F(PrintLoopTest, WhoCannotBeLetInIsLookedAfterLater) {
     wake(POLLIN);
     turn();  // there are no descriptors left for the client
     EXPECT_FALSE(watchesDoor());
-    EXPECT_EQ(loop->nextTurn(test->now), test->now + PrintLoop::kLookOut);
+    EXPECT_EQ(loop->nextTurn(test->now), test->now + PrintLoop::kPollInterval);
     door.waiting.push_back(&client);
     turn();
     EXPECT_TRUE(watchesClient());

@@ -14,12 +14,12 @@
 namespace tavio::virtual_printer::testing {
 namespace {
 
-constexpr std::chrono::seconds kPatience{60};
+constexpr std::chrono::seconds kTimeout{60};
 
 }  // namespace
 
 bool eventually(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+    const auto end = std::chrono::steady_clock::now() + kTimeout;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -43,7 +43,7 @@ ServerBench::ServerBench(const PrintServerSettings& settings)
 
 std::vector<DeviceTicket> ServerBench::tickets(std::size_t count) {
     std::unique_lock lock(mutex_);
-    EXPECT_TRUE(more_.wait_for(lock, kPatience, [&] { return tickets_.size() >= count; }))
+    EXPECT_TRUE(more_.wait_for(lock, kTimeout, [&] { return tickets_.size() >= count; }))
         << tickets_.size() << " tickets instead of " << count;
     return tickets_;
 }
@@ -84,9 +84,9 @@ TcpClient::TcpClient(std::uint16_t port, const char* host) {
         ::close(std::exchange(socket_, -1));
     }
     ::freeaddrinfo(found);
-    const timeval patience{kPatience.count(), 0};
-    ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+    const timeval timeout{kTimeout.count(), 0};
+    ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
 }
 
 TcpClient::~TcpClient() {

@@ -53,9 +53,9 @@ class TtyClient {
         }
     }
 
-    bool hasAnswer(milliseconds patience) const {
+    bool hasAnswer(milliseconds timeout) const {
         pollfd polled{device_, POLLIN, 0};
-        return ::poll(&polled, 1, static_cast<int>(patience.count())) == 1;
+        return ::poll(&polled, 1, static_cast<int>(timeout.count())) == 1;
     }
 
     std::string read(std::size_t count) const {

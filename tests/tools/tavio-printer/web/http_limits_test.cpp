@@ -31,7 +31,7 @@ class HttpLimits : public testing::Test {
     static WebSettings settings() {
         WebSettings settings;
         settings.port = 0;
-        settings.mostPages = kPages;
+        settings.maxPages = kPages;
         return settings;
     }
 
@@ -131,7 +131,7 @@ TEST_F(HttpLimits, ConnectionsThatSayNothingKeepNobodyWaiting) {
     // There was no room for the first of them, long before patience with it was over.
     silent.front().readToEnd();
     EXPECT_TRUE(silent.front().isClosed());
-    EXPECT_LT(Clock::now() - begin, HttpListener::kPatience);
+    EXPECT_LT(Clock::now() - begin, HttpListener::kTimeout);
 }
 
 TEST_F(HttpLimits, AConnectionThatEndsBeforeItsRequestIsClosedAtOnce) {
@@ -141,7 +141,7 @@ TEST_F(HttpLimits, AConnectionThatEndsBeforeItsRequestIsClosedAtOnce) {
     cut.finishSending();
     EXPECT_EQ(cut.readToEnd(), "");
     EXPECT_TRUE(cut.isClosed());
-    EXPECT_LT(Clock::now() - begin, HttpListener::kPatience);
+    EXPECT_LT(Clock::now() - begin, HttpListener::kTimeout);
 }
 
 TEST_F(HttpLimits, ARequestMayComeByteByByte) {

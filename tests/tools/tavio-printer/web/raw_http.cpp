@@ -56,9 +56,9 @@ const std::string& RawConnection::readToEnd() {
 }
 
 bool RawConnection::readSome() {
-    constexpr int kPatience = 60'000;
+    constexpr int kTimeout = 60'000;
     pollfd polled{socket_, POLLIN, 0};
-    if (closed_ || ::poll(&polled, 1, kPatience) != 1) return false;
+    if (closed_ || ::poll(&polled, 1, kTimeout) != 1) return false;
     std::array<char, 65536> buffer{};
     const ssize_t count = ::recv(socket_, buffer.data(), buffer.size(), 0);
     closed_ = count <= 0;

@@ -20,10 +20,10 @@ using test::RawConnection;
 
 class WebServers : public testing::Test {
   protected:
-    static WebSettings settings(std::size_t mostPages = 32) {
+    static WebSettings settings(std::size_t maxPages = 32) {
         WebSettings settings;
         settings.port = 0;
-        settings.mostPages = mostPages;
+        settings.maxPages = maxPages;
         return settings;
     }
 

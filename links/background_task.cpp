@@ -1,4 +1,4 @@
-#include "tavio/links/aside.h"
+#include "tavio/links/background_task.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -8,7 +8,7 @@
 
 namespace tavio::links {
 
-struct Aside::State {
+struct BackgroundTask::State {
     std::function<void()> work;
     std::mutex mutex;
     std::condition_variable changed;
@@ -22,7 +22,7 @@ struct Aside::State {
     }
 };
 
-Aside::Aside(std::function<void()> work) : state_(std::make_shared<State>()) {
+BackgroundTask::BackgroundTask(std::function<void()> work) : state_(std::make_shared<State>()) {
     state_->work = std::move(work);
     try {
         std::thread([state = state_] { state->run(); }).detach();
@@ -31,7 +31,7 @@ Aside::Aside(std::function<void()> work) : state_(std::make_shared<State>()) {
     }
 }
 
-bool Aside::isDoneWithin(std::chrono::milliseconds time) {
+bool BackgroundTask::isDoneWithin(std::chrono::milliseconds time) {
     std::unique_lock lock(state_->mutex);
     return state_->changed.wait_for(lock, time, [this] { return state_->isDone; });
 }
