@@ -1,4 +1,4 @@
-// The permissions that the process takes from every new file.
+// The process's umask.
 #pragma once
 
 #include <optional>
@@ -6,9 +6,9 @@
 
 namespace tavio::links {
 
-// Of the calling thread; none where the system does not tell. Read from a file of the system:
-// the call umask() cannot read it without changing it, and a file that another thread made in that
-// moment would have the wrong permissions.
+// The umask of the calling thread; none if it is not known. It is read from /proc, because umask()
+// cannot read it without changing it, and a file that another thread creates in that moment would
+// get the wrong permissions.
 std::optional<mode_t> currentUmask();
 
 }  // namespace tavio::links

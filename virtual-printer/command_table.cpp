@@ -27,8 +27,7 @@ constexpr auto kTable = std::to_array<TableEntry>({
     {"q", 0, CommandKind::kEject},
 });
 
-// Whether a command of this kind is named between "<" and ">". The others are an ESC and what it
-// belongs to.
+// True if a command of this kind is a name between "<" and ">". The others have an ESC.
 constexpr bool hasName(CommandKind kind) {
     switch (kind) {
         case CommandKind::kPath:

@@ -17,7 +17,7 @@
 //   0246 and 1357                       ->  0 1 2 3 4 5 6 7
 //
 // Vectors interleave within 16 bytes only, so each result is stored in pieces of 16 bytes. Paper is
-// mostly white: where all eight rows are blank, zeros are written at once.
+// mostly white: if all eight rows are blank, zeros are written at once.
 #include "TavioIpadSDK/encoder/band_columns.h"
 
 #include <cassert>
@@ -74,7 +74,7 @@ HWY_INLINE void storeQuarter(V c04, V c15, V c26, V c37, Byte* out) {
     storePieces(hn::InterleaveUpper(d, evenUp, oddUp), out + 48);
 }
 
-// The columns of as many bytes of each row as a vector has. `top` is in the band's first row.
+// The columns of one vector of bytes of each row. `top` is in the band's first row.
 template <class D>
 HWY_INLINE void transposeVectors(D d, const Byte* top, std::size_t rowSize, Byte* out) {
     using V = hn::Vec<D>;
@@ -105,8 +105,8 @@ HWY_INLINE void transposeVectors(D d, const Byte* top, std::size_t rowSize, Byte
                  hn::InterleaveUpper(d, r2, r6), hn::InterleaveUpper(d, r3, r7), out + 64);
 }
 
-// Whether the rows fill a vector, and then all their columns. The last vector begins early enough
-// to end with the row.
+// Writes all columns and returns true if the rows fill a vector; else returns false. The last
+// vector begins early enough to end with the row.
 template <class D>
 HWY_INLINE bool transposeRows(D d, const Byte* top, std::size_t rowSize, Byte* columns) {
     const std::size_t lanes = hn::Lanes(d);

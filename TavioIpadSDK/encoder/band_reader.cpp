@@ -25,8 +25,8 @@ std::size_t BandReader::sizeAsItStands() const {
     return std::min(static_cast<std::size_t>(last) + 1, stream_.size() - band_->startCommand);
 }
 
-// Whether no byte was looked at more often than it should be, however many commands there are. A
-// last block of marks reaches past the stream's end.
+// True if the number of bytes read is within its limit, however many commands there are. A last
+// block of marks reaches past the stream's end.
 bool BandReader::hasReadLinearly() const {
     constexpr std::size_t kMaxPastTheEnd = 4096;
     return scanner_->bytesRead() <= 4 * stream_.size() &&

@@ -18,13 +18,13 @@ namespace tavio::encoder {
 //   while (reader.next()) use(reader.kind(), *reader.band());
 class BandReader {
   public:
-    // At the stream's beginning, wherever the stream was.
+    // Begins at the stream's beginning.
     explicit BandReader(BandStream& stream) : stream_(stream) { rewind(); }
 
     // Back to the stream's beginning.
     void rewind();
 
-    // Goes to the next band; false after the last. The stream forgets what lies before the band.
+    // Goes to the next band; false after the last. The stream drops the bytes before the band.
     bool next() {
         const std::optional<FoundBand> found = scanner_->next();
         if (!found) {
@@ -55,8 +55,8 @@ class BandReader {
         runs_->forEachPiece(columns_, use);
     }
 
-    // The bytes of the stream that a printing band copies, from its "<RC" on: its commands and
-    // columns as they stand.
+    // The number of bytes that a printing band copies from the stream, from its "<RC" on: its
+    // commands and columns, unchanged.
     //
     //   startData - startCommand + count
     //
@@ -64,7 +64,7 @@ class BandReader {
     // the sum may be 0 or less, and nothing is copied. The stream's end cuts it short.
     std::size_t sizeAsItStands() const;
 
-    // What BandScanner offers for the bands after this one.
+    // See BandScanner: operations on the bands after this one.
     void passSharing() { scanner_->passSharing(); }
     BandScanner::Passed countSharing() { return scanner_->countSharing(); }
     std::size_t passRepeating() { return scanner_->passRepeating(); }

@@ -5,7 +5,7 @@
 
 namespace tavio::encoder {
 
-// The first blank byte from there on. Remembered: what was passed over is not searched again.
+// The first blank byte from `from` on. It is kept, so that no byte is searched twice.
 std::int64_t BandRuns::nextBlank(std::int64_t from) {
     if (nextBlank_ >= from) return nextBlank_;
     const auto first = static_cast<std::size_t>(from);
@@ -36,7 +36,7 @@ ColumnKind BandRuns::kindOf(const Columns& columns) {
     return isAllBlank(columns) ? ColumnKind::kBlank : ColumnKind::kMixed;
 }
 
-// Where the blank columns at the band's end begin, when they are fewer than kMinSkip.
+// The start of the blank columns at the band's end, if they are fewer than kMinSkip.
 std::int64_t BandRuns::withoutBlankEnd(const Columns& columns) const {
     std::int64_t end = columns.end;
     const std::int64_t walkedTo = std::max(columns.start, columns.end - kMinSkip);

@@ -1,4 +1,4 @@
-// What the second pass must know about the runs of a band.
+// The runs of a band, as the second pass needs them.
 //
 // The rule, over the runs of a band's columns from the left, run[0] to run[n - 1], blank and
 // printing ones in turn:
@@ -20,9 +20,8 @@
 //
 // is written as two stretches of 10 columns, at its columns 0 and 40.
 //
-// Three questions are asked about runs, and each has a file that answers it without listing more
-// than it must: what kind of band it is (here), where its long blank runs are (long_blank_runs.h),
-// and, for the last band of a picture only, what all its runs are (line_map.h).
+// Three files find what is needed without listing all runs: the kind of a band (here), its long
+// blank runs (long_blank_runs.h), and all runs of a picture's last band (line_map.h).
 #pragma once
 
 #include <algorithm>
@@ -50,14 +49,14 @@ enum class ColumnKind {
     kMixed,     // two runs or more
 };
 
-// Answers for the columns of one band after the other, in time linear in the stream's length
-// however many bands share the same columns.
+// Finds the kind and the long blank runs of one band after the other, in time linear in the
+// stream's length, even if many bands share the same columns.
 class BandRuns {
   public:
     explicit BandRuns(BandStream& stream) : stream_(stream), longRuns_(stream) {}
 
-    // columns.start: never less than in the call before. The stream must still have the bytes from
-    // there on.
+    // columns.start: never less than in the previous call. The stream must still have the bytes
+    // from there on.
     ColumnKind kindOf(const Columns& columns);
 
     // The long blank runs from columns.start on, as LongBlankRuns::between gives them.
@@ -65,8 +64,8 @@ class BandRuns {
         return longRuns_.between(columns.start, columns.end);
     }
 
-    // Calls use(piece) with each piece of a mixed band that becomes a stretch, from the left. None
-    // is empty, and each lies within the stream.
+    // Calls use(piece) for each piece of a mixed band that becomes a stretch, from the left. No
+    // piece is empty, and each lies within the stream.
     template <typename Use>
     void forEachPiece(const Columns& columns, Use use) {
         std::int64_t start = columns.start;  // of the piece being gathered
@@ -84,7 +83,7 @@ class BandRuns {
         if (end > start) use(Columns{start, end});
     }
 
-    // Bytes looked at so far.
+    // Bytes read so far.
     std::size_t bytesRead() const { return bytesSearched_ + longRuns_.bytesMarked(); }
 
   private:
@@ -98,8 +97,8 @@ class BandRuns {
 
     BandStream& stream_;
     LongBlankRuns longRuns_;
-    std::int64_t asked_ = 0;       // the start of the last columns asked for
-    std::int64_t nextBlank_ = -1;  // the first blank byte after all starts asked for so far
+    std::int64_t asked_ = 0;       // the start of the last columns
+    std::int64_t nextBlank_ = -1;  // the first blank byte after all starts so far
     std::size_t bytesSearched_ = 0;
 };
 

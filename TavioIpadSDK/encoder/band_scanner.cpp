@@ -14,7 +14,7 @@ bool isDigit(Byte c) {
     return c >= '0' && c <= '9';
 }
 
-// Whether a text that begins with this byte may have another value than 0.
+// True if a text that begins with this byte may have a value other than 0.
 bool mayBeginNumber(Byte c) {
     return isDigit(c) || c == '-' || c == '+' || c == ' ' || c == '\t';
 }
@@ -36,8 +36,7 @@ std::int32_t integerValue(std::span<const Byte> text) {
         std::clamp<std::int64_t>(isNegative ? -value : value, Limits::min(), Limits::max()));
 }
 
-// A ">" ends a number wherever it stands, so the text from the second byte on has one value,
-// whichever ">" ends it.
+// The first ">" ends a number, so the text from the second byte on has only one value.
 BandScanner::BandScanner(BandStream& stream) : stream_(stream) {
     const auto end = findClose(1).value_or(stream.size());
     fromSecondByte_ = numberIn(1, end).value_or(0);
@@ -48,7 +47,7 @@ bool BandScanner::hasAt(std::size_t index, std::string_view text) {
     return std::equal(bytes.begin(), bytes.end(), text.begin(), text.end());
 }
 
-// The index of the first ">" from there on.
+// The index of the first ">" from `from` on.
 std::optional<std::size_t> BandScanner::findClose(std::size_t from) {
     const auto close = stream_.find('>', from);
     bytesRead_ += close.value_or(stream_.size()) - std::min(from, stream_.size());
@@ -62,7 +61,7 @@ std::optional<std::size_t> BandScanner::lastComma(std::size_t from, std::size_t 
     return std::nullopt;
 }
 
-// The number in the text from `first` up to `end`, none when that text is empty.
+// The number in the text from `first` up to `end`; none if that text is empty.
 std::optional<std::int32_t> BandScanner::numberIn(std::size_t first, std::size_t end) {
     if (first >= end) return std::nullopt;
     return integerValue(stream_.read(first, end - first));
@@ -79,7 +78,8 @@ BandScanner::Command BandScanner::commandEndingAt(std::size_t close, std::size_t
     return command;
 }
 
-// Makes command_ the one whose ">" comes next at or after `from`; false when there is none.
+// Reads into command_ the command whose ">" is the first at or after `from`; false if there is
+// none.
 bool BandScanner::readCommand(std::size_t from) {
     const auto close = findClose(from);
     if (close) command_ = commandEndingAt(*close, from);
@@ -87,7 +87,7 @@ bool BandScanner::readCommand(std::size_t from) {
 }
 
 FoundBand BandScanner::bandAt(std::size_t startCommand) {
-    // Without graphics the data is taken to begin where it would after an empty "<G".
+    // Without graphics the data begins where it would after an empty "<G".
     if (!command_->hasGraphics) return {startCommand, command_->close + 4, startData_, numbers_};
     numbers_.count = command_->count.value_or(numbers_.count);
     startData_ = *command_->dataClose + 1;

@@ -1,7 +1,7 @@
 // Finding the bands in a command stream by their positioning commands.
 //
-// The rule, over the bytes b[0] to b[size - 1] of the stream. A number whose text is empty stays
-// what the band before left it, 0 at first:
+// The rule, over the bytes b[0] to b[size - 1] of the stream. A number whose text is empty keeps
+// the value of the previous band, 0 at first:
 //
 //   for k = 0 to size - 1, where b[k .. k+2] is "<RC":
 //     close  := index of the first ">" from k + 3 on
@@ -41,7 +41,7 @@
 
 namespace tavio::encoder {
 
-// What the commands of the bands have said so far.
+// The numbers of the bands' commands so far.
 struct BandNumbers {
     std::int32_t row = 0;
     std::int32_t column = 0;
@@ -56,22 +56,22 @@ struct FoundBand {
     BandNumbers numbers;       // as of this band
 };
 
-// Steps through the stream, in time linear in its length however many "<RC" it holds: each byte is
-// looked at once for where commands begin and at most four times for what they say, because all
-// "<RC" before the same ">" are read together.
+// Finds the bands in time linear in the stream's length, even if it is full of "<RC": each byte is
+// read once to find the beginnings of commands and at most four times for their numbers, because
+// all "<RC" before the same ">" are read together.
 class BandScanner {
   public:
     explicit BandScanner(BandStream& stream);
 
-    // The next band, none after the last. A "<RC", or the "<G" after it, whose ">" does not come
-    // before the stream's end is passed over; what has been read of it stays in the numbers. The
-    // stream must still have the bytes from the band before on.
+    // The next band, none after the last. A "<RC", or the "<G" after it, without a ">" before the
+    // stream's end is skipped; numbers that have been read of it are kept. The stream must still
+    // have the bytes from the previous band on.
     std::optional<FoundBand> next() {
         while (hasPosition()) {
             const std::size_t startCommand = nextPosition();
             const std::size_t from = startCommand + kCommandSize;
             const bool isKnown = command_ && command_->close >= from;
-            if (!isKnown && !readCommand(from)) break;  // none is left for those after it either
+            if (!isKnown && !readCommand(from)) break;  // the following ones have none either
             readNumbers(from);
             if (!command_->hasGraphics || command_->dataClose) return bandAt(startCommand);
         }
@@ -85,7 +85,7 @@ class BandScanner {
         std::size_t indices = 0;  // the sum of their startCommands
     };
 
-    // Passes over all further bands that share the last one's columns, being commands before the
+    // Skips all further bands that share the last one's columns because their commands end at the
     // same ">". 64 bytes of the stream are one step, however many commands they hold. This and the
     // next two: only after a band was found.
     void passSharing() { pass(nullptr); }
@@ -97,16 +97,16 @@ class BandScanner {
         return passed;
     }
 
-    // Passes over further bands that share the last one's columns for as long as they say exactly
-    // what it says, and returns how many those are: one short step for each.
+    // Skips further bands that share the last one's columns while their numbers are the same, and
+    // returns how many: one short step for each.
     std::size_t passRepeating();
 
-    // Bytes looked at so far to learn what commands say.
+    // Bytes read so far for the numbers of commands.
     std::size_t bytesRead() const { return bytesRead_; }
 
   private:
-    // The command that the ">" at `close` ends, and what follows it. It is the same for every "<RC"
-    // before that ">", so it is read once however many there are.
+    // The command that ends with the ">" at `close`, and its graphics command. It is the same for
+    // every "<RC" before that ">", so it is read once.
     struct Command {
         std::size_t close;                     // index of the ">"
         std::optional<std::size_t> comma;      // index of the last "," between "<RC" and ">"
@@ -130,7 +130,7 @@ class BandScanner {
     void passAll();
     bool markMore();
 
-    // Whether there is one more "<RC"; left_ then holds its mark.
+    // True if there is one more "<RC"; left_ then holds its mark.
     bool hasPosition() {
         while (left_ == 0) {
             if (++word_ >= kMarkedWords && !markMore()) return false;
@@ -163,8 +163,8 @@ class BandScanner {
     BandStream& stream_;
     std::array<std::uint64_t, kMarkedWords> marks_;  // where "<RC" begins, a bit for each byte
     std::size_t marked_ = 0;                         // the bytes that are or were in marks_
-    std::size_t word_ = kMarkedWords;                // the word of marks_ being gone through
-    std::uint64_t left_ = 0;                         // what is left of it
+    std::size_t word_ = kMarkedWords;                // the present word of marks_
+    std::uint64_t left_ = 0;                         // its remaining marks
     std::optional<Command> command_;                 // the last one read
     std::int32_t fromSecondByte_ = 0;                // the number at the stream's second byte
     BandNumbers numbers_;
@@ -173,7 +173,7 @@ class BandScanner {
 };
 
 // The integer at the front of a text: blanks skipped, one optional sign, then digits up to the
-// first other byte. 0 when there are none; beyond 32 bits the nearest end of the range.
+// first other byte. 0 if there are none; it saturates to 32 bits.
 std::int32_t integerValue(std::span<const Byte> text);
 
 }  // namespace tavio::encoder

@@ -41,7 +41,7 @@ void blankPadding(const RowGeometry& row, bool isTopBand, std::span<Byte> band) 
     for (Byte& column : halfByte) column &= kept;
 }
 
-// Where band number `band`, from 0, goes; the opening places the first.
+// The position of band number `band`, from 0; the opening has that of the first.
 Position positionOf(UInt32 band, const Placement& placement) {
     const auto rows = static_cast<std::int32_t>(band * UInt32{kBandRows});
     using machine::wrappingAdd;
@@ -116,7 +116,7 @@ void BandStream::rewind() {
 }
 
 std::optional<std::size_t> BandStream::find(Byte wanted, std::size_t from) {
-    constexpr std::size_t kStep = 1024;  // bytes looked at before more are made
+    constexpr std::size_t kStep = 1024;  // bytes searched before more are made
     while (from < size_) {
         const auto bytes = read(from, kStep);
         if (const void* const found = std::memchr(bytes.data(), wanted, bytes.size()))
@@ -143,9 +143,9 @@ void BandStream::makeBand() {
     assert(madeBands_ < bands_ ? made_ < size_ : made_ == size_);
 }
 
-// Where the next `count` bytes go. The bytes that may still be read move to the front where that
-// leaves half of the memory free, and into twice the memory otherwise. Either way no byte is moved
-// more often than another is made.
+// The place for the next `count` bytes. The bytes that may still be read move to the front if that
+// leaves half of the memory free, otherwise into twice the memory. So for each byte made at most
+// one is moved.
 Byte* BandStream::roomFor(std::size_t count) {
     constexpr std::size_t kMin = std::size_t{1} << 16;
     assert(base_ <= kept_ && kept_ <= made_ && count <= size_ - made_);
@@ -155,7 +155,7 @@ Byte* BandStream::roomFor(std::size_t count) {
         if (kept + count <= held_.size() / 2) {
             std::memmove(held_.data(), from, kept);
         } else {
-            const std::size_t max = size_ - kept_;  // no more bytes than that will come
+            const std::size_t max = size_ - kept_;  // no more bytes are ever needed
             StreamBytes more(std::min(std::max(kMin, 2 * (kept + count)), max));
             if (kept > 0) std::memcpy(more.data(), from, kept);
             held_ = std::move(more);

@@ -21,8 +21,8 @@
 
 namespace tavio::encoder {
 
-// Where a job's graphics go. Landscape: a band's row advances down the picture, its column stays.
-// Portrait: the column advances, the row is counted back from the portrait dot width.
+// The place of a job's graphics. Landscape: a band's row advances down the picture, its column
+// stays. Portrait: the column advances, the row is counted back from the portrait dot width.
 struct Placement {
     bool isLandscape = true;
     std::int32_t row = 0;           // the job's
@@ -35,9 +35,9 @@ struct Position {
     std::int32_t column = 0;
 };
 
-// The stream, made band by band as it is read: most of it is never in memory at once, and what has
-// just been made is still in the processor's cache when it is read. A reader that looks far ahead
-// makes it hold more, up to all of it.
+// The stream, made band by band as it is read: only a small part is in memory at a time, and it is
+// still in the processor's cache when it is read. For a reader that looks far ahead it keeps more,
+// up to the whole stream.
 //
 //   0          base_        kept_            made_             size_
 //   | given up | forgotten  | may be read    | not made yet    |
@@ -51,17 +51,17 @@ class BandStream {
     BandStream(std::span<const Byte> pixels, const RowGeometry& row, UInt32 height,
                std::span<const Byte> opening, const Placement& placement);
 
-    // Bytes in all; 0 when the picture has no whole band: the opening goes too.
+    // The total number of bytes; 0, even without the opening, if the picture has no whole band.
     std::size_t size() const { return size_; }
 
-    // Where a band after the last one would go; without any band, the job's place.
+    // The position of a band after the last one; without any band, the job's place.
     Position afterLastBand() const { return afterLastBand_; }
 
     // Its command; "" without a band.
     std::string commandAfterLastBand() const;
 
-    // The `count` bytes from index `first` on, fewer at the stream's end, none past it. They stay
-    // where they are until the next call of any kind. first: not among what was forgotten. Throws
+    // The `count` bytes from index `first` on, fewer at the stream's end, none past it. They are
+    // valid until the next call of any function. first: not a forgotten byte. Throws
     // std::bad_alloc.
     std::span<const Byte> read(std::size_t first, std::size_t count) {
         assert(first >= kept_);
@@ -84,7 +84,7 @@ class BandStream {
     // A stream of these bytes, which need not come from a picture.
     explicit BandStream(std::span<const Byte> bytes);
 
-    // Bytes of memory taken by what is held of the stream.
+    // The memory in use, in bytes.
     std::size_t bytesHeld() const { return held_.size(); }
 
   private:
@@ -93,7 +93,7 @@ class BandStream {
     Byte* roomFor(std::size_t count);
     void put(std::span<const Byte> bytes);
 
-    // What it is made from.
+    // The source of the stream.
     std::span<const Byte> pixels_;
     RowGeometry row_{};
     UInt32 height_ = 0;
@@ -104,7 +104,7 @@ class BandStream {
     std::size_t size_ = 0;
     Position afterLastBand_;
 
-    // What of it is in memory: held_ begins with the byte of index base_.
+    // The part in memory: held_ begins with the byte of index base_.
     StreamBytes held_;
     std::size_t base_ = 0;
     std::size_t kept_ = 0;  // index of the first byte that may still be read
@@ -114,8 +114,8 @@ class BandStream {
 
 // Turns 8 pixel rows into the columns of one band.
 //
-// rows: 8 * RowSize bytes as they lie in the file, so the band's first row comes last. band:
-// 8 * RowSize bytes, overwritten; band[c] is pixel column c.
+// rows: 8 * RowSize bytes in the order of the file, so the band's first row comes last. band: 8 *
+// RowSize bytes, overwritten; band[c] is pixel column c.
 //
 // Padding is blanked by whole half bytes, and in the picture's top row (the first of its top band)
 // by another rule than in all others:

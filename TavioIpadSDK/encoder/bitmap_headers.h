@@ -10,7 +10,7 @@ namespace tavio::encoder {
 
 inline constexpr std::size_t kHeaderSize = 62;  // of both, in bytes
 
-// Bytes 0 to 13 of a bitmap file. They are stored to be looked at; none of them decides anything.
+// Bytes 0 to 13 of a bitmap file. They are kept for inspection; none of them has an effect.
 struct FileHeader {
     char bfType0 = 0;        // 0; not checked
     char bfType1 = 0;        // 1; not checked

@@ -1,4 +1,4 @@
-// Reading and judging a monochrome bitmap file in memory.
+// Reading and checking a monochrome bitmap file in memory.
 #pragma once
 
 #include <cstddef>
@@ -18,12 +18,12 @@ InfoHeader readInfoHeader(std::span<const Byte, kHeaderSize> file);
 
 enum class Verdict { kAccepted, kBadDimensions, kNotMonochrome, kIncomplete };
 
-// Judges width, height and bit count, then the colour count, then whether a file of `fileSize`
-// bytes holds all rows. Fills in the defaults on the way: biClrUsed 0 or 1 becomes 2, and once the
-// two judgements on the header are passed, 0 pixels per metre becomes 128 in both directions.
+// Checks width, height and bit count, then the colour count, then that a file of `fileSize` bytes
+// has all rows. Sets defaults: biClrUsed 0 or 1 becomes 2, and after the two checks of the header
+// have passed, 0 pixels per metre becomes 128 in both directions.
 Verdict judge(InfoHeader& info, std::size_t fileSize);
 
-// What the header says about a row of one-bit pixels.
+// The sizes of a row of one-bit pixels.
 struct RowGeometry {
     double DataSize;         // the row's pixel bytes, with a fraction
     UInt32 RowSize;          // the row's bytes, padded to a multiple of 4

@@ -29,16 +29,16 @@ inline std::string graphicsCommand(std::int64_t columns) {
 
 inline constexpr std::size_t kMaxNumberSize = 11;  // of 32 bits: ten digits and a sign
 
-// How many characters a number takes, its sign included: 1 to kMaxNumberSize.
+// The number of characters of a number, its sign included: 1 to kMaxNumberSize.
 constexpr std::size_t numberSize(std::int32_t number) {
     std::size_t size = number < 0 ? 2 : 1;
     for (std::int32_t n = number / 10; n != 0; n /= 10) ++size;
     return size;
 }
 
-// Puts the decimal number at `to`, where kMaxNumberSize characters may be overwritten; returns
-// where it ends. Places on a ticket have up to four digits: those are written without a branch,
-// each over the one before as long as that is a leading zero.
+// Writes the decimal number to `to`, where kMaxNumberSize characters may be overwritten; returns
+// its end. Places on a ticket have up to four digits. These are written without a branch: a leading
+// zero is overwritten by the next digit.
 inline char* writeNumber(std::int32_t number, char* to) {
     const auto n = static_cast<std::uint32_t>(number);
     if (n >= 10000) return std::to_chars(to, to + kMaxNumberSize, number).ptr;
@@ -52,8 +52,8 @@ inline char* writeNumber(std::int32_t number, char* to) {
     return to + 1;
 }
 
-// A number with the text before it and the text after it. Two of the three numbers of a stretch's
-// commands are often those of the stretch before, so the text of a number that comes again is kept.
+// A number with the text before and after it. Two of the three numbers of a stretch's commands are
+// often the same as in the previous stretch, so the text is kept and used again.
 class NumberText {
   public:
     static constexpr std::size_t kRoom = 20;  // what write() may overwrite
@@ -67,7 +67,7 @@ class NumberText {
         std::copy(after.begin(), after.end(), after_);
     }
 
-    // Puts the text at `to`, where kRoom bytes may be overwritten; returns where it ends. Always
+    // Writes the text to `to`, where kRoom bytes may be overwritten; returns its end. Always
     // inlined: a call for each stretch would take as long as the work.
     [[gnu::always_inline]] Byte* write(std::int32_t number, Byte* to) {
         if (number != number_) {
@@ -76,7 +76,7 @@ class NumberText {
             return make(number, to);
         }
         if (size_ == 0) size_ = static_cast<std::size_t>(make(number, text_) - text_);
-        std::memcpy(to, text_, kMaxText);  // always, which is one store where the size is fixed
+        std::memcpy(to, text_, kMaxText);  // always: a fixed size is one store
         return to + size_;
     }
 
@@ -97,7 +97,7 @@ class NumberText {
     std::size_t beforeSize_;
     std::size_t afterSize_;
     std::int32_t number_ = 0;
-    std::size_t size_ = 0;  // of the kept text, 0 when none is kept
+    std::size_t size_ = 0;  // of the kept text, 0 if none is kept
     Byte text_[kRoom] = {};
 };
 
@@ -106,12 +106,12 @@ class StretchCommands {
   public:
     static constexpr std::size_t kRoom = 3 * NumberText::kRoom;  // what write() may overwrite
 
-    // Puts the commands at `to` and returns where they end.
+    // Writes the commands to `to` and returns their end.
     Byte* write(std::int32_t row, std::int32_t column, std::int32_t columns, Byte* to) {
         return columns_.write(columns, column_.write(column, row_.write(row, to)));
     }
 
-    // How many bytes write() puts down.
+    // The number of bytes that write() writes.
     static constexpr std::size_t size(std::int32_t row, std::int32_t column, std::int32_t columns) {
         constexpr std::string_view kAround = "<RC,><G>";
         return kAround.size() + numberSize(row) + numberSize(column) + numberSize(columns);

@@ -6,7 +6,7 @@
 namespace tavio::encoder {
 namespace {
 
-// How often neighbours differ in being blank.
+// The number of neighbours of which only one is blank.
 std::size_t changesIn(std::span<const Byte> bytes) {
     std::size_t changes = 0;
     for (std::size_t i = 1; i < bytes.size(); ++i)
@@ -14,7 +14,7 @@ std::size_t changesIn(std::span<const Byte> bytes) {
     return changes;
 }
 
-// Lists the runs and returns how many there are; the map has room for all of them.
+// Lists the runs and returns their number; the map must have room for all.
 std::size_t listRuns(std::span<const Byte> bytes, std::int64_t start,
                      std::vector<LineParser>& map) {
     std::size_t used = 0;

@@ -15,8 +15,8 @@ namespace tavio::encoder {
 // zero and non-zero runs take turns. Empties all other entries; a map of fewer entries than
 // LINEMAPMAX, or than there are runs, grows. A `count` of 0 or less gives no run. start: 0 or more.
 //
-// columns: as many of these bytes as the stream has. Where it ends early, zeros follow, which are
-// counted, not walked.
+// columns: these bytes, as far as the stream has them. After its end zeros follow, which are
+// counted without a loop.
 std::size_t mapRuns(std::span<const Byte> columns, std::int64_t start, std::int32_t count,
                     std::vector<LineParser>& map);
 

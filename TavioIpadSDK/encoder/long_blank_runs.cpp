@@ -7,7 +7,8 @@
 //            run begins     last bit: the run ends 3 further on
 //
 // So where these bits change from 0 to 1 a long run begins, and where they change back it ends 18
-// bytes further on. All else, however many short runs there are, is passed over 64 bytes at a time.
+// bytes further on. Everything else is skipped 64 bytes at a time, however many short runs there
+// are.
 #include "TavioIpadSDK/encoder/long_blank_runs.h"
 
 #include <array>
@@ -23,11 +24,11 @@ namespace {
 struct Marks {
     std::uint64_t word, next;
 
-    // A mark stays where there is one kBy further on too.
+    // Keeps a mark if there is another one kBy further on.
     template <int kBy>
     void andAhead() {
         word &= (word >> kBy) | (next << (64 - kBy));
-        next &= next >> kBy;  // wrong at its top, which is too far away to matter
+        next &= next >> kBy;  // wrong in its top bits, which do not matter
     }
 };
 
@@ -69,8 +70,7 @@ void LongBlankRuns::markBlock() {
     }
 }
 
-// Each run is dropped once, and those after it are moved down at most as often as there are dropped
-// ones.
+// Each run is dropped once, and each of the others is moved at most once for each dropped one.
 void LongBlankRuns::dropPassed(std::int64_t start) {
     constexpr std::size_t kManyPassed = 1024;
     while (first_ < runs_.size() && runs_[first_].end <= start) ++first_;
@@ -79,7 +79,7 @@ void LongBlankRuns::dropPassed(std::int64_t start) {
     first_ = 0;
 }
 
-// Bytes that lie before `start` and have not been gone through are skipped: nobody asked for them.
+// Skips bytes before `start` that have not been marked: their runs are not needed.
 void LongBlankRuns::beginAt(std::int64_t start) {
     runs_.clear();
     first_ = 0;
@@ -91,7 +91,7 @@ std::span<const BlankRun> LongBlankRuns::between(std::int64_t start, std::int64_
     assert(start >= asked_);
     asked_ = start;
     if (marked_ < start) beginAt(start);
-    // Once the blanks past the end are reached, the last run is open and nothing follows.
+    // In the blanks past the end, the last run is open and no other follows.
     const auto size = static_cast<std::int64_t>(stream_.size());
     while (marked_ < end && (marked_ <= size || runs_.empty())) markBlock();
     dropPassed(start);

@@ -21,22 +21,22 @@ struct BlankRun {
     bool operator==(const BlankRun&) const = default;
 };
 
-// Goes through a stream once and hands out its zero runs of kMinSkip bytes or more. Shorter runs
-// are never looked at one by one. Past the stream's end there are zeros without end: the last run
-// is open, and its bytes are not walked.
+// Reads a stream once and returns its zero runs of kMinSkip bytes or more. Shorter runs are never
+// visited one by one. The stream's end is followed by endless zeros: the last run is open, and
+// these bytes are not read.
 class LongBlankRuns {
   public:
     static constexpr std::int64_t kOpen = std::numeric_limits<std::int64_t>::max();
 
     explicit LongBlankRuns(BandStream& stream) : stream_(stream) {}
 
-    // The runs in ascending order, from the first that ends after `start` on; all that begin before
-    // `end` are among them, further ones may follow. A run that goes on past `end` may be told as
-    // kOpen long. start: never less than in the call before. The result holds until the next call.
-    // The stream must still have the bytes that have not been gone through.
+    // The runs in ascending order, from the first that ends after `start` on. All that begin before
+    // `end` are among them; further ones may follow. A run that continues past `end` may be
+    // reported as kOpen long. start: never less than in the previous call. The result is valid
+    // until the next call. The stream must still have the bytes that have not been marked.
     std::span<const BlankRun> between(std::int64_t start, std::int64_t end);
 
-    // Bytes gone through so far, those past the end that fill a last block included.
+    // Bytes marked so far, also those past the end that fill the last block.
     std::size_t bytesMarked() const { return bytesMarked_; }
 
   private:
@@ -49,10 +49,10 @@ class LongBlankRuns {
     BandStream& stream_;
     std::int64_t asked_ = 0;      // the start of the last call
     std::int64_t marked_ = 0;     // all runs that begin before this are known
-    std::uint64_t isOpen_ = 0;    // 1 when one of them has not ended yet
+    std::uint64_t isOpen_ = 0;    // 1 if one of them has not ended yet
     std::vector<BlankRun> runs_;  // ascending
     std::size_t bytesMarked_ = 0;
-    std::size_t first_ = 0;  // index of the first that may still be asked for
+    std::size_t first_ = 0;  // index of the first one that may still be needed
 };
 
 }  // namespace tavio::encoder

@@ -3,7 +3,7 @@
 //   bytes   41 00 00 07 FF 00 00 00
 //   bits     0  1  1  0  0  1  1  1     as a byte E6
 //
-// 64 bytes fill a word whatever the length of a vector.
+// 64 bytes fill a word with vectors of any length.
 #include "TavioIpadSDK/encoder/mark_blanks.h"
 
 #include <algorithm>
@@ -21,7 +21,8 @@ namespace tavio::encoder::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Marks 64 bytes for each of the `count` words and returns how many words those are.
+// Marks 64 bytes for each word that fills whole vectors, up to `count` words, and returns their
+// number.
 std::size_t markBlankVectors(const Byte* bytes, std::size_t count, std::uint64_t* words) {
     const hn::ScalableTag<Byte> d;
     const std::size_t lanes = hn::Lanes(d);

@@ -9,7 +9,7 @@
 
 namespace tavio::encoder {
 
-// Bit b of word w says whether bytes[64 w + b] is 0. Bytes past the last one count as 0.
+// Bit b of word w is 1 if bytes[64 w + b] is 0. Bytes past the last one count as 0.
 void markBlanks(std::span<const Byte> bytes, std::span<std::uint64_t> words);
 
 }  // namespace tavio::encoder

@@ -1,4 +1,4 @@
-// Three loads, each one byte further on, compared with one letter each; where all three agree, a
+// Three loads, each one byte further on, are compared with one letter each. If all three agree, a
 // command begins. Graphics full of "<" or "<R" take no longer than others.
 //
 //   bytes      x < R < R C 7
@@ -23,8 +23,8 @@ namespace tavio::encoder::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Marks 64 bytes for each of the `count` words, reads two bytes more, and returns how many words
-// those are.
+// Marks 64 bytes for each word that fills whole vectors, up to `count` words, reads two bytes more,
+// and returns the number of words.
 std::size_t markPositionVectors(const Byte* bytes, std::size_t count, std::uint64_t* words) {
     const hn::ScalableTag<Byte> d;
     const std::size_t lanes = hn::Lanes(d);

@@ -9,7 +9,7 @@
 
 namespace tavio::encoder {
 
-// Bit b of word w says whether bytes[64 w + b] and the two bytes after it are "<RC".
+// Bit b of word w is 1 if bytes[64 w + b] and the two bytes after it are "<RC".
 void markPositions(std::span<const Byte> bytes, std::span<std::uint64_t> words);
 
 }  // namespace tavio::encoder

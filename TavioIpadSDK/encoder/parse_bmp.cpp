@@ -31,7 +31,7 @@ void refuseDimensions() {
     refuse("Error - Invalid Image width/height/depth.");
 }
 
-// Reads and judges the file, shows the notice of a refusal, and says whether to go on.
+// Reads and checks the file. Shows the notice of a refusal and returns false, or returns true.
 bool accept(std::span<const Byte> file) {
     if (file.size() < kHeaderSize) {
         refuse("Error - Image data is incomplete.");
@@ -78,8 +78,8 @@ void print(std::span<const Byte> file) {
     SendData(stream.data(), static_cast<std::int32_t>(stream.size()));
 }
 
-// Everything is encoded before the printer is told that a logo comes: were the logo found to be too
-// long after that, the printer would wait for the rest of it.
+// Everything is encoded before the first command is sent: if the logo were too long, the printer
+// would wait for the rest of it.
 void storeLogo(std::span<const Byte> file) {
     const Placement placement = placementAt(0, 0);
     BandStream bands = bandsOf(file, "", placement);

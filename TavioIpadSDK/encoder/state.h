@@ -1,7 +1,8 @@
-// The encoder's module-wide variables. ParseBMP alone knows them: what it calls is given values.
+// The encoder's module-wide variables. Only ParseBMP uses them: the functions that it calls get
+// values.
 //
-// All are of one picture: the next one overwrites them, and until then they are kept. They have
-// their first value before any code of the program runs, and keep theirs until all of it has run.
+// All belong to one picture and are kept until the next one overwrites them. They have their
+// initial value before any code of the program runs, and exist until all of it has run.
 #pragma once
 
 #include <vector>

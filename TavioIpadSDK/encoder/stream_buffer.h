@@ -12,14 +12,14 @@
 
 namespace tavio::encoder {
 
-// Takes bytes in order while there is room for them. What does not fit is not taken, and nothing
-// after it is.
+// Takes bytes in order while there is room for them. Bytes that do not fit, and all after them, are
+// not taken.
 class StreamBuffer {
   public:
     // room: bytes that it can take.
     explicit StreamBuffer(std::size_t room) : bytes_(room), room_(room) {}
 
-    // Whether all that was appended has been taken.
+    // True if all appended bytes have been taken.
     bool keptAll() const { return keptAll_; }
 
     void append(std::span<const Byte> bytes) {
@@ -32,19 +32,19 @@ class StreamBuffer {
         size_ += bytes.size();
     }
 
-    // Where the next byte goes when there is room for `count` of them, null otherwise. Bytes
-    // written there count once they are taken. count: 1 or more.
+    // The place of the next byte if there is room for `count` bytes, else null. Bytes written there
+    // count after takeWritten(). count: 1 or more.
     Byte* next(std::size_t count) {
         return count <= room_ - size_ ? bytes_.data() + size_ : nullptr;
     }
 
-    // Takes this many of the bytes that next() has given room for.
+    // Takes this many of the bytes written to next().
     void takeWritten(std::size_t count) {
         assert(count <= room_ - size_);
         size_ += count;
     }
 
-    // Hands the bytes over and is empty again, without any room.
+    // Returns the bytes; the buffer is then empty and has no room.
     StreamBytes release() {
         bytes_.shorten(size_);
         size_ = room_ = 0;
@@ -53,7 +53,7 @@ class StreamBuffer {
 
   private:
     StreamBytes bytes_;
-    std::size_t room_;  // bytes that are taken at most, those taken included
+    std::size_t room_;  // the maximum number of bytes
     std::size_t size_ = 0;
     bool keptAll_ = true;
 };

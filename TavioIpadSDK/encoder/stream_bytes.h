@@ -11,7 +11,7 @@
 
 namespace tavio::encoder {
 
-// Memory for a number of bytes that are all going to be written: a vector would zero them first.
+// Memory for bytes that are all written later: a vector would zero them first.
 class StreamBytes {
   public:
     StreamBytes() = default;
@@ -20,7 +20,7 @@ class StreamBytes {
         machine::preferLargePages(std::as_bytes(std::span(bytes_.get(), size)));
     }
 
-    // Forgets the bytes after the first `size`. size: not above size().
+    // Drops the bytes after the first `size`. size: not above size().
     void shorten(std::size_t size) {
         assert(size <= size_);
         size_ = size;

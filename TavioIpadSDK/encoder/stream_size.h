@@ -1,4 +1,4 @@
-// How long a command stream may be, and counting up to that.
+// The maximum length of a command stream, and counting up to it.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,10 @@
 
 namespace tavio::encoder {
 
-// A stream is handed to the transport under a signed 32-bit count, so it may not be longer.
+// The transport takes a signed 32-bit count, so a stream may not be longer.
 inline constexpr std::size_t kMaxStreamBytes = 0x7FFFFFFF;
 
-// Thrown when a stream would become too long; never leaves the encoder.
+// Thrown if a stream would become too long; never leaves the encoder.
 struct StreamTooLong : std::length_error {
     StreamTooLong() : std::length_error("the command stream is too long") {}
 };
@@ -20,7 +20,7 @@ class StreamSize {
   public:
     explicit StreamSize(std::size_t max = kMaxStreamBytes) : max_(max) {}
 
-    // Throws StreamTooLong where the sum would be above `max`; the sum stays what it was.
+    // Throws StreamTooLong if the sum would be above `max`; then the sum does not change.
     void add(std::uint64_t bytes) {
         if (bytes > max_ - sum_) throw StreamTooLong();
         sum_ += static_cast<std::size_t>(bytes);

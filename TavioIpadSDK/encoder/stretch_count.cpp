@@ -9,7 +9,7 @@
 namespace tavio::encoder {
 namespace {
 
-// A mixed band, and all after it that repeat it.
+// Counts a mixed band, and all following ones that repeat it.
 void countMixed(BandReader& reader, StretchPlaces& places, StreamSize& size) {
     const BandNumbers numbers = reader.band()->numbers;
     const bool wouldRepeat = places.wouldRepeat(numbers);
@@ -25,8 +25,8 @@ void countMixed(BandReader& reader, StretchPlaces& places, StreamSize& size) {
     if (wouldRepeat) size.add(reader.passRepeating() * bytes);
 }
 
-// A printing band, and, where it has a "<G" of its own, all after it that share its columns: each
-// reaches from its command to the end of the columns.
+// Counts a printing band, and, if it has a "<G" of its own, all following ones that share its
+// columns: each reaches from its command to the end of the columns.
 void countPrinting(BandReader& reader, StreamSize& size) {
     size.add(reader.sizeAsItStands());
     if (reader.band()->startData != reader.band()->firstByte) return;

@@ -1,4 +1,4 @@
-// How many bytes the second pass writes, counted without writing them.
+// Counting the bytes of the second pass without writing them.
 #pragma once
 
 #include "TavioIpadSDK/encoder/band_reader.h"
@@ -7,12 +7,12 @@
 
 namespace tavio::encoder {
 
-// Adds the bytes that the stretches of all bands take, commands included; reader: at its beginning.
-// Throws StreamTooLong; reader.band() is then the one that was too much.
+// Adds the bytes of the stretches of all bands, commands included; reader: at its beginning. Throws
+// StreamTooLong; then reader.band() is the band that exceeded the limit.
 //
-// Takes time in proportion to the bytes read, whatever would be written: each command found adds a
-// fixed number of steps, and one for each stretch of it; commands that would only repeat what
-// another writes are counted together.
+// Takes time in proportion to the bytes read, not to those that would be written: each command
+// found adds a fixed number of steps, and one for each of its stretches. Commands that repeat the
+// stretches of another one are counted together.
 void countStretches(BandReader& reader, const Placement& placement, const Position& afterLastBand,
                     StreamSize& size);
 

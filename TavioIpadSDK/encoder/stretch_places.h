@@ -1,4 +1,4 @@
-// Where the stretches of a picture go.
+// The places of a picture's stretches.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 namespace tavio::encoder {
 
-// The rule, with `left` for the columns of the band to the left of the stretch, `band` for what the
-// band's own commands say, and row and column as they are for the stretch before (at first: where a
-// band after the last one would go). Sums wrap around in 32 bits.
+// The rule: `left` is the number of the band's columns to the left of the stretch, and `band` has
+// the numbers of the band's own commands. Row and column begin with the values of the previous
+// stretch (at first: the position of a band after the last one). Sums wrap around in 32 bits.
 //
 //   landscape   column := left                  where row is not band.row: the band's first stretch
 //               column := left + job's column   otherwise
@@ -30,13 +30,12 @@ class StretchPlaces {
     StretchPlaces(const Placement& placement, const Position& afterLastBand)
         : placement_(placement), last_(afterLastBand) {}
 
-    // Where the next stretch goes.
+    // The place of the next stretch.
     Position next(std::int32_t left, const BandNumbers& band) {
         return placement_.isLandscape ? nextInLandscape(left, band) : nextInPortrait(left, band);
     }
 
-    // Whether the stretches of a band that says this, and then those of one that says it again, go
-    // to the same places.
+    // True if the stretches of two successive bands with these numbers have the same places.
     bool wouldRepeat(const BandNumbers& band) const {
         return !placement_.isLandscape || last_.row == band.row;
     }
@@ -60,7 +59,7 @@ class StretchPlaces {
     }
 
     const Placement placement_;
-    Position last_;  // of the stretch before
+    Position last_;  // of the previous stretch
 };
 
 }  // namespace tavio::encoder

@@ -20,7 +20,7 @@
 namespace tavio::encoder {
 namespace {
 
-// What a job sends, but for its bands.
+// The bytes of a job around its bands.
 struct Job {
     std::span<const Byte> opening;  // before the stretches
     std::span<const Byte> closing;  // after them
@@ -43,7 +43,7 @@ class StretchWriter {
         });
     }
 
-    // A printing band: its commands and columns as they stand.
+    // A printing band: its commands and columns, unchanged.
     void copyPrinting(const BandReader& reader) {
         out_.append(stream_.read(reader.band()->startCommand, reader.sizeAsItStands()));
     }
@@ -57,8 +57,8 @@ class StretchWriter {
     StretchCommands commands_;
 };
 
-// Many stretches are a few columns long: those are copied by one store of a fixed size where there
-// is room for it on both sides.
+// Many stretches are a few columns long: these are copied by one store of a fixed size, if source
+// and target have room for it.
 void StretchWriter::write(const Position& at, std::size_t first, std::size_t length) {
     constexpr std::size_t kShort = 32;
     const auto columns = static_cast<std::int32_t>(length);
@@ -80,7 +80,7 @@ void StretchWriter::write(const Position& at, std::size_t first, std::size_t len
     out_.append(data.first(length));
 }
 
-// Writes all bands, or those that there is room for.
+// Writes the bands that there is room for.
 void writeBands(BandReader& reader, BandStream& bands, const Placement& placement,
                 StreamBuffer& out) {
     StretchWriter writer(bands, placement, out);
@@ -99,7 +99,7 @@ void writeBands(BandReader& reader, BandStream& bands, const Placement& placemen
     }
 }
 
-// All of the job, none of it where it takes more than this many bytes.
+// The whole job; none if it takes more than `room` bytes.
 std::optional<StreamBytes> writeInto(std::size_t room, BandReader& reader, BandStream& bands,
                                      const Job& job) {
     StreamBuffer out(room);

@@ -3,8 +3,8 @@
 //   stream  := opening  { stretch }  closing
 //   stretch := "<RC" row "," column "><G" columns ">" columns * byte
 //
-// band_scanner.h tells how bands are found, band_runs.h what becomes of their columns,
-// stretch_places.h where the stretches go.
+// band_scanner.h has the rule for finding bands, band_runs.h that for their columns,
+// stretch_places.h that for the places of stretches.
 #pragma once
 
 #include <span>
@@ -17,11 +17,11 @@
 
 namespace tavio::encoder {
 
-// Writes `opening`, the bands' stretches, then `closing`. `lineMap` is left holding the last band's
-// runs, its other entries empty; without any band it stays as it is. Throws StreamTooLong beyond
-// 2^31 - 1 bytes, then the last band is the one that was too much, and std::bad_alloc.
+// Writes `opening`, the bands' stretches, then `closing`. Afterwards `lineMap` has the last band's
+// runs, and its other entries are empty; without any band it does not change. Throws StreamTooLong
+// past 2^31 - 1 bytes (the last band is then the one that exceeded it) and std::bad_alloc.
 //
-// Takes time in proportion to the bytes read and written, whatever the graphics hold:
+// Takes time in proportion to the bytes read and written, for any graphics:
 //
 //   reading  each byte of the band stream a fixed number of times, together, for commands, for long
 //            blank runs and for the last band's line map; zeros past the end are not walked
@@ -29,7 +29,7 @@ namespace tavio::encoder {
 //            it, however many runs its columns have
 //
 // The result is written into as many bytes as the band stream has, which is nearly always enough.
-// Where it is not, the size is counted (stretch_count.h) and the result written once more.
+// If it is not, the size is counted (stretch_count.h) and the result is written again.
 //
 // Memory: the first guess or the exact size of the result, the line map of one band, and of the
 // band stream and its long runs what lies between the last band found and the end of its columns.

@@ -1,4 +1,4 @@
-// One pixel while errors are diffused.
+// One pixel during error diffusion.
 #pragma once
 
 #include "TavioIpadSDK/machine/bytes.h"

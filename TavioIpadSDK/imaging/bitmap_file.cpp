@@ -14,7 +14,7 @@ namespace {
 constexpr std::int32_t kHeaderSize = 62;
 static_assert(sizeof(BMPHeader) == kHeaderSize);
 
-// Everything that is the same in every header; zero where a computed field goes.
+// The constant fields of the header; computed ones are 0.
 constexpr std::array<Byte, kHeaderSize> fixedFields() {
     std::array<Byte, kHeaderSize> header{};
     header[0] = 'B';

@@ -19,7 +19,7 @@ void createRawMonochromeData();
 //  14  40                30  0 (no compression)
 void populate_bmpheader();
 
-// Writes a value as four bytes, lowest first, to BMPHeader[index : index + 4]; does nothing when
+// Writes a value as four bytes, lowest first, to BMPHeader[index : index + 4]; does nothing if
 // these are not all inside.
 void BMPHeader_Int(std::int32_t intToReverse, std::int32_t index);
 

@@ -18,10 +18,10 @@
 namespace tavio::imaging {
 namespace {
 
-// Smaller pictures are done before a second thread has begun.
+// Smaller pictures take less time than the start of a thread.
 constexpr std::size_t kMinPixels = std::size_t{1} << 18;
 
-// False, with nothing done, if no thread can be had.
+// Returns false, and does nothing, if no thread can be started.
 bool diffuseOnTwoCores(const std::vector<DitherStrip>& strips) {
     std::vector<DitherStrip> own;
     std::vector<DitherStrip> others;

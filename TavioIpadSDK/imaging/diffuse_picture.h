@@ -9,8 +9,8 @@
 namespace tavio::imaging {
 
 // The entries of a whole picture, width * height words, bottom row first as in mDataArray:
-// `entries` holds height * paddedWidth(width). Large pictures are worked on by two cores, if a
-// thread can be had. Throws std::bad_alloc.
+// `entries` holds height * paddedWidth(width). Large pictures use two cores, if a thread can be
+// started. Throws std::bad_alloc.
 void diffusePicture(std::span<const UInt32> pixels, std::int32_t width, std::int32_t height,
                     std::span<Byte> entries);
 

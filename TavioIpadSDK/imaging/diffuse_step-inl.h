@@ -1,7 +1,7 @@
 // One step of the wave: every lane turns its pixel black or white and passes its error on.
 //
 // Lane l is a row of the picture, and each row follows the one above it at a distance of kSkew
-// columns, which is far enough for all that the row above passes down to have arrived:
+// columns, so that all errors of the row above have arrived:
 //
 //                      column ->
 //   lane l      . . . . . . . . . . . . V
@@ -13,12 +13,13 @@
 //
 // While a pixel gathers the errors from above it lies in the lane of the row ABOVE its own, where
 // these errors arise. So three vectors move from lane to lane in a step, one for each field, not
-// one for each error. The order of the additions is that of DitherFloydSteinberg() in raster order,
-// as it must be, since a field is clamped after each one: upper left, above, upper right, left.
+// one for each error. The additions must have the order of DitherFloydSteinberg() in raster order,
+// since a field is clamped after each one: upper left, above, upper right, left.
 //
-// Lane 0 is the last row of the strip above, done once more. It comes with all errors that it
-// received, so nothing may be added: the weights are 0 where lane 0 would receive 7 sixteenths, and
-// where the last lane would pass errors down, for the pixels of lane 0 enter through the last one.
+// Lane 0 is the last row of the strip above, diffused again. It already has all errors that it
+// received, so none may be added: the weight of 7 sixteenths into lane 0 is 0, and so are the
+// weights with which the last lane passes errors down, since the pixels of lane 0 enter through the
+// last lane.
 //
 // Numbers:
 //   Values are kept less 128, as signed bytes: a clamped addition is then one saturating addition.
@@ -66,10 +67,10 @@ constexpr Unsigned16 kU16;
 
 constexpr int kLanes = static_cast<int>(hn::MaxLanes(Unsigned8()));
 
-// Two columns would do; with three, moving to the next lane has a whole step's time.
+// Two columns are enough; with three, a move to the next lane has a whole step's time.
 constexpr int kSkew = 3;
 
-// A pixel enters so many steps before it is decided; the one of lane 0 as well.
+// A pixel enters so many steps before it is decided, in lane 0 too.
 constexpr int kEntersAhead = kSkew + 1;
 
 // Named members, not arrays: compilers keep these in registers.
@@ -151,7 +152,8 @@ HWY_INLINE Wave makeWave() {
     return {black, black, black, black, {splat(0), splat(0), splat(0)}};
 }
 
-// The lanes whose column, step - kSkew * lane, is `column` or more are those below this.
+// The column of a lane is step - kSkew * lane. Those of the lanes below this one are `column` or
+// more.
 HWY_INLINE Vec8 lanesFrom(int column, int step) {
     const int room = step - column;
     return splat(room < 0 ? 0 : room / kSkew < kLanes ? room / kSkew + 1 : kLanes);
@@ -183,7 +185,7 @@ HWY_INLINE Fields select(hn::Mask<Signed8> mask, const Fields& yes, Vec8 no) {
             hn::IfThenElse(mask, yes.blue, no)};
 }
 
-// Every lane gets what was in the one above it, lane 0 what was in the last.
+// Moves every lane's value one lane down, and the last one's to lane 0.
 template <class D>
 HWY_INLINE hn::Vec<D> laneDown(D d, hn::Vec<D> v) {
     hn::Vec<D> blockBefore = v;
@@ -268,8 +270,8 @@ HWY_INLINE Fields weighted(const FieldHalves& error, Vec16 even, Vec16 odd) {
             weighted(error.blue, even, odd)};
 }
 
-// The first half of a step: black or white? Writes the pixels' values, one of the three fields after
-// the other, and one bit for each lane, set for black. Returns the errors for the fields that
+// The first half of a step: black or white? Writes the pixels' values, one of the three fields
+// after the other, and one bit for each lane, set for black. Returns the errors for the fields that
 // receive them, crossed as in dither.cpp:
 //
 //   for Red: Red - Red'    for Green: Blue - Blue'    for Blue: Green - Green'
@@ -298,7 +300,7 @@ HWY_INLINE FieldHalves decide(const Wave& wave, const Constants& constants, cons
             .blue = minus(halves.green, level)};
 }
 
-// The second half: passes the errors on. The one that the next step waits for comes first.
+// The second half: passes the errors on. The error that the next step needs comes first.
 template <bool kEdge>
 HWY_INLINE void passOn(Wave& wave, const Constants& constants, const EdgeMasks& masks,
                        const FieldHalves& error, const Fields& entering) {

@@ -1,4 +1,4 @@
-// A strip of rows, by a skewed wave (diffuse_step-inl.h tells what one step does):
+// A strip of rows is diffused by a skewed wave (diffuse_step-inl.h describes one step):
 //
 //            column ->                                   with 4 lanes
 //   lane 0   # # # # # # # # # # # # # o . . . . .   the last row of the strip above once more
@@ -14,9 +14,10 @@
 //   after    a step leaves one bit a lane, white or black; every 64 steps these are turned back into
 //            entries, since every row lies in another page of memory
 //
-// The lanes are in different columns, so near the edges of the picture some lanes are outside. Pieces
-// of 16 steps near the edges are compiled on their own: what the lanes do outside is masked, and only
-// words of the picture are read, into a copy. Away from the edges words are read where they lie.
+// The lanes are in different columns, so near the edges of the picture some lanes are outside.
+// Pieces of 16 steps near the edges are compiled on their own: what the lanes do outside is masked,
+// and only words of the picture are read, into a copy. Away from the edges words are read where
+// they lie.
 #include "TavioIpadSDK/imaging/diffuse_strip.h"
 
 #include <algorithm>
@@ -39,12 +40,12 @@ namespace tavio::imaging::HWY_NAMESPACE {
 
 constexpr int kPiece = 16;       // steps
 constexpr int kGroup = 4;        // columns turned at once: 16 bytes of a row
-constexpr int kBitSteps = 64;    // whose entries are written at once
+constexpr int kBitSteps = 64;    // entries of so many steps are written at once
 constexpr int kPrefetched = 48;  // words
 constexpr int kBitParts = kBitSteps / kLanes;
 constexpr int kBitFours = (kLanes + 31) / 32;  // four bytes of bits each
 
-// So early that the first pixel of lane 0 can enter.
+// Early enough for the first pixel of lane 0 to enter.
 constexpr int kFirstStep = -kGroup;
 static_assert(kEntersAhead <= kGroup);
 
@@ -96,7 +97,7 @@ HWY_INLINE hn::Vec<D> fourWords(D d, const UInt32* const* rows, int column) {
     }
 }
 
-// Half the way of every fourth row's words to columns.
+// The first half of turning every fourth row's words into columns.
 HWY_INLINE void turnWords(const UInt32* const* rows, int firstColumn, int quarter,
                           Byte (*columns)[kLanes]) {
     VecU8 a = fourWords(kU8, rows + quarter, firstColumn);
@@ -110,8 +111,8 @@ HWY_INLINE void turnWords(const UInt32* const* rows, int firstColumn, int quarte
     hn::Store(d, kU8, columns[4 * quarter + 3]);
 }
 
-// The other half of the way, of one column: gives the bytes of its words. The channels are rotated
-// as by TransformToRGBA: Red = source green, Green = source blue, Blue = source red.
+// The second half, for one column: returns the bytes of its words. The channels are rotated as by
+// TransformToRGBA: Red = source green, Green = source blue, Blue = source red.
 HWY_INLINE Fields columnOf(const Byte (*columns)[kLanes], int column) {
     VecU8 red = hn::Load(kU8, columns[column]);
     VecU8 green = hn::Load(kU8, columns[column + 4]);
@@ -159,7 +160,7 @@ class StripWave {
     const int rows_;
     Wave wave_ = makeWave();
     int first_ = kFirstStep;         // step of the piece
-    int bitSteps_ = 0;               // whose entries have not been written
+    int bitSteps_ = 0;               // steps whose entries have not been written
     int known_ = 0;                  // columns of the strip above that are known to be done
     const UInt32* at_[kLanes] = {};  // the words that the piece turns
     Buffers buffers_;
@@ -206,8 +207,8 @@ void StripWave::run() {
     }
 }
 
-// Until the last row of the strip above is as far as the piece needs it. When there is a need to
-// wait, then for many pieces at once: looking at a number slows down the core that changes it.
+// Waits until the last row of the strip above has the columns that the piece needs. It then waits
+// for those of many pieces at once: reading the number slows down the core that changes it.
 void StripWave::waitForAbove() {
     constexpr int kLead = 256;
     constexpr int kSpins = 1000;
@@ -232,8 +233,8 @@ void StripWave::fillUp() {
         std::fill_n(strip_.entries.data() + at + width, padded - width, static_cast<Byte>(WHITE));
 }
 
-// Copies the words that enter in steps first to first + 15. They may lie outside of the row, where
-// they do not matter, and even outside of the strip, where they are not read.
+// Copies the words that enter in steps first to first + 15. Words outside of the row do not matter,
+// and words outside of the strip are not read.
 void StripWave::copyChecked(int first) {
     const auto size = static_cast<std::ptrdiff_t>(strip_.pixels.size());
     const UInt32* pixels = strip_.pixels.data();
@@ -257,7 +258,7 @@ void StripWave::pointAtCopies() {
     for (int lane = 0; lane < kLanes; ++lane) at_[lane] = buffers_.words[lane];
 }
 
-// For the pieces that need no checks. Lanes without a row do what the last row does.
+// For pieces that need no checks. Lanes without a row repeat the last row.
 void StripWave::pointAtPixels(int first) {
     for (int lane = 0; lane < kLanes - 1; ++lane) {
         const std::ptrdiff_t row = std::min(lane, rows_ - 1);
@@ -278,7 +279,7 @@ HWY_INLINE void StripWave::keepBlack(const Byte* bits, int bitStep) {
         std::memcpy(buffers_.black[bitStep / kLanes][four][bitStep % kLanes], bits + 4 * four, 4);
 }
 
-// Also does this step's share of making the next group ready.
+// Also does this step's share of preparing the next group.
 template <bool kEdge>
 HWY_INLINE void StripWave::step(Wave& wave, int i) {
     const int group = i / kGroup;
@@ -293,8 +294,8 @@ HWY_INLINE void StripWave::step(Wave& wave, int i) {
     if constexpr (!kEdge) prefetch(i);
 }
 
-// A step's share of asking for the words of the pieces to come and for the places where entries
-// will be written next: there are too many rows for the processor to foresee either.
+// A step's share of prefetching the words of the next pieces and the memory of the next entries:
+// there are too many rows for the processor's own prefetching.
 HWY_INLINE void StripWave::prefetch(int i) const {
     constexpr int kShare = kLanes / kPiece;
     for (int lane = i * kShare; lane < (i + 1) * kShare; ++lane)
@@ -353,7 +354,7 @@ HWY_INLINE void StripWave::writeEight(VecU8 black, int firstLane, int firstStep)
     }
 }
 
-// What of them is inside of the row.
+// Writes those that are inside of the row.
 HWY_NOINLINE void StripWave::writeInside(VecU8 entries, Byte* row, int firstColumn) const {
     alignas(64) Byte all[kLanes];
     hn::Store(entries, kU8, all);

@@ -11,7 +11,7 @@
 
 namespace tavio::imaging {
 
-// How many columns are done, as a number that only grows. One thread publishes, another looks.
+// The number of finished columns, which only grows. One thread publishes it, another one reads it.
 class ColumnsDone {
   public:
     void publish(std::int64_t count) { count_.store(count, std::memory_order_release); }
@@ -21,10 +21,10 @@ class ColumnsDone {
     std::atomic<std::int64_t> count_{0};
 };
 
-// The last row of a strip, with all errors added that came from above and from the left, as words
-// like those of a picture (the alpha bits mean nothing): what the next strip begins with. A row of
-// zeros passes no errors on, so a picture's first strip begins with that. Vectors may read kPast
-// words past the last.
+// The last row of a strip, with all errors added that came from above and from the left, as pixels
+// of a picture (the alpha bits have no meaning). The next strip begins with it. A row of zeros
+// passes no errors on, so a picture's first strip begins with that. Vectors may read kPast words
+// past the last.
 class LastRow {
   public:
     static constexpr std::size_t kPast = 16;
@@ -37,14 +37,14 @@ class LastRow {
     std::vector<UInt32> words_;
 };
 
-// The last row of the strip above: column c is done when the count is base + c + 1.
+// The last row of the strip above: column c is finished when the count is base + c + 1.
 struct RowAbove {
     const LastRow* row;
     const ColumnsDone* done;
     std::int64_t base;
 };
 
-// The strip's own last row: when column c is done, base + c + 1 is to be published.
+// The strip's own last row: after column c, base + c + 1 is published.
 struct OwnLastRow {
     LastRow* row;
     ColumnsDone* done;
@@ -60,12 +60,12 @@ struct DitherStrip {
     OwnLastRow last;
 };
 
-// The most rows that a strip may have with the instruction set in use; 0 if there is no kernel for
-// it.
+// The maximum number of rows of a strip with the instruction set in use; 0 if there is no kernel
+// for it.
 std::int32_t maxStripRows();
 
-// Fills entries and last of the strips, one after the other from top to bottom. Others may lie
-// between them, on which other threads work at the same time: a strip waits for the one above it.
+// Fills entries and last of the strips, one after the other from top to bottom. Other threads may
+// work on strips between them at the same time: a strip waits for the one above it.
 void diffuseStrips(std::span<const DitherStrip> strips);
 
 }  // namespace tavio::imaging

@@ -14,7 +14,7 @@ std::size_t areaOf(std::int32_t width, std::int32_t height) {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
 }
 
-// Each is added to the neighbours' field of the same name.
+// Each error is added to the neighbours' field of the same name.
 struct FieldErrors {
     int red;
     int green;

@@ -1,14 +1,15 @@
 // Error diffusion with the weights 7, 3, 5 and 1 sixteenths, in integer arithmetic: one pixel, and
 // the records it works on.
 //
-// Three of its rules look like slips. Applications and printers rely on the bytes they give:
+// Three of its rules look like mistakes. Applications and printers rely on their bytes:
 //
 //   rotated channels    Red holds the source green, Green the source blue, Blue the source red
 //   crossed errors      a neighbour's Green receives the error of Blue, its Blue that of Green
 //   missing neighbour   a pixel in column 1 passes nothing to column 0 of the next row
 //
-// A picture is diffused in raster order: TransformPixel and DitherFloydSteinberg for one pixel after
-// the other, from the top row down, each row from the left. error_diffusion.h does that for rows.
+// A picture is diffused in raster order: TransformPixel and DitherFloydSteinberg for one pixel
+// after the other, from the top row down, each row from the left. error_diffusion.h does that for
+// rows.
 #pragma once
 
 #include <cstdint>
@@ -40,9 +41,9 @@ ArgbColor TransformToRGBA(std::span<const UInt32> RawData, std::span<ArgbColor> 
 
 // Passes the error of the pixel at column x, row y (0-based, inside the picture) to up to four
 // neighbours: right 7/16, below left 3/16 (only where x - 1 > 0), below 5/16, below right 1/16. The
-// error is originalPixel - transformedPixel, field by field, and crossed as told above. Each product
-// is shifted right by 4, rounding towards minus infinity, and each field is clamped after every
-// addition. `original` holds width * height records.
+// error is originalPixel - transformedPixel, field by field, and crossed as described above. Each
+// product is shifted right by 4, rounding towards minus infinity, and each field is clamped after
+// every addition. `original` holds width * height records.
 void DitherFloydSteinberg(std::span<ArgbColor> original, ArgbColor originalPixel,
                           ArgbColor transformedPixel, std::int32_t x, std::int32_t y,
                           std::int32_t width, std::int32_t height);

@@ -1,4 +1,4 @@
-// What the dots of a picture are before they are packed into bits: one entry each.
+// Entries: the dots of a picture before they are packed into bits, one entry each.
 #pragma once
 
 #include <cstdint>

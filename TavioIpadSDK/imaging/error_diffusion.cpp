@@ -8,25 +8,25 @@
 namespace tavio::imaging {
 namespace {
 
-// Without a kernel: as many rows as make the row that is diffused once more, the last of the strip
-// above, a small part of the work.
+// Without a kernel: so many rows that the one that is diffused again, the last of the strip above,
+// is a small part of the work.
 constexpr std::int32_t kPlainRows = 32;
 
-// Rows that are few enough for a cache, and enough for their conversion to be worth a call.
+// Few enough rows for a cache, and enough to be worth a call.
 constexpr std::int32_t kGoodRows = 64;
 
 std::size_t asSize(std::int64_t count) {
     return static_cast<std::size_t>(count);
 }
 
-// As a word of the picture, without alpha: TransformToRGBA backwards.
+// The reverse of TransformToRGBA, without alpha.
 UInt32 wordOf(ArgbColor record) {
     return record.Blue | (UInt32{record.Red} << 8) | (UInt32{record.Green} << 16);
 }
 
-// The plain form: a window of the picture, diffused pixel by pixel. Its first row is the last one of
-// the strip above, with all errors that it received: it is diffused once more for what it passes
-// down, and what its pixels pass to each other is put right again.
+// The plain form: a window of the picture, diffused pixel by pixel. Its first row is the last one
+// of the strip above, with all errors that it received: it is diffused again for the errors that it
+// passes down, and the errors that its pixels pass to each other are undone.
 class PlainStrip {
   public:
     explicit PlainStrip(const DitherStrip& strip)
@@ -48,7 +48,7 @@ class PlainStrip {
     }
     std::span<ArgbColor> ownRows() { return std::span(window_).subspan(width_); }
 
-    // Returns the pixel as it was before it turned black or white.
+    // Returns the pixel's value before it turned black or white.
     ArgbColor diffusePixel(std::int32_t x, std::int32_t y) {
         ArgbColor& pixel = row(y)[asSize(x)];
         const ArgbColor current = pixel;

@@ -1,7 +1,7 @@
 // Error diffusion of a picture whose rows come a strip at a time.
 //
 // The entries are those of diffusing the whole picture at once, pixel by pixel (dither.h). They do
-// not depend on how the rows are cut into strips, nor on the instruction set or the number of cores.
+// not depend on the strips, the instruction set or the number of cores.
 #pragma once
 
 #include <cstdint>
@@ -17,14 +17,14 @@ namespace tavio::imaging {
 //   ErrorDiffusion diffusion(width);
 //   while (...) diffusion.convert(nextRows, entriesOfTheseRows);
 //
-// It keeps what the last row converted passes on to the next. One picture each.
+// It keeps the errors for the next row. Each object converts one picture.
 class ErrorDiffusion {
   public:
     // `width`: pixels of a row, 0 or more. Throws std::bad_alloc.
     explicit ErrorDiffusion(std::int32_t width);
 
-    // How many rows a strip should have, so that no lane of the vectors stands idle; a multiple of
-    // it is as good. Depends on the instruction set in use.
+    // The best number of rows of a strip, so that no lane of the vectors is idle; a multiple of it
+    // is as good. Depends on the instruction set in use.
     static std::int32_t bestStrip();
 
     // `pixels`: the next n rows, any n from 0 on, n * width words as Picture has them. `entries`:

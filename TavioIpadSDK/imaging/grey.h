@@ -1,4 +1,4 @@
-// The grey value of a colour, and whether it counts as black.
+// The grey value of a colour, and the threshold of black.
 #pragma once
 
 #include "TavioIpadSDK/machine/bytes.h"
@@ -22,8 +22,8 @@ constexpr Byte greyValue(Byte first, Byte second, Byte third) {
     return static_cast<Byte>(0.299 * first + 0.587 * second + 0.114 * third);
 }
 
-// greyValue(...) < DITHERTHRESHOLD, without floating point except where it is needed: only a sum of
-// exactly 128 can come out on either side once it is rounded.
+// greyValue(...) < DITHERTHRESHOLD, without floating point except for a sum of exactly 128: only
+// there the rounding decides.
 constexpr bool isBlack(Byte first, Byte second, Byte third) {
     const int thousandths = 299 * first + 587 * second + 114 * third;
     constexpr int kThreshold = DITHERTHRESHOLD * 1000;

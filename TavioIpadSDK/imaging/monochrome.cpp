@@ -49,9 +49,9 @@ void convertRows(pictures::PictureRows& image, std::int32_t stripRows, Convert c
     }
 }
 
-// The threshold conversion leaves the top row out: its rows are height - 1 down to 1, and row 0, the
-// last of the entries, is white whatever was printed before. A 4 x 3 picture has 96 entries, of which
-// the last 32 are white.
+// The threshold conversion leaves the top row out: it converts rows height - 1 down to 1, and row
+// 0, the last of the entries, is always white. A 4 x 3 picture has 96 entries, of which the last 32
+// are white.
 void whitenTopRow() {
     const std::size_t line = mHeight > 0 ? asSize(mDataWidth) : 0;
     std::ranges::fill(std::span(mDataArray).last(line), static_cast<Byte>(WHITE));

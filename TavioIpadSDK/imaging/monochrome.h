@@ -1,4 +1,4 @@
-// From the fitted picture to one black or white entry per pixel: dithered, or by threshold.
+// From the resampled picture to one black or white entry per pixel: dithered, or by threshold.
 //
 // The two conversions differ on purpose in more than the diffusion:
 //
@@ -10,13 +10,13 @@
 //   write position    module-wide `k`                      its own
 //
 // Either leaves mWidth, mHeight, mDataWidth, mDataArrayLength and mDataArray filled, and
-// mRawBitmapData sized but not filled (state.h). `image` is the fitted picture: upright, at most
+// mRawBitmapData sized but not filled (state.h). `image` is the resampled picture: upright, at most
 // 2^31 - 1 entries once its rows are padded. A fully transparent pixel is all zero, and so black.
-// They throw std::bad_alloc when there is no memory for the working arrays.
+// They throw std::bad_alloc if there is no memory for the working arrays.
 //
-// The fitted picture is given either as a whole, and then large ones are converted on both cores, or
-// row by row. What the rows throw is passed on, rows that end too soon count as DamagedPicture; the
-// working arrays are then sized for the picture, but hold no picture.
+// The resampled picture is given either as a whole, and then large ones are converted on both
+// cores, or row by row. Exceptions of the rows are passed on, and rows that end too soon throw
+// DamagedPicture; then the working arrays have the picture's size, but no contents.
 #pragma once
 
 #include <cstdint>
@@ -33,8 +33,8 @@ void CreateTransformedImage(pictures::PictureRows& image);
 void ConvertToMonochrome(const pictures::Picture& image);  // threshold
 void ConvertToMonochrome(pictures::PictureRows& image);
 
-// The last step of the dithered conversion on its own, for records that are black or white already:
-// width * height of them, top row first, of the picture that the working arrays are sized for. Fills
+// The last step of the dithered conversion, for records that are black or white already: width *
+// height of them, top row first, of the picture that the working arrays are sized for. Fills
 // mDataArray with all rows, bottom row first, and takes `k` from 0 to mDataArrayLength.
 void MakeItMonochrome(std::span<const ArgbColor> originalData, std::int32_t width,
                       std::int32_t height);

@@ -7,7 +7,7 @@
 //   reordered   g f e d c b a a      bytes; h is gone, a is there twice
 //   gathered    a a b c d e f g      bits, the top one first
 //
-// This takes less time than memory needs to bring the entries, so they are asked for well ahead.
+// This takes less time than reading the entries from memory, so they are prefetched well ahead.
 #include "TavioIpadSDK/imaging/pack_entries.h"
 
 #include <cassert>
@@ -27,7 +27,7 @@ namespace tavio::imaging::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// How far ahead entries are asked for.
+// The distance of prefetching.
 constexpr std::size_t kAhead = 16384;
 
 // One vector of entries.
@@ -40,7 +40,7 @@ HWY_INLINE void packVector(const Byte* entries, Byte* packed) {
     hn::StoreMaskBits(d, hn::Eq(bits, hn::Set(d, WHITE)), packed);
 }
 
-// Packs the groups that fill whole vectors and returns how many those are.
+// Packs the groups that fill whole vectors and returns their number.
 std::size_t packVectors(const Byte* entries, std::size_t groups, Byte* packed) {
     constexpr std::size_t kStep = HWY_MAX_BYTES / 8;  // groups of one vector
     constexpr std::size_t kLine = 64 / 8;             // and of one line of the cache

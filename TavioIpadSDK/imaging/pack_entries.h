@@ -8,7 +8,7 @@
 namespace tavio::imaging {
 
 // packed[i] = the eight entries from 8 i on, for all whole groups of eight; entries are BLACK or
-// WHITE, and `packed` has room for one byte a group. Bytes past these are left alone.
+// WHITE, and `packed` has room for one byte a group. Bytes past these do not change.
 //
 // The first entry fills the two top bits and the eighth is dropped. Applications and printers rely
 // on these bytes:

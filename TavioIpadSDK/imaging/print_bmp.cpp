@@ -34,9 +34,9 @@ std::shared_ptr<const Bytes> bitmapFileImage() {
     return std::make_shared<const Bytes>(std::move(file));
 }
 
-// The fitted picture, a Picture or PictureRows.
-template <typename FittedPicture>
-void convert(FittedPicture& fitted) {
+// The resampled picture, a Picture or PictureRows.
+template <typename ResampledPicture>
+void convert(ResampledPicture& fitted) {
     if (ImageDithered) {
         CreateTransformedImage(fitted);
     } else {
@@ -44,7 +44,7 @@ void convert(FittedPicture& fitted) {
     }
 }
 
-// Leaves an empty picture, of which nothing can be printed. One of the two sizes may be above 0.
+// Leaves an empty picture, which cannot be printed. One of the two sizes may be above 0.
 void convertEmpty(std::int32_t width, std::int32_t height) {
     const Picture empty{width, height, {}, 1};
     convert(empty);
@@ -68,7 +68,7 @@ bool isWhole(const Picture& picture) {
                                         static_cast<std::uint64_t>(picture.height);
 }
 
-// A picture that is as large as its dots already is converted where it lies.
+// A picture that has its size in dots already is converted in place.
 void fitAndConvert(std::int32_t width, std::int32_t height, const std::optional<Picture>& image) {
     if (!image || !isWhole(*image)) return convertEmpty(0, 0);
     const bool fits = image->width == width && image->height == height && image->orientation == 1;
@@ -87,7 +87,7 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
     try {
         fitAndConvert(std::max(width, 0), std::max(height, 0), std::forward<Image>(image));
         makeBitmapFile();
-    } catch (const std::exception&) {  // damaged, or no memory: refused as if it were not there
+    } catch (const std::exception&) {  // damaged, or no memory: like an absent picture
         convertEmpty(0, 0);
         makeBitmapFile();
     }

@@ -1,4 +1,4 @@
-// Printing a picture: the one way in which it becomes printer graphics.
+// Printing a picture: every picture becomes printer graphics here.
 #pragma once
 
 #include <cstdint>
@@ -10,21 +10,22 @@
 
 namespace tavio::imaging {
 
-// Whether a picture of this size in dots (neither below 0) can be printed: at most 2^28 dots, and
-// at most 2^31 - 1 entries once its rows are padded to a multiple of 32.
+// True if a picture of this size in dots (neither below 0) can be printed: at most 2^28 dots, and
+// at most 2^31 - 1 entries after its rows are padded to a multiple of 32.
 bool isPrintableSize(std::int32_t width, std::int32_t height);
 
 // Resamples the picture, upright, to exactly width * height dots, makes it black and white
 // (dithered or by threshold, as ImageDithered says), wraps it in a monochrome bitmap file image,
 // keeps that in myImageData and hands it to the encoder, which sends it. LogoNumber, originalx and
-// originaly say whether it is printed, and where, or stored as a logo.
+// originaly decide whether it is printed, and where, or stored as a logo.
 //
-// A picture is given as a whole, or as rows, of which only a strip is in memory at any time. Nothing
-// is sent before the last row has been converted: rows that turn out to be damaged print nothing.
+// A picture is given as a whole, or as rows, of which only a strip is in memory at any time.
+// Nothing is sent before the last row has been converted: rows that turn out to be damaged print
+// nothing.
 //
-// A negative size counts as 0. An absent, empty or damaged picture, a size that is not printable, or
-// a lack of memory never prints black: it becomes an empty picture, which the encoder refuses with
-// its notice. Never throws.
+// A negative size counts as 0. An absent, empty or damaged picture, a size that is not printable,
+// or a lack of memory never prints black: it becomes an empty picture, which the encoder refuses
+// with its notice. Never throws.
 void PrintBMP(std::int32_t width, std::int32_t height,
               const std::optional<pictures::Picture>& image) noexcept;
 void PrintBMP(std::int32_t width, std::int32_t height,

@@ -1,5 +1,5 @@
-// Image preparation's module-wide variables. Only the operations that pass them on to pure functions
-// include this file. Writers and readers are files; a test may look at anything.
+// Image preparation's module-wide variables. Only the operations that pass them on to pure
+// functions include this file. Writers and readers are files; a test may look at anything.
 #pragma once
 
 #include <array>
@@ -14,12 +14,12 @@ namespace tavio::imaging {
 
 // ---- Of one print: overwritten by each, kept until the next -------------------------------------
 
-// Width of the fitted picture in pixels, 0 or more.
+// Width of the resampled picture in pixels, 0 or more.
 // Written by: monochrome.cpp
 // Read by: monochrome.cpp, bitmap_file.cpp
 extern std::int32_t mWidth;
 
-// Height of the fitted picture in pixels, 0 or more.
+// Height of the resampled picture in pixels, 0 or more.
 // Written by: monochrome.cpp
 // Read by: monochrome.cpp, bitmap_file.cpp
 extern std::int32_t mHeight;
@@ -40,8 +40,8 @@ extern std::int32_t mDataArrayLength;
 // Read by: bitmap_file.cpp
 extern machine::UnclearedBytes mDataArray;
 
-// mRawBitmapData[0 : mDataArrayLength / 8], one bit a pixel, rows bottom first. The conversions size
-// it, createRawMonochromeData fills it.
+// mRawBitmapData[0 : mDataArrayLength / 8], one bit a pixel, rows bottom first. The conversions
+// size it, createRawMonochromeData fills it.
 // Written by: monochrome.cpp, bitmap_file.cpp
 // Read by: print_bmp.cpp
 extern machine::UnclearedBytes mRawBitmapData;
@@ -70,10 +70,10 @@ extern std::shared_ptr<const Bytes> myImageData;
 
 // ---- Kept from print to print -------------------------------------------------------------------
 
-// The drawing surface that PrintBMP opens and never closes: fitted rows are drawn on it, a strip at
-// a time (those of a large picture are drawn ahead by another thread, on surfaces of its own). One
-// word a pixel, as in Picture. The next print uses the same memory, so a thousand prints take no
-// more than two.
+// The drawing surface that PrintBMP opens and never closes: resampled rows are drawn on it, a strip
+// at a time (those of a large picture are drawn ahead by another thread, on surfaces of its own).
+// One word a pixel, as in Picture. The next print uses the same memory, so a thousand prints take
+// no more than two.
 // Written by: print_bmp.cpp
 // Read by: print_bmp.cpp
 extern std::vector<UInt32> openSurface;

@@ -1,4 +1,4 @@
-// A picture's rows cut into strips, each with what it needs of the one above.
+// A picture's rows cut into strips, each with the last row of the strip above.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,8 @@
 
 namespace tavio::imaging {
 
-// Strip i of the picture leaves its last row in place i modulo the number of places, once strip
-// i - places is done. Two places are enough even for two strips in work at the same time: a strip
+// Strip i of the picture leaves its last row in place i modulo the number of places, after strip i
+// - places is finished. Two places are enough even for two strips in work at the same time: a strip
 // overwrites a column of its place only after the one above it has read past it.
 class StripChain {
   public:
@@ -26,7 +26,7 @@ class StripChain {
                                  std::int32_t maxRows);
 
   private:
-    // Two threads do not share a line of the cache.
+    // Two threads must not share a cache line.
     struct alignas(128) Place {
         explicit Place(std::int32_t width) : row(width) {}
         LastRow row;

@@ -5,8 +5,8 @@
 //
 // is negative: (127, 127, 127) gives -1000, black, and (129, 129, 129) gives 1000, white. Where the
 // sum is exactly 0, a tie, the rounding of the doubles decides: (128, 128, 128) is black. There are
-// 111 such colours. No two of them have the same red, so a table of 256 bits tells from the red
-// whether one is to be taken off the sum; it is asked only where there is a tie.
+// 111 such colours. No two of them have the same red, so a table of 256 bits tells by the red
+// whether 1 is subtracted from the sum. It is used only for ties.
 //
 // The bytes of a pixel are two pairs of 16-bit numbers, and vectors multiply and add by pairs:
 //
@@ -66,7 +66,7 @@ constexpr int kThreshold = 1000 * DITHERTHRESHOLD;
 constexpr std::size_t kLanes = HWY_MAX_BYTES / sizeof(UInt32);
 constexpr std::size_t kStep = 4 * kLanes;  // pixels done at once
 
-// How many pixels ahead memory is asked for: the arithmetic takes less time than they need to come.
+// The distance of prefetching: the arithmetic takes less time than reading the pixels from memory.
 constexpr std::size_t kAhead = 4096;
 
 // The reds of the black ties: bit c of left[r] is red 16 r + c, bit c of right[r] is 16 r + 8 + c.
@@ -135,7 +135,7 @@ HWY_INLINE Sums withoutTies(Words pixels, Sums sums) {
     return hn::Sub(sums, hn::BitCast(SumsTag(), hn::Min(bit, hn::Set(words, 1))));
 }
 
-// Which group of four entries stands where, once those of the first vector come first.
+// The order of the groups of four entries that puts those of the first vector first.
 constexpr std::array<std::int32_t, kLanes> orderOfGroups() {
     constexpr std::size_t kBlocks = kLanes / 4;
     std::array<std::int32_t, kLanes> order{};
@@ -182,13 +182,13 @@ HWY_INLINE void thresholdStep(const UInt32* pixels, Byte* entries) {
     hn::StoreU(entriesOf(first, second), BytesTag(), entries);
 }
 
-// Asks memory for kStep pixels.
+// Prefetches kStep pixels.
 HWY_INLINE void fetch(const UInt32* pixels) {
     constexpr std::size_t kLine = 64 / sizeof(UInt32);
     for (std::size_t i = 0; i < kStep; i += kLine) hwy::Prefetch(pixels + i);
 }
 
-// What is left of a row, less than kStep pixels, and the white past it.
+// The rest of a row, less than kStep pixels, and the white past it.
 void finishRow(const UInt32* pixels, std::size_t count, Byte* entries, std::size_t paddedCount) {
     std::array<UInt32, kStep> copied;
     std::array<Byte, kStep> results;
@@ -200,7 +200,7 @@ void finishRow(const UInt32* pixels, std::size_t count, Byte* entries, std::size
     std::fill(entries + copies, entries + paddedCount, static_cast<Byte>(WHITE));
 }
 
-// Does all rows and returns true.
+// Converts all rows and returns true.
 bool thresholdVectors(const UInt32* pixels, std::size_t width, std::size_t rows, std::size_t padded,
                       Byte* entries) {
     const std::size_t lastStep = std::max(rows * width, kStep) - kStep;

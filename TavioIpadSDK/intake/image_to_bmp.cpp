@@ -28,7 +28,7 @@ using pictures::PictureRows;
 using platform::AssetRepresentation;
 using platform::PhotoLibrary;
 
-// Rows that are decoded at once, on another core than the one that prints them.
+// Rows that are decoded at once, on another core.
 constexpr std::int32_t kRowsDecodedAhead = 64;
 
 // Shared by the waiting caller, the lookup and its two handlers.
@@ -49,13 +49,13 @@ Block allocate(std::uint64_t size) {
     return Block(static_cast<Byte*>(std::malloc(atLeastOne)));          // NOLINT(*-no-malloc)
 }
 
-// A copy of what the representation delivers into the block: less than was asked for if it failed.
+// A copy of the representation's bytes in the block; fewer than asked for if it failed.
 std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation, Byte* block,
                                       std::uint64_t blockSize) {
     std::size_t bytesRead = 0;
     if (representation != nullptr) {
         const std::uint64_t length = std::min(representation->size(), blockSize);
-        std::string error;  // not looked at: what was delivered is decoded
+        std::string error;  // ignored: the delivered bytes are decoded
         bytesRead = representation->getBytes({block, length}, 0, &error);
         bytesRead = std::min<std::size_t>(bytesRead, length);
     }
@@ -65,8 +65,8 @@ std::shared_ptr<const Bytes> readFile(const AssetRepresentation* representation,
     return std::make_shared<const Bytes>(std::move(file));
 }
 
-// Puts the picture file into myImageData: the library's own where it has it in memory, else a copy.
-// Returns false when no block could be had for it.
+// Puts the picture file into myImageData: the photo library's own if it is in memory, else a copy.
+// Returns false if there was no memory for the copy.
 bool loadFile(const AssetRepresentation* representation) {
     if (representation != nullptr) {
         if (auto file = representation->fileInMemory()) {
@@ -87,21 +87,21 @@ void printPicture(std::unique_ptr<PictureRows> image) {
     imaging::PrintBMP(size.width, size.height, std::move(image));
 }
 
-// Returns false when no block could be had for the picture file; nothing is printed then.
+// Returns false, and prints nothing, if there was no memory for the picture file.
 bool loadAndPrint(const AssetRepresentation* representation) {
     std::unique_ptr<PictureRows> image;
     try {
         if (!loadFile(representation)) return false;
         image = pictures::openPicture(imaging::myImageData).rows;
         if (image) image = pictures::rowsAhead(std::move(image), kRowsDecodedAhead);
-    } catch (...) {  // no memory for the copy, or a photo library threw anything
+    } catch (...) {  // no memory for the copy, or the photo library threw
         image.reset();
     }
     printPicture(std::move(image));
     return true;
 }
 
-// On the background queue's thread.
+// Runs on the background queue's thread.
 void lookUp(PhotoLibrary* library, const URL& url, const std::shared_ptr<Lookup>& lookup) {
     const auto onResult = [lookup](const std::shared_ptr<const AssetRepresentation>& asset) {
         if (lookup->delivered.test_and_set()) return;
@@ -129,7 +129,7 @@ bool ImageToBmp(const URL& url) {
     const auto lookup = std::make_shared<Lookup>();
     try {
         platform::runInBackground([library, url, lookup] { lookUp(library.get(), url, lookup); });
-    } catch (const std::exception&) {  // no thread to be had: nobody would ever signal
+    } catch (const std::exception&) {  // no thread: the handlers will never run
         return false;
     }
     lookup->done.acquire();

@@ -1,4 +1,4 @@
-// Logos: pictures that the printer keeps under a number.
+// Logos: pictures in the printer's memory, each with a number.
 //
 //   DownloadLogo(URL::fromPath("seal.pdf"), 7);  // store it once
 //   PrintLogo(7, 100, 250);                      // print it at row 100, column 250
@@ -14,12 +14,12 @@ namespace tavio {
 // of SendFile without the text route: a text file cannot become a logo. The top 8 rows of the
 // picture are deliberately not stored, so a logo of fewer than 16 rows stays empty.
 //
-// Returns true for a PDF, false for a picture (also when it was stored) and for no route.
-// LogoNumber is set on every call and stays set until the next SendFile.
+// Returns true for a PDF, false for a picture (even if it was stored) and for no route. LogoNumber
+// is set on every call and stays set until the next SendFile.
 bool DownloadLogo(const URL& filename, std::int32_t idnum);
 
-// Has the printer print logo `idnum` at `row`, `column`: sends "<SP" row "," column "><LD" idnum
-// ">". No number is checked. Always returns true, also without a session.
+// Prints logo `idnum` at `row`, `column`: sends "<SP" row "," column "><LD" idnum ">". No number is
+// checked. Always returns true, even without a session.
 bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column);
 
 }  // namespace tavio

@@ -17,7 +17,7 @@ namespace {
 using pictures::Picture;
 using platform::PdfPage;
 
-// The page on its canvas; none when the canvas would be too large, or memory is short.
+// The page on its canvas; none if the canvas would be too large, or if there is no memory.
 std::optional<Picture> drawOnCanvas(const PdfPage& page) {
     const std::int32_t width = machine::truncateToInt32(std::ceil(page.width));
     const std::int32_t height = machine::truncateToInt32(std::ceil(page.height));

@@ -7,7 +7,7 @@ namespace tavio::intake {
 
 enum class Route {
     kNone,   // refused
-    kText,   // sent as it is
+    kText,   // sent unchanged
     kPage,   // page 1 of a PDF document
     kPhoto,  // a picture of the photo library
 };

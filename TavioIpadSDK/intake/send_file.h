@@ -8,12 +8,12 @@
 namespace tavio {
 
 // Prints the document: a page or picture with its top left corner at printer row `row`, column
-// `column` (dots; in portrait the row is counted back from the dot width), a text as it is. The
+// `column` (dots; in portrait the row is counted back from the dot width), a text unchanged. The
 // extension alone decides the route, and only in these spellings: "TXT", "txt"; "PDF", "pdf";
 // "PNG", "png"; "JPG", "jpg", "JPEG", "jpeg"; "BMP", "bmp". Mixed case is deliberately refused.
 //
-// Everything has been handed to the transport when it returns. The result:
-//   text      false when no file exists there, else true
+// All bytes have been handed to the transport when it returns. The result:
+//   text      false if no file exists there, else true
 //   PDF       always true, also when nothing could be printed
 //   picture   always false, also when the picture printed
 //   no route  false
@@ -21,8 +21,8 @@ namespace tavio {
 // LogoNumber, originalx and originaly are set on every call, whatever the route.
 bool SendFile(const URL& filename, std::int32_t row, std::int32_t column);
 
-// Sends the whole text file as one text, to the letter; no position, path, cut or eject is added.
-// Returns false, and sends nothing, when nothing exists at the path, true otherwise. A file that is
+// Sends the whole text file as one text, unchanged; no position, path, cut or eject is added.
+// Returns false, and sends nothing, if nothing exists at the path, true otherwise. A file that is
 // not UTF-8 is sent as no text; one that cannot be read is not sent at all.
 bool RWTextFile(const URL& url);
 

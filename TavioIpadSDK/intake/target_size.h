@@ -1,7 +1,7 @@
-// How large a page or photo is to be printed, in printer dots.
+// The size of a page or photo in printer dots.
 //
 // With ImageScaled set, everything takes the stock's size; else a page takes its own size in inches
-// and a photo one dot for each pixel. In any orientation but exactly "<LM>" width and height are
+// and a photo one dot for each pixel. In any orientation except exactly "<LM>" width and height are
 // swapped (the picture itself is not turned: it is resampled to the swapped size).
 #pragma once
 

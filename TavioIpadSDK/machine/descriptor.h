@@ -26,7 +26,7 @@ class Descriptor {
 
     bool isOpen() const { return number_ >= 0; }
 
-    // Negative where none is open.
+    // Negative if none is open.
     int get() const { return number_; }
 
     // The caller closes it.
@@ -40,8 +40,8 @@ class Descriptor {
         errno = error;
     }
 
-    // Closes it: 0, or the error's number. Some file systems tell only then that they could not
-    // store what was written. The descriptor is closed in any case.
+    // Closes it and returns 0 or the errno. Some file systems report a failed write only here. The
+    // descriptor is closed in any case.
     [[nodiscard]] int close() noexcept {
         if (number_ < 0) return EBADF;
         return ::close(release()) == 0 || errno == EINTR ? 0 : errno;

@@ -12,8 +12,8 @@
 namespace tavio::machine {
 namespace {
 
-// Whether the processor has all that the vector library has the compiler use for a set, and the
-// operating system keeps those registers.
+// Each is true if the processor has all the instructions that the vector library enables for a set,
+// and the operating system saves the registers.
 #if defined(__x86_64__) || defined(__i386__)
 
 bool hasSse4() {
@@ -96,8 +96,8 @@ const Target& targetOf(InstructionSet set) {
                          [set](const Target& target) { return target.set == set; });
 }
 
-// Whether the kernels were compiled for it and the processor has it; useInstructionSet() changes
-// neither.
+// True if the kernels were compiled for it and the processor has it. useInstructionSet() does not
+// change that.
 bool isAvailable(const Target& target) {
     return target.isCompiled && target.isThere();
 }

@@ -1,4 +1,4 @@
-// Opening a file that is only to be read, without ever waiting.
+// Opening a file for reading, without ever waiting.
 #pragma once
 
 #include <cerrno>
@@ -17,9 +17,9 @@ inline int irregularity(const struct stat& status) {
     return S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
 }
 
-// The regular file at the path, open for reading; otherwise none, and errno says why: ENOENT where
-// nothing has that name (as with an empty path or one with a NUL byte, which C calls would cut
-// short), EISDIR or ESPIPE as above, or what the system says.
+// The regular file at the path, open for reading. On failure none, with errno set: ENOENT if the
+// path names nothing (also if it is empty or has a NUL byte, at which C calls would end it), EISDIR
+// or ESPIPE as above, or the system's error.
 inline Descriptor openRegularFile(const std::string& path) {
     struct stat status {};
     int error = path.find('\0') == std::string::npos ? 0 : ENOENT;
@@ -27,8 +27,8 @@ inline Descriptor openRegularFile(const std::string& path) {
     if (error == 0) error = irregularity(status);
     Descriptor file;
     if (error == 0) {
-        // The path may meanwhile name a pipe. Without O_NONBLOCK, opening one that nobody writes
-        // to would never come back.
+        // The path may name a pipe by now. Without O_NONBLOCK, opening a pipe without a writer
+        // never returns.
         file.reset(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
         if (!file.isOpen() || ::fstat(file.get(), &status) != 0) error = errno;
     }

@@ -1,4 +1,4 @@
-// Ports of the network, as text.
+// Parsing port numbers.
 #pragma once
 
 #include <charconv>
@@ -9,8 +9,8 @@
 
 namespace tavio::machine {
 
-// The whole text is a decimal number from 0 to 65535, without sign or blanks. Port 0 stands for
-// any that is free: only who listens can mean it.
+// The port, if the whole text is a decimal number from 0 to 65535 without sign or spaces. Port 0
+// lets the system choose a free one, so it makes sense only for listening.
 inline std::optional<std::uint16_t> parsePort(std::string_view text) {
     std::uint16_t port = 0;
     const char* end = text.data() + text.size();

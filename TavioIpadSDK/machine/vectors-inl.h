@@ -24,7 +24,7 @@
 #define HWY_DISABLED_TARGETS \
     (HWY_SSSE3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
 #endif
-// Checks of the vector library's own call into its shared object when they fail.
+// The vector library's own assertions would call into its shared object.
 #ifndef HWY_IS_DEBUG_BUILD
 #define HWY_IS_DEBUG_BUILD 0
 #endif

@@ -1,4 +1,4 @@
-// Writing all of something to a file descriptor.
+// Writing all bytes to a file descriptor.
 #pragma once
 
 #include <algorithm>
@@ -9,8 +9,8 @@
 
 namespace tavio::machine {
 
-// Writes all bytes, in as many pieces as the system likes: 0, or the number of the error that came
-// first. Nobody knows how many bytes were written before it. Waits where the descriptor does.
+// Writes all bytes, in as many calls as needed. Returns 0 or the errno of the first error, before
+// which some bytes may have been written. Blocks if the descriptor does.
 inline int writeAll(int descriptor, std::span<const std::byte> bytes) {
     constexpr std::size_t kMaxAtOnce = std::size_t{1} << 30;  // some systems refuse 2^31
     while (!bytes.empty()) {

@@ -19,14 +19,15 @@ namespace tavio {
 // ---- State, from program start to program end ---------------------------------------------------
 
 // The active transport: "BT", "WF", or "" when no session is open. Any other text behaves like ""
-// for texts and reads and like Bluetooth for raw data. The open and close operations write it, each
-// sending and reading operation looks at it.
+// for texts and reads and like Bluetooth for raw data. The open and close operations write it;
+// every sending and reading operation reads it.
 // Written by: session.cpp, the application
 // Read by: session.cpp
 extern std::string Mode;  // initially ""
 
-// How the last attempt to open a session ended: true when the transport was opened. CloseSessionWiFi
-// sets it to false; CloseSessionBT leaves it as it is. No sending operation looks at it.
+// The result of the last attempt to open a session: true if the transport was opened.
+// CloseSessionWiFi sets it to false; CloseSessionBT does not change it. No sending operation reads
+// it.
 // Written by: session.cpp
 // Read by: session.cpp, the application
 extern bool connectionStatus;  // initially false
@@ -52,9 +53,9 @@ bool OpenSessionBT();
 // Closes Bluetooth, opened or not, and ends the session. connectionStatus keeps its value.
 void CloseSessionBT();
 
-// Fills the dot-width table and opens WiFi to `ip`, passed on unchanged. Only when that succeeds
-// does WiFi become the active transport; after a failure the transport active before stays active.
-// Returns the new connectionStatus.
+// Fills the dot-width table and opens WiFi to `ip`, passed on unchanged. If that succeeds, WiFi
+// becomes the active transport; after a failure the active transport does not change. Returns the
+// new connectionStatus.
 bool OpenSessionWiFi(const std::string& ip);
 
 // Closes WiFi, opened or not, ends the session and sets connectionStatus to false.
@@ -62,16 +63,16 @@ void CloseSessionWiFi();
 
 // ---- Direct access ------------------------------------------------------------------------------
 
-// Hands the text, whole and unchanged, to the active transport; drops it when no session is open.
-// No text (std::nullopt) is handed on as no text.
+// Hands the text, whole and unchanged, to the active transport; drops it if no session is open. No
+// text (std::nullopt) is handed on as no text.
 void SendString(const Text& string);
 
-// Hands `size` bytes at `buf` to WiFi when it is active and to Bluetooth in every other case, also
-// when no session is open.
+// Hands `size` bytes at `buf` to WiFi if it is active, and to Bluetooth in every other case, even
+// if no session is open.
 void SendData(const Byte* buf, std::int32_t size);
 
-// The printer's reply, read from the active transport, whose status is then cleared. "" without a
-// session; no text when the transport had none.
+// Reads the printer's reply from the active transport, whose status is then cleared. "" without a
+// session; no text if the transport has none.
 Text ReadPrinter();
 
 void PrintCut();     // SendString(CUT)

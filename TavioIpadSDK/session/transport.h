@@ -1,12 +1,12 @@
-// The twelve transport operations. The library calls them and does not define them: whoever links
-// the library does, or links Tavio::links, which defines them for files and printers.
+// The twelve transport operations. The library calls them but does not define them. The application
+// defines them, or links Tavio::links, which defines them for files and printers.
 //
-// The library passes no port, device name, time-out or length limit; choosing the device, turning
-// text into bytes on the wire, buffering and retrying are the transport's business. No operation
-// may throw. Writes, closes and clears report nothing back.
+// The library passes no port, device name, timeout or length limit. The transport chooses the
+// device, turns text into bytes, buffers and retries. No operation may throw. Writes, closes and
+// clears return nothing.
 //
-// They are called on the thread of the library operation that needs them, and while a photo is
-// printed on the thread that delivers it; never on two threads at once.
+// They are called on the thread of the library operation, and for a photo on the thread that
+// delivers it; never on two threads at once.
 #pragma once
 
 #include <cstdint>

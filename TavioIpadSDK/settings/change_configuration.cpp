@@ -22,7 +22,7 @@ void ChangeConfiguration(std::string path, std::int32_t resolution, bool scaled,
         StockHeight = size.height;
         StockWidth = size.width;
     } else {
-        stocksizeindex = 0;  // the index only: the size of the stock in use stays
+        stocksizeindex = 0;  // the index only: the stock's size does not change
     }
     size_indicator = stocksizeindex;
     set_portrait_dots();

@@ -22,12 +22,12 @@ extern std::array<std::array<std::int32_t, 3>, settings::kStockCount> portrait_d
 // Read by: dot_width_table.cpp, ../encoder/parse_bmp.cpp
 extern std::int32_t portrait_dots;  // initially 0
 
-// Writes the whole table, then calls set_portrait_dots. Called by every opening of a session, before
-// the transport is opened.
+// Writes the whole table, then calls set_portrait_dots. Called by every opening of a session,
+// before the transport is opened.
 void InitDotArray();
 
 // Recomputes portrait_dots from the settings. Under "<PM>" with a resolution other than 200, 300
-// and 600, or with a size_indicator that is no stock index, it deliberately stays as it was.
+// and 600, or with a size_indicator that is no stock index, it deliberately does not change.
 void set_portrait_dots();
 
 }  // namespace tavio

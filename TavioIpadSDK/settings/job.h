@@ -1,5 +1,5 @@
-// The job in progress: where it prints, or which logo it becomes. Intake and the logo operations
-// write these variables, the encoder reads them and writes the place of a logo.
+// The job in progress: its place on the ticket, or the logo that it becomes. Intake and the logo
+// operations write these variables, the encoder reads them and writes the place of a logo.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,9 @@ namespace tavio {
 
 // ---- State of one job, kept until the next ------------------------------------------------------
 
-// "" means the picture is printed at the place below; any other text (DownloadLogo writes a number in
-// decimal) means that it is stored in the printer as the logo of that number. SendFile sets it back
-// to ""; the end of a download does not.
+// "": the picture is printed at the place below. Any other text (DownloadLogo writes a decimal
+// number): it is stored in the printer as the logo of that number. SendFile resets it to ""; the
+// end of a download does not.
 // Written by: ../intake/send_file.cpp, ../intake/logos.cpp, the application
 // Read by: ../encoder/parse_bmp.cpp
 extern std::string LogoNumber;  // initially ""

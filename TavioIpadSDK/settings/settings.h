@@ -2,7 +2,7 @@
 //
 //   ChangeConfiguration("<P1>", 300, false, true, CINEMA, "<LM>");
 //
-// They hold until changed again; nothing is saved. Not to be changed while a job is running.
+// They last until they are changed; nothing is saved. Do not change them while a job is running.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,8 @@ extern double StockWidth;  // initially 5.5
 // Read by: ../intake/target_size.cpp
 extern double StockHeight;  // initially 2.0
 
-// Whether a page or photo is resampled to the stock's size in dots (true) or printed at its own size
-// (false).
+// Whether a page or photo is resampled to the stock's size in dots (true) or printed at its own
+// size (false).
 // Written by: change_configuration.cpp, the application
 // Read by: ../intake/target_size.cpp
 extern bool ImageScaled;  // initially false
@@ -66,8 +66,8 @@ inline constexpr std::int32_t RECEIPT = 3;     // 8.0 x 3.25 inches
 // ---- Operations ---------------------------------------------------------------------------------
 
 // Stores all settings and recomputes the portrait dot width. Nothing is validated: any path,
-// orientation and resolution is stored as it is. A `stocksizeindex` that is no stock index sets
-// size_indicator to 0 and leaves StockWidth and StockHeight as they were. The texts are copies: the
+// orientation and resolution is stored unchanged. A `stocksizeindex` that is no stock index sets
+// size_indicator to 0 and does not change StockWidth and StockHeight. The texts are copies: the
 // settings themselves may be passed.
 void ChangeConfiguration(std::string path, std::int32_t resolution, bool scaled, bool dithered,
                          std::int32_t stocksizeindex, std::string orientation);

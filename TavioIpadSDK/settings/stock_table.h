@@ -1,4 +1,5 @@
-// The ticket stocks and their sizes. A stock index (settings.h) is a place in this table, from 0 on.
+// The ticket stocks and their sizes. A stock index (settings.h) is a place in this table, from 0
+// on.
 #pragma once
 
 #include <array>
@@ -12,7 +13,7 @@ struct StockSize {
 };
 
 struct Stock {
-    const char* name;     // "" where the stock has none
+    const char* name;     // "" if the stock has none
     StockSize landscape;  // when the orientation is exactly "<LM>"
     StockSize otherwise;  // for any other orientation text
 };

@@ -12,7 +12,8 @@ namespace tavio::command_line {
 // number ("0"), or its name in any case ("cinema").
 std::optional<std::int32_t> parseStock(std::string_view text);
 
-// What parseStock() understands, in words: "0 to 8, concert, cinema, creditcard or receipt".
+// The texts that parseStock() accepts, for messages: "0 to 8, concert, cinema, creditcard or
+// receipt".
 std::string stockChoices();
 
 // Checks of option values for the command line library: each returns "" or the error. asStock()
