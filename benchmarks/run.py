@@ -3,7 +3,7 @@
 
 BUILD is the folder of a release build of the target "benchmarks". With --brief everything runs once
 on small inputs, with those peers that are there, and what is written stays in BUILD/benchmark:
-nobody is to read such figures.
+such figures are not published.
 """
 import json
 import pathlib

@@ -6,8 +6,8 @@
 
 include(CMakePackageConfigHelpers)
 
-# What TavioIpadSDK.h includes, directly or not, the links, and the virtual printer as far as the
-# preview's link shows it. All other headers are inner ones.
+# The public headers: those that TavioIpadSDK.h includes, directly or not, the links, and the part
+# of the virtual printer that the preview's link needs. All other headers are inner ones.
 set(public_headers
   TavioIpadSDK/TavioIpadSDK.h
   TavioIpadSDK/intake/job.h

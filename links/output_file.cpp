@@ -69,7 +69,7 @@ constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kUsual = 0666;  // less what the process's umask takes
 constexpr mode_t kAllPermissions = 0777;
 
-// What a file is to have in place of the one with this status, or of none; none where the umask
+// The permissions of a file that replaces one with this status, or that is new; none if the umask
 // cannot be read, so that only the system can apply it.
 std::optional<mode_t> permissionsFor(const std::optional<struct stat>& replaced) {
     if (replaced) return replaced->st_mode & kAllPermissions;
@@ -90,7 +90,7 @@ int openNameless(const std::string& folder) {
     return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kOwnerOnly);
 }
 
-// The first name in the folder with which `make` succeeds; "" with errno where none is to be had.
+// The first name in the folder with which `make` succeeds; "", with errno set, if there is none.
 template <typename Make>
 std::string makeTemporary(const std::string& folder, Make make) {
     const std::string stem = folder + kTemporaryName + std::to_string(::getpid()) + "-";

@@ -251,7 +251,7 @@ void Printer::Interpreter::commandInLogo(const Command& command) {
         case CommandKind::kLandscape:
         case CommandKind::kPortrait:
         case CommandKind::kBeginLogo:
-        // No command: an ESC ends the logo, and what is unknown has been told.
+        // No command: an ESC ends the logo, and the reader has reported an unknown command.
         case CommandKind::kClearMemory:
         case CommandKind::kUnknown:
             break;
@@ -291,7 +291,7 @@ void Printer::Interpreter::commandOnTicket(const Command& command) {
         case CommandKind::kPortrait:
         case CommandKind::kBeginLogo:
         case CommandKind::kGraphics:
-        // Of a logo, and none is being stored; what is unknown has been told.
+        // Part of a logo, but none is being stored; the reader has reported an unknown command.
         case CommandKind::kEndLogo:
         case CommandKind::kUnknown:
             break;

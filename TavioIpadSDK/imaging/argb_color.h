@@ -5,8 +5,8 @@
 
 namespace tavio::imaging {
 
-// By value. The colour fields hold the source's channels rotated by one place: TransformToRGBA
-// (dither.h) puts its green into Red, its blue into Green and its red into Blue.
+// The colour fields hold the source's channels rotated by one place: TransformToRGBA (dither.h)
+// puts its green into Red, its blue into Green and its red into Blue.
 struct ArgbColor {
     Byte Alpha = 0;
     Byte Red = 0;

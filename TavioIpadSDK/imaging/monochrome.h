@@ -1,4 +1,4 @@
-// From the resampled picture to one black or white entry per pixel: dithered, or by threshold.
+// Converts the resampled picture to one black or white entry per pixel: dithered, or by threshold.
 //
 // The two conversions differ on purpose in more than the diffusion:
 //

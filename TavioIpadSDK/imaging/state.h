@@ -46,7 +46,7 @@ extern machine::UnclearedBytes mDataArray;
 // Read by: print_bmp.cpp
 extern machine::UnclearedBytes mRawBitmapData;
 
-// Entries of mDataArray that the dithered conversion has written: mDataArrayLength once it is done.
+// Entries of mDataArray that the dithered conversion has written: mDataArrayLength after its end.
 // The threshold conversion leaves it alone.
 // Written by: monochrome.cpp
 // Read by: nobody

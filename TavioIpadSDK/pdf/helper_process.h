@@ -61,7 +61,7 @@ class HelperProcess {
     bool endedBefore(Deadline deadline) const;
     Ending stopAndReap();
 
-    pid_t process_;      // 0 once it is reaped
+    pid_t process_;      // 0 after it was reaped
     Descriptor answer_;  // the pipe's reading end
 };
 

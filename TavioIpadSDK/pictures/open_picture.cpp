@@ -87,7 +87,7 @@ class WholeRows : public PictureRows {
     }
 
   private:
-    std::unique_ptr<StoredPicture> stored_;  // null once it has been decoded
+    std::unique_ptr<StoredPicture> stored_;  // null after it has been decoded
     std::int32_t width_ = 0;
     std::int32_t height_ = 0;
     Picture picture_;

@@ -132,7 +132,7 @@ std::unique_ptr<PictureRows> rowsAhead(std::unique_ptr<PictureRows> source, std:
     if (std::int64_t{source->width()} * source->height() < kMinPixels) return source;
     try {
         return std::make_unique<RowsAhead>(source, strip);
-    } catch (const std::system_error&) {  // no thread to be had
+    } catch (const std::system_error&) {  // no thread can be started
         return source;
     }
 }

@@ -11,7 +11,7 @@ namespace {
 using Row = std::array<std::int32_t, 3>;
 using Table = std::array<Row, settings::kStockCount>;
 
-// By stock index; in each row the dots at 200, 300 and 600 per inch.
+// A row for each stock index, with the dots at 200, 300 and 600 dots per inch.
 constexpr auto kPortraitDots = std::to_array<Row>({
     {384, 576, 1184},
     {640, 960, 1920},

@@ -39,13 +39,13 @@ extern double StockWidth;  // initially 5.5
 // Read by: ../intake/target_size.cpp
 extern double StockHeight;  // initially 2.0
 
-// Whether a page or photo is resampled to the stock's size in dots (true) or printed at its own
-// size (false).
+// True: pages and photos are resampled to the stock's size in dots. False: they keep their own
+// size.
 // Written by: change_configuration.cpp, the application
 // Read by: ../intake/target_size.cpp
 extern bool ImageScaled;  // initially false
 
-// Whether pictures become black and white by error diffusion (true) or by a threshold (false).
+// True: pictures become black and white by error diffusion. False: by a threshold.
 // Written by: change_configuration.cpp, the application
 // Read by: ../imaging/print_bmp.cpp
 extern bool ImageDithered;  // initially true

@@ -145,7 +145,7 @@ TEST(TcpLink, TakesDeadlinesOutOfRangeForTheNearestInRange) {
     }
 }
 
-// So the link notices a full printer, and the end of a job does not wait for an acknowledgement.
+// The link then notices a full printer, and the end of a job does not wait for an acknowledgement.
 TEST(TcpLink, HasASmallSendBufferAndSendsWhatItHasAtOnce) {
     VirtualTcp calls;
     TcpLink link(Deadlines{}, calls);

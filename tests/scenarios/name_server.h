@@ -22,7 +22,7 @@ class NameServer {
     // Ends all lookups that still wait for an answer.
     ~NameServer();
 
-    // As links::SystemCalls. With kNone it takes until the destructor.
+    // Like links::SystemCalls. With kNone it returns in the destructor.
     int lookUp(std::vector<links::SocketAddress>& addresses);
 
     // Waits until somebody has asked.

@@ -113,7 +113,7 @@ int VirtualConnection::endSending() {
     return 0;
 }
 
-// As the system counts: the end of the stream is one more.
+// Counts like the system: the end of the stream is one more.
 int VirtualConnection::unsent(int* count) const {
     const bool countsEnd = ending_ && !endAcknowledged_;
     *count = static_cast<int>(truth_.accepted - truth_.acknowledged) + (countsEnd ? 1 : 0);

@@ -65,7 +65,7 @@ class VirtualNetwork : public links::SystemCalls {
 
     std::size_t openDescriptors() const { return descriptors_.size(); }
 
-    // As the system's.
+    // Like the system's calls.
     Time now() override { return events_.now(); }
     int socket(int domain, int type, int protocol) override;
     int connect(int descriptor, const sockaddr* address, socklen_t size) override;

@@ -71,8 +71,8 @@ struct Reply {
     static constexpr std::chrono::milliseconds kSilence{200};
 };
 
-// Of one reply that a user sets. How much a link keeps of all that a printer sends is another
-// matter (links::kMaxReplyBytes).
+// The limit of one reply that a user sets. The number of bytes that a link keeps of a printer's
+// replies is another matter (links::kMaxReplyBytes).
 inline constexpr std::size_t kMaxReplyTextBytes = 4096;
 inline constexpr std::chrono::hours kMaxReplyDelay{24};
 
