@@ -89,7 +89,7 @@ TEST(EncoderEffort, DoesNotWalkAlongZerosBehindTheEnd) {
 }
 
 // Every "<RC" would copy its band and the next: 40 GB from 4 MB. They are counted, so that neither
-// time nor memory is spent on what is never sent.
+// time nor memory is spent on bytes that are never sent.
 TEST(EncoderEffort, RefusesWhatWouldBeTooLongWithoutWritingIt) {
     for (const std::string& end : {std::string(), kBlank}) {  // copied whole, or in stretches
         Bytes columns = repeated("<RC", 18000);
@@ -117,7 +117,7 @@ TEST(EncoderEffort, CountsOnlyWhatWouldBeWritten) {
 }
 
 TEST(EncoderEffort, WritesOnceMoreWhatTurnsOutLongerThanTheBands) {
-    // Each false command copies what is left of its band: 66 times the stream in all.
+    // Each false command copies the rest of its band: 66 times the stream in all.
     const Bytes columns = repeated("<RC1,2>", 924);
     ByteStream stream(bandsOf(columns, 3));
     std::vector<LineParser> map(LINEMAPMAX);

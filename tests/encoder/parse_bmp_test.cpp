@@ -217,7 +217,7 @@ TEST_F(ParseBmp, EncodesExtremePlacesLikeTheSlowTwin) {
     }
 }
 
-// Graphics made of pieces of commands: what the second pass takes for commands must be the same.
+// Graphics made of pieces of commands: the second pass must find the same commands in them.
 Bytes commandLikeColumns(test::Random& random, std::size_t count) {
     const std::vector<std::string> pieces = {
         "<RC", "<RC1,2>", ">", ",", "<G", "<G9>", "7",    "-",

@@ -1,4 +1,4 @@
-// Photos of the photo library, and what is never read instead of it.
+// Photos of the photo library, and the sources that are never read instead.
 #include "TavioIpadSDK/intake/image_to_bmp.h"
 
 #include <memory>

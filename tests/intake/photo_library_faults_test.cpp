@@ -30,7 +30,7 @@ using platform::AssetRepresentation;
 using platform::AssetResultHandler;
 using test::transport;
 
-// A library that does what the test says.
+// A photo library controlled by the test.
 class ScriptedLibrary : public platform::PhotoLibrary {
   public:
     using Script = std::function<void(const URL&, AssetResultHandler, AssetFailureHandler)>;
@@ -45,7 +45,7 @@ class ScriptedLibrary : public platform::PhotoLibrary {
     Script script_;
 };
 
-// A stored file that does what the test says; by default it is sound.
+// A stored file controlled by the test; by default it has no fault.
 class ScriptedFile : public AssetRepresentation {
   public:
     explicit ScriptedFile(Bytes file) : file_(std::move(file)) {

@@ -290,7 +290,7 @@ TEST(OutputFile, RefusesAPipeThatNobodyReads) {
     EXPECT_EQ(file.failure(), (folder / "pipe") + " is a pipe that nobody reads");
 }
 
-// Redirected output continues where the descriptor stands: what was written before stays.
+// Redirected output continues at the descriptor's position: earlier bytes stay.
 TEST(OutputFile, ContinuesOnAnOpenDescriptor) {
     TemporaryFolder folder;
     writeFile(folder / "redirected", "");

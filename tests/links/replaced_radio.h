@@ -1,5 +1,5 @@
-// A Bluetooth printer for tests, where there is no Bluetooth: the socket is one end of a pair, the
-// test holds the other.
+// A Bluetooth printer for tests without Bluetooth: the socket is one end of a pair, the test holds
+// the other.
 #pragma once
 
 #include <cstdlib>
@@ -23,7 +23,7 @@ class ReplacedRadio : public ReplacedCalls {
     int connectError = 0;
     int lateError = 0;
 
-    // Instead, what it says the first times.
+    // The first results of connect(), instead of connectError.
     std::deque<int> firstErrors;
 
     // The socket does not become writable, as while it is connecting.

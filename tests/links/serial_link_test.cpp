@@ -21,7 +21,7 @@ using std::chrono::seconds;
 using test::bytesOf;
 using test::PseudoTerminal;
 
-// Notes what is done to the device besides reading and writing.
+// Records the calls on the device except reads and writes.
 class WatchedDevice : public test::ReplacedCalls {
   public:
     std::vector<std::string> done;
@@ -319,7 +319,7 @@ TEST_F(SerialLinkOnDevice, GivesUpWritingToAPrinterThatReadsNothing) {
               (std::vector<std::string>{"set", "drop input", "drop both", "set", "close"}));
 }
 
-// Another speed would garble what is still in the chip: 256 bytes of 11 bits at 9600 bits per
+// Another speed would garble the bytes still in the chip: 256 bytes of 11 bits at 9600 bits per
 // second take 0.29 s.
 TEST_F(SerialLinkOnDevice, LeavesTheChipItsTimeBeforeTheSpeedChanges) {
     SerialLink link(terminal.path() + "?baud=9600", Deadlines{}, calls);

@@ -74,7 +74,7 @@ TEST_F(SerialLine, ReadsEveryByteThatThePrinterSends) {
     EXPECT_TRUE(received == expected) << received.size() << " bytes";
 }
 
-// A printer that first wants to get rid of what it has to say, several times what the line holds.
+// A printer that first sends several times as many bytes as the line holds.
 TEST_F(SerialLine, IsNotStuckOnAPrinterThatTalks) {
     constexpr std::size_t kTalk = 40'000;
     const std::string job(100'000, 'j');

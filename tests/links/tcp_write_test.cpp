@@ -26,7 +26,7 @@ class TcpWrite : public testing::Test {
         EXPECT_EQ(calls_.openDescriptors(), 0U);
     }
 
-    // The job has failed: nothing more goes out, and what was queued never leaves.
+    // The job has failed: nothing more is sent, and queued bytes never leave.
     void expectBrokenOff(const std::string& sentence) {
         EXPECT_EQ(link_.failure(), sentence);
         EXPECT_TRUE(calls_.wasReset);

@@ -25,7 +25,7 @@ namespace {
 using test::TemporaryFolder;
 using test::writeFile;
 
-// The error number with which the path is refused; 0 where it is opened.
+// The errno of a refused path; 0 if it is opened.
 int refusal(const std::string& path) {
     errno = 0;
     const Descriptor file = openRegularFile(path);

@@ -1,4 +1,4 @@
-// The helper program as a stranger: what it may answer, how it may end, what it gets to see.
+// Any helper program: its possible answers and ends, and the environment that it gets.
 #include <chrono>
 #include <csignal>
 #include <cstdlib>

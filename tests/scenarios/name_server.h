@@ -25,7 +25,7 @@ class NameServer {
     // Like links::SystemCalls. With kNone it returns in the destructor.
     int lookUp(std::vector<links::SocketAddress>& addresses);
 
-    // Waits until somebody has asked.
+    // Waits until a lookup has begun.
     void awaitQuestion();
 
     bool answers() const { return answer_ != NameAnswer::kNone; }

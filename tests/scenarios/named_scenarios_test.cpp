@@ -1,5 +1,5 @@
-// Every named scenario: the report names the right outcome, the printer printed what it should, and
-// each call took as long as it should, on a clock that is a variable.
+// Every named scenario: the report names the right outcome, the printer printed the right tickets,
+// and each call took as long as it should, on a clock that is a variable.
 
 #include <algorithm>
 #include <set>

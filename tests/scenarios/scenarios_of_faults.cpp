@@ -1,4 +1,4 @@
-// Printers that read nothing, break off, forget or are busy with somebody else.
+// Printers that read nothing, break off, drop bytes or serve another client.
 
 #include "scenarios/named_scenario.h"
 

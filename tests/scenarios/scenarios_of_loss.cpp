@@ -1,4 +1,4 @@
-// Links that are lost, and jobs that somebody cancels.
+// Lost links, and cancelled jobs.
 
 #include "scenarios/named_scenario.h"
 
@@ -78,7 +78,7 @@ std::vector<NamedScenario> scenariosOfLoss() {
          sent(100'000, 10, {12, aLookAfter(19'600), {20'900, 21'400}})},
         {"LinkLostBeforeTheFirstByteIsGivenUp", smallJob({lose(milliseconds(210))}),
          partlySent(0, 0, kNoByteAcknowledged, {200, 200, 30'200})},
-        // It is on the ticket, and nobody here can know: printing it again prints it twice.
+        // It is on the ticket, but the link cannot know: printing it again prints it twice.
         {"LostAcknowledgementLeavesItOpenWhetherThePrinterHasIt",
          smallJob({lose(milliseconds(350))}),
          printed(1, 1, partlySent(0, 0, kNoByteAcknowledged, {200, 200, 30'200}))},

@@ -12,7 +12,7 @@ constexpr double kTicketASecond = 25.4;  // millimetres per second
 
 constexpr std::string_view kNoEnd = "did not end the connection within 5 s";
 
-// A printer with little memory, so that what it does not take waits with the link.
+// A printer with little memory, so that most bytes wait in the link.
 Plan withPaper(Bytes job, double millimetresPerSecond) {
     Plan plan = usualPlan(std::move(job));
     plan.network.device.physics.millimetresPerSecond = millimetresPerSecond;

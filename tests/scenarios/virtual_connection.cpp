@@ -124,7 +124,7 @@ int VirtualConnection::takeError() {
     return std::exchange(error_, 0);
 }
 
-// The system doubles what it is asked for.
+// The system doubles the requested size.
 void VirtualConnection::setSendBuffer(std::size_t size) {
     sendBuffer_ = std::min(2 * size, path_.sendBuffer);
 }

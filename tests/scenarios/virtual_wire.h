@@ -24,7 +24,7 @@ class VirtualWire {
 
     void send(std::size_t size, OnArrival onArrival);
 
-    // A packet that nobody sends again, such as a reset.
+    // A packet that is not sent again, such as a reset.
     void sendOnce(std::size_t size, OnArrival onArrival);
 
     void lose();

@@ -1,4 +1,4 @@
-// A test fixture that puts every module's state back to what it is at program start.
+// A test fixture that resets every module's state to that of the program's start.
 #pragma once
 
 #include <vector>

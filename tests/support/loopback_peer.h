@@ -68,7 +68,7 @@ class Port {
     }
     void listen() { EXPECT_EQ(::listen(socket_.get(), 1), 0); }
 
-    // A connection, or -1 when nobody comes.
+    // A connection, or -1 if none comes.
     int accept() {
         pollfd watched{socket_.get(), POLLIN, 0};
         if (::poll(&watched, 1, 60'000) != 1) return -1;

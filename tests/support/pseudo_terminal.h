@@ -20,7 +20,7 @@ class PseudoTerminal {
         std::array<char, 256> name{};
         if (::ptsname_r(printer_, name.data(), name.size()) != 0) return;
         path_ = name.data();
-        // Keeps the settings and what is pending while no link has the device open.
+        // Keeps the settings and the pending bytes while no link has the device open.
         device_ = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
     }
     PseudoTerminal(const PseudoTerminal&) = delete;
@@ -71,7 +71,7 @@ class PseudoTerminal {
         return count > 0 ? static_cast<std::size_t>(count) : 0;
     }
 
-    // Until what was said has come to the device.
+    // Waits until the written bytes have come to the device.
     bool awaitInput() const { return waitFor(device_, POLLIN); }
 
     void hangUp() {

@@ -1,4 +1,4 @@
-// The twelve transport operations as a recording: what was called, in which order, with what.
+// The twelve transport operations, which record their calls and arguments.
 #pragma once
 
 #include <cstdint>

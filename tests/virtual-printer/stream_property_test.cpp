@@ -70,7 +70,7 @@ Outcome byteByByte(std::span<const Byte> bytes) {
     return readers.finish();
 }
 
-// Every command, every state, and some of what is wrong.
+// Every command, every state, and some errors.
 Stream sampleStream() {
     return stream("<P1><LM><RE0><DI><RC1,2><G8>", Stream{0xFF, 0x1B, '<', 'p', '>', 0x80, 0, 1},
                   "caf\xC3\xA9 \xE2\x82\xAC\r\nRow <2\n<RC12,3>a <b<c> \x1B <X1>\xE2\x82<7>x",

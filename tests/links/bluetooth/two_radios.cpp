@@ -31,7 +31,7 @@ struct Request {
     std::uint32_t option = 0;
 };
 
-// The beginning of what the kernel tells, and room for the rest.
+// The beginning of the kernel's answer, and room for the rest.
 struct Description {
     std::uint16_t controller = 0;
     std::array<char, 8> name{};

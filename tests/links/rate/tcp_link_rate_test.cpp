@@ -80,7 +80,7 @@ std::string randomBytes(std::size_t size, std::mt19937& random) {
     return bytes;
 }
 
-// The printer is asked after the link: what it has can only have grown in between.
+// The printer is asked after the link: its bytes can only have grown in between.
 void expectNoMoreAcknowledgedThanThere(const TcpLink& link, const PatientPrinter& printer) {
     const auto acknowledged = link.report().acknowledged;
     ASSERT_TRUE(acknowledged);

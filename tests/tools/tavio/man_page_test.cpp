@@ -1,4 +1,4 @@
-// The man pages, held against what the program says of itself.
+// The man pages, compared with the programs' help.
 
 #include <algorithm>
 #include <cstdlib>

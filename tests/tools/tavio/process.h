@@ -23,7 +23,7 @@ struct Ran {
 // A program while it runs.
 class Running {
   public:
-    // output: a descriptor to be its standard output, closed here; -1 to keep what is written.
+    // output: a descriptor for its standard output, closed here; -1 to keep the output.
     Running(const std::string& folder, const std::vector<std::string>& arguments, int output = -1,
             const std::string& program = "tavio");
     Running(const Running&) = delete;

@@ -16,7 +16,7 @@ std::string badIndexBmp();
 // half; without a page if `pages` is 0.
 std::string pdf(double width, double height, int pages = 1);
 
-// A PDF document that opens with no password that anybody knows.
+// A PDF document with an unknown password.
 std::string encryptedPdf();
 
 // A PNG file cut off in its header.

@@ -65,7 +65,7 @@ class SocketPrinter {
     std::string address() const { return port_->address(); }
     std::string target() const { return "tcp://" + address(); }
 
-    // Waits until it has done all, and gives what it read.
+    // Waits until it has finished, and returns the bytes that it read.
     std::string received() {
         peer_.finish();
         return received_;

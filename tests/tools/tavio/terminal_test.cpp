@@ -110,7 +110,7 @@ TEST_F(Terminal, ShowsTheProgressOfAJobWithinItsWidth) {
     }
 }
 
-// Ctrl-S stops what is written to the terminal, not what is sent to the printer.
+// Ctrl-S stops the output to the terminal, not the bytes to the printer.
 TEST_F(Terminal, StopsNoJobWhenItIsStopped) {
     if (!terminalsAreToBeHad()) GTEST_SKIP() << "no pseudo-terminals here";
     writeFile(at("job.bin"), std::string(300'000, 'x'));

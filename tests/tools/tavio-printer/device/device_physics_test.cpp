@@ -168,7 +168,7 @@ TEST(DeviceBuffer, ASingleLostByteIsNamedInTheSingular) {
     EXPECT_EQ(test.problemsOf(1), (Lines{"4: 1 byte was lost here: the receive buffer was full"}));
 }
 
-// Otherwise nobody would learn of it.
+// Otherwise it would not be reported.
 TEST(DeviceBuffer, ALossBehindTheLastTicketBringsABlankOne) {
     DeviceSettings settings = slowPaper(3);
     settings.physics.dropWhenFull = true;

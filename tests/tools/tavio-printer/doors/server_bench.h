@@ -24,7 +24,7 @@ class ServerBench {
   public:
     explicit ServerBench(const PrintServerSettings& settings = onAnyPort());
 
-    // The first so many tickets, once they are there.
+    // Waits for the first `count` tickets.
     std::vector<DeviceTicket> tickets(std::size_t count);
     std::vector<std::string> streams(std::size_t count);
     std::size_t ticketCount();

@@ -204,7 +204,7 @@ TEST(TtyServer, ServesTheNetworkBesideIt) {
     EXPECT_EQ(bench.streams(2), (Lines{"one<p>", "two<p>"}));
 }
 
-// There is no way to turn somebody away there.
+// A client cannot be refused there.
 TEST(TtyServer, WithOneClientTheTerminalWaitsAllTheSame) {
     PrintServerSettings settings = onTerminal();
     settings.listen = ListenAddress{"127.0.0.1", 0};

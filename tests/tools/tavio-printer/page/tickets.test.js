@@ -1,4 +1,4 @@
-// Tickets on the page: that they come, that they are the ones printed, and what is told of them.
+// Tickets on the page: their arrival, their dots and their details.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";

@@ -26,7 +26,7 @@ std::string textOf(const std::vector<Byte>& bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-// The message of what is thrown.
+// The message of the exception.
 std::string refusal(const StoreLimits& limits) {
     try {
         TicketStore store(limits);
