@@ -18,8 +18,8 @@ namespace {
 constexpr std::string_view kPage = "--page=";
 constexpr std::string_view kPhoto = "--photo=";
 constexpr std::string_view kMaxMegadots = "--most-megadots=";
-constexpr std::int32_t kSmallestSide = 160;  // smaller pictures have no room for their patterns
-constexpr std::int32_t kLargestSide = 16384;
+constexpr std::int32_t kMinSide = 160;  // smaller pictures have no room for their patterns
+constexpr std::int32_t kMaxSide = 16384;
 
 struct Options {
     tavio::benchmarks::DotSize page;
@@ -56,7 +56,7 @@ Options takeOptions(std::vector<char*>& arguments) {
 }
 
 bool isSide(std::int32_t side) {
-    return side >= kSmallestSide && side <= kLargestSide;
+    return side >= kMinSide && side <= kMaxSide;
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ constexpr short kBrokenOff = POLLERR | POLLHUP | POLLNVAL;
 // No event announces room in the queue below the system's threshold, or that all bytes have
 // arrived, so the link polls.
 constexpr milliseconds kMinPause{1};
-constexpr milliseconds kLongestPause{20};
+constexpr milliseconds kMaxPause{20};
 
 // So the link exceeds a deadline by one of these intervals at most.
 constexpr int kPollsPerDeadline = 50;
@@ -209,7 +209,7 @@ bool StreamLink::awaitArrival() {
         }
         if (!awaitProgress(waiter, pause)) return false;
         if (descriptor_ < 0) return true;  // disconnected, and the far end has all bytes
-        pause = std::min({2 * pause, kLongestPause, pollInterval(deadlines_)});
+        pause = std::min({2 * pause, kMaxPause, pollInterval(deadlines_)});
     }
 }
 

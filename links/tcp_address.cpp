@@ -10,7 +10,7 @@ namespace tavio::links {
 
 namespace {
 
-constexpr std::size_t kLongestHost = 255;
+constexpr std::size_t kMaxHostSize = 255;
 
 // Letters, digits and other characters of names; internationalised names have bytes above 127.
 bool isNameCharacter(char character) {
@@ -21,7 +21,7 @@ bool isNameCharacter(char character) {
 }
 
 bool isName(std::string_view text) {
-    return !text.empty() && text.size() <= kLongestHost &&
+    return !text.empty() && text.size() <= kMaxHostSize &&
            std::all_of(text.begin(), text.end(), isNameCharacter);
 }
 

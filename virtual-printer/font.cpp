@@ -111,9 +111,9 @@ std::size_t lengthOf(std::uint8_t lead) {
 }
 
 bool isWellFormed(char32_t character, std::size_t length) {
-    constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
+    constexpr std::array<char32_t, 5> kMinCodePoint{0, 0, 0x80, 0x800, 0x10000};
     const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-    return character >= kSmallest[length] && character <= 0x10FFFF && !surrogate;
+    return character >= kMinCodePoint[length] && character <= 0x10FFFF && !surrogate;
 }
 
 }  // namespace

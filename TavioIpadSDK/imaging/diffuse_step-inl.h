@@ -94,7 +94,7 @@ struct Weights {
 
 struct GreyWeights {
     Vec16 red, green, blue;
-    Vec16 least;  // the sum of black, with floor(R / 4) as a number from 0 to 255
+    Vec16 black;  // the sum of black, with floor(R / 4) as a number from 0 to 255
 };
 
 struct Constants {
@@ -216,12 +216,12 @@ HWY_INLINE Halves halvesOf(VecU8 v) {
 HWY_INLINE Vec16 greySum(const GreyWeights& weights, Vec16 red, Vec16 green, Vec16 blue,
                          Vec16 rest) {
     const Vec16 sum = hn::Add(hn::Mul(red, weights.red), hn::Mul(green, weights.green));
-    return hn::Add(hn::Add(sum, hn::Add(hn::Mul(blue, weights.blue), weights.least)), rest);
+    return hn::Add(hn::Add(sum, hn::Add(hn::Mul(blue, weights.blue), weights.black)), rest);
 }
 
 HWY_INLINE bool anyZero(const Halves& v) {
-    const auto least = hn::Min(hn::BitCast(kU16, v.even), hn::BitCast(kU16, v.odd));
-    return !hn::AllFalse(kU16, hn::Eq(least, hn::Zero(kU16)));
+    const auto minimum = hn::Min(hn::BitCast(kU16, v.even), hn::BitCast(kU16, v.odd));
+    return !hn::AllFalse(kU16, hn::Eq(minimum, hn::Zero(kU16)));
 }
 
 // Makes sums of 0 negative where the pixel is black. `values`: red, green and blue of each lane.

@@ -173,8 +173,8 @@ HWY_INLINE void thresholdStep(const UInt32* pixels, Byte* entries) {
     const auto load = [&](std::size_t i) { return hn::LoadU(WordsTag(), pixels + i * kLanes); };
     auto first = hn::ReorderDemote2To(halves, sumsOf(load(0)), sumsOf(load(1)));
     auto second = hn::ReorderDemote2To(halves, sumsOf(load(2)), sumsOf(load(3)));
-    const auto least = hn::Min(hn::BitCast(d, first), hn::BitCast(d, second));
-    if (HWY_UNLIKELY(!hn::AllFalse(d, hn::Eq(least, hn::Zero(d))))) {
+    const auto minimum = hn::Min(hn::BitCast(d, first), hn::BitCast(d, second));
+    if (HWY_UNLIKELY(!hn::AllFalse(d, hn::Eq(minimum, hn::Zero(d))))) {
         const auto decided = [&](std::size_t i) { return withoutTies(load(i), sumsOf(load(i))); };
         first = hn::ReorderDemote2To(halves, decided(0), decided(1));
         second = hn::ReorderDemote2To(halves, decided(2), decided(3));

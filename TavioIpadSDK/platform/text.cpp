@@ -12,7 +12,7 @@ struct Character {
 };
 
 // The smallest code point that needs a sequence of this many bytes.
-constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+constexpr std::uint32_t kMinCodePoint[] = {0, 0, 0x80, 0x800, 0x10000};
 
 std::size_t sequenceLength(unsigned char lead) {
     if (lead < 0x80) return 1;
@@ -35,7 +35,7 @@ Character decodeFirst(std::string_view text) {
         codePoint = (codePoint << 6) | (next & 0x3FU);
     }
     const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (codePoint < kSmallest[length] || codePoint > 0x10FFFF || isSurrogate) return {};
+    if (codePoint < kMinCodePoint[length] || codePoint > 0x10FFFF || isSurrogate) return {};
     return {codePoint, length};
 }
 

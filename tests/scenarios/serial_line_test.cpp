@@ -18,7 +18,7 @@ using virtual_printer::PrinterSettings;
 
 const PrinterSettings kSettings{kTicketSize};
 
-constexpr std::size_t kLongestRun = 30;  // of the graphics below
+constexpr std::size_t kMaxRun = 30;  // of the graphics below
 
 // A job in pieces that a printer takes one by one: commands, graphics, and a logo. The numbers are
 // those of its bytes.
@@ -43,7 +43,7 @@ SampleJob sampleJob() {
         job.add(command);
     }
     job.drawn = job.graphicsBegin = job.bytes.size();
-    job.bytes.resize(job.bytes.size() + kLongestRun, 0x5A);
+    job.bytes.resize(job.bytes.size() + kMaxRun, 0x5A);
     job.graphicsEnd = job.bytes.size();
     job.add("<7>\x1b");
     job.logoBegin = job.bytes.size();
@@ -134,15 +134,15 @@ TEST(SerialLine, OnASerialLineACutInFrontHelpsButForHalfGraphicsAndHalfLogos) {
 // Blanks complete graphics that lack bytes, ESC ends a logo, and the cut brings out the unfinished
 // ticket.
 TEST(SerialLine, OnASerialLineBlanksAnEscAndACutInFrontHealEverything) {
-    const std::string cleanCut = std::string(kLongestRun, ' ').append("\x1b<p>");
+    const std::string cleanCut = std::string(kMaxRun, ' ').append("\x1b<p>");
     expectHealing(cleanCut, [](std::size_t) { return true; });
-    const std::string tooShort = std::string(kLongestRun / 2, ' ').append("\x1b<p>");
+    const std::string tooShort = std::string(kMaxRun / 2, ' ').append("\x1b<p>");
     EXPECT_FALSE(heals(sampleJob().graphicsBegin, tooShort));
 }
 
 TEST(SerialLine, OnASerialLineALogoEndedSoIsStoredAsFarAsItCame) {
     const SampleJob job = sampleJob();
-    const Bytes cleanCut = bytesOf(std::string(kLongestRun, ' ').append("\x1b<p>"));
+    const Bytes cleanCut = bytesOf(std::string(kMaxRun, ' ').append("\x1b<p>"));
     const Bytes printLogo = bytesOf("<SP40,30><LD7><p>");
     const auto half = std::span(job.bytes).first(job.logoEnd - 10);
     const auto tickets = printed({half, cleanCut, printLogo});

@@ -9,14 +9,14 @@ namespace {
 
 constexpr std::size_t kHeaderBytes = 40;
 constexpr Duration kFirstRepeat = milliseconds(200);
-constexpr Duration kLongestRepeat = std::chrono::seconds(120);
+constexpr Duration kMaxRepeat = std::chrono::seconds(120);
 
 // When a packet that was sent at `sent` in vain is sent for the first time after `restored`.
 Time repeatAfter(Time sent, Time restored) {
     Duration pause = kFirstRepeat;
     Time next = sent + pause;
     while (next < restored) {
-        pause = std::min(2 * pause, kLongestRepeat);
+        pause = std::min(2 * pause, kMaxRepeat);
         next += pause;
     }
     return next;
