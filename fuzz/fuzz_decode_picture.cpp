@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <memory>
 
-#include "TavioIpadSDK/pictures/decode_picture.h"
 #include "TavioIpadSDK/pictures/open_picture.h"
 #include "TavioIpadSDK/pictures/upright.h"
+#include "support/decode_picture.h"
 
 namespace {
 

@@ -1,13 +1,9 @@
 #include "tavio/virtual-printer/ticket_png.h"
 
-#include <cerrno>
 #include <cmath>
 #include <csetjmp>
-#include <cstdio>
 #include <cstring>
 #include <exception>
-#include <memory>
-#include <system_error>
 
 #include <png.h>
 
@@ -87,18 +83,6 @@ const char* encode(const Ticket& ticket, std::vector<Byte>& bytes) {
     return output.reason != nullptr ? output.reason : kNoMemory;
 }
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// 0, or the error's number.
-int writeBytes(const std::string& path, const std::vector<Byte>& bytes) {
-    std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "wb"));
-    if (file == nullptr) return errno;
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return errno;
-    return std::fclose(file.release()) == 0 ? 0 : errno;
-}
-
 }  // namespace
 
 bool encodeTicketPng(const Ticket& ticket, const PngOptions& options, std::vector<Byte>& png,
@@ -113,20 +97,6 @@ bool encodeTicketPng(const Ticket& ticket, const PngOptions& options, std::vecto
     } catch (const std::exception&) {
         png.clear();
         reason = "no memory";  // short enough to need no memory
-    }
-    return false;
-}
-
-bool writeTicketPng(const Ticket& ticket, const PngOptions& options, const std::string& path,
-                    std::string& reason) noexcept {
-    std::vector<Byte> png;
-    if (!encodeTicketPng(ticket, options, png, reason)) return false;
-    try {
-        const int error = writeBytes(path, png);
-        if (error == 0) return true;
-        reason = "cannot write " + path + ": " + std::generic_category().message(error);
-    } catch (const std::exception&) {
-        reason = "no memory";
     }
     return false;
 }

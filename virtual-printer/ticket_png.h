@@ -18,12 +18,4 @@ struct PngOptions {
 bool encodeTicketPng(const Ticket& ticket, const PngOptions& options, std::vector<Byte>& png,
                      std::string& reason) noexcept;
 
-// Writes the file, or replaces one of that name. Returns false, with one sentence in `reason`, if
-// it cannot be created or written completely; then an incomplete file may be left.
-//
-//   std::string reason;
-//   if (!writeTicketPng(ticket, {}, "ticket.png", reason)) std::cerr << reason << '\n';
-bool writeTicketPng(const Ticket& ticket, const PngOptions& options, const std::string& path,
-                    std::string& reason) noexcept;
-
 }  // namespace tavio::virtual_printer

@@ -12,19 +12,20 @@ namespace tavio::pictures {
 // The rows of a picture file, or the reason why there are none.
 struct OpenedPicture {
     std::unique_ptr<PictureRows> rows;  // present: 1 x 1 pixel or more
-    std::string why;                    // if absent: as in DecodedPicture
+    std::string why;                    // if absent: as in OpenedFile (stored_picture.h)
 };
 
 // Opens a PNG, JPEG or BMP file held in memory, recognised by content, and reads no more of it than
-// is needed to know its size. The rows are those that upright(decodePicture(file)) has, exactly;
+// is needed to know its size. The rows are those of the upright picture (upright.h), exactly;
 // they keep the file alive and may be asked for on another thread than the one that opened it.
 //
 //   OpenedPicture photo = openPicture(file);
 //   if (!photo.rows) return photo.why;
 //   for (auto rows = photo.rows->next(16); !rows.empty(); rows = photo.rows->next(16)) use(rows);
 //
-// Every file that decodePicture refuses is refused here too: at once, or, if the damage lies after
-// the header, by PictureRows::next, which throws DamagedPicture with the same reason. The last row
+// A file that is truncated, damaged, of another format or has more than kMaxPixels pixels is
+// refused: at once, or, if the damage lies after the header, by PictureRows::next, which throws
+// DamagedPicture with the reason. The last row
 // is delivered only after the file has been read to its end and found whole. After a failure every
 // further next() throws again.
 //

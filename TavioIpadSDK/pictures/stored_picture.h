@@ -2,7 +2,6 @@
 //
 //   decode_png.h, decode_jpeg.h, decode_bmp.h    each opens the files of its format
 //       open_file.h                              opens a file of any of them
-//       decode_picture.h                         reads all of one into memory
 //       open_picture.h                           hands it out upright, a few rows at a time
 #pragma once
 
@@ -46,10 +45,10 @@ class StoredPicture {
     int orientation_;
 };
 
-// The picture, or the reason why there is none: as DecodedPicture::why.
+// The picture, or the reason why there is none.
 struct OpenedFile {
     std::unique_ptr<StoredPicture> picture;
-    std::string why;
+    std::string why;  // a few words, lower case, without a full stop: "the PNG file is cut short"
 };
 
 // Reads a whole picture, of which nothing has been read yet. Throws as StoredPicture::read.

@@ -18,7 +18,6 @@ class Canvas {
     // `top` (both may be negative or beyond the canvas). Parts outside the canvas are cut off.
     void placeOpaque(const Picture& picture, std::int32_t left, std::int32_t top);
 
-    const Picture& snapshot() const { return surface_; }
     Picture takeSnapshot() && { return std::move(surface_); }
 
   private:

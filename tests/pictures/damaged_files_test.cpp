@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/pictures/decode_picture.h"
 #include "pictures/sample_pictures.h"
+#include "support/decode_picture.h"
 
 namespace tavio::pictures {
 namespace {

@@ -14,11 +14,11 @@
 #include <jpeglib.h>
 #include <png.h>
 
-#include "TavioIpadSDK/pictures/decode_picture.h"
 #include "TavioIpadSDK/pictures/open_picture.h"
 #include "TavioIpadSDK/pictures/upright.h"
 #include "TavioIpadSDK/platform/bytes.h"
 #include "pictures/some_rows.h"
+#include "support/decode_picture.h"
 
 namespace tavio::pictures::samples {
 namespace {

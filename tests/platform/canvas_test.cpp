@@ -23,6 +23,10 @@ Picture letters(std::int32_t width, std::int32_t height) {
     return picture;
 }
 
+Picture snapshotOf(const Canvas& canvas) {
+    return Canvas(canvas).takeSnapshot();
+}
+
 // "." is a transparent pixel.
 Rows textOf(const Picture& picture) {
     Rows rows;
@@ -38,15 +42,15 @@ Rows textOf(const Picture& picture) {
 Rows placed(const Picture& picture, std::int32_t left, std::int32_t top) {
     Canvas canvas(4, 3);
     canvas.placeOpaque(picture, left, top);
-    return textOf(canvas.snapshot());
+    return textOf(snapshotOf(canvas));
 }
 
 TEST(Canvas, IsTransparentWhenItIsMade) {
     const Canvas canvas(4, 3);
-    EXPECT_EQ(canvas.snapshot().width, 4);
-    EXPECT_EQ(canvas.snapshot().height, 3);
-    EXPECT_EQ(canvas.snapshot().orientation, 1);
-    EXPECT_EQ(textOf(canvas.snapshot()), (Rows{"....", "....", "...."}));
+    EXPECT_EQ(snapshotOf(canvas).width, 4);
+    EXPECT_EQ(snapshotOf(canvas).height, 3);
+    EXPECT_EQ(snapshotOf(canvas).orientation, 1);
+    EXPECT_EQ(textOf(snapshotOf(canvas)), (Rows{"....", "....", "...."}));
 }
 
 TEST(Canvas, OfANegativeSizeIsEmpty) {
@@ -55,9 +59,9 @@ TEST(Canvas, OfANegativeSizeIsEmpty) {
           std::pair(0, kMost)}) {
         Canvas canvas(width, height);
         canvas.placeOpaque(letters(2, 2), 0, 0);
-        EXPECT_TRUE(canvas.snapshot().pixels.empty());
-        EXPECT_EQ(canvas.snapshot().width, std::max(width, 0));
-        EXPECT_EQ(canvas.snapshot().height, std::max(height, 0));
+        EXPECT_TRUE(snapshotOf(canvas).pixels.empty());
+        EXPECT_EQ(snapshotOf(canvas).width, std::max(width, 0));
+        EXPECT_EQ(snapshotOf(canvas).height, std::max(height, 0));
     }
 }
 
@@ -103,7 +107,7 @@ TEST(Canvas, KeepsWhatLiesBesideALaterPicture) {
     Canvas canvas(4, 1);
     canvas.placeOpaque(letters(4, 1), 0, 0);
     canvas.placeOpaque(letters(1, 1), 2, 0);
-    EXPECT_EQ(textOf(canvas.snapshot()), Rows{"abad"});
+    EXPECT_EQ(textOf(snapshotOf(canvas)), Rows{"abad"});
     EXPECT_EQ(textOf(std::move(canvas).takeSnapshot()), Rows{"abad"});
 }
 

@@ -1,9 +1,6 @@
 #include "tavio/virtual-printer/ticket_png.h"
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -109,32 +106,6 @@ TEST(TicketPng, KnowsItsResolution) {
     for (const std::int32_t dpi : {200, 300, 600}) {
         EXPECT_EQ(readPng(encoded(Ticket({1, 1, dpi}), {})).size.dpi, dpi);
     }
-}
-
-TEST(TicketPng, IsWrittenToAFile) {
-    const std::string path = ::testing::TempDir() + "/ticket_png_test.png";
-    const Ticket ticket({5, 9, 300});
-    std::ofstream(path) << std::string(5000, 'x');  // replaced, not overwritten in part
-    std::string reason;
-    ASSERT_TRUE(writeTicketPng(ticket, {}, path, reason)) << reason;
-    std::ifstream file(path, std::ios::binary);
-    const std::vector<Byte> bytes{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(bytes, encoded(ticket, {}));
-    std::filesystem::remove(path);
-}
-
-TEST(TicketPng, SaysWhyAFileCannotBeWritten) {
-    const std::string path = ::testing::TempDir() + "/no such folder/ticket.png";
-    std::string reason;
-    EXPECT_FALSE(writeTicketPng(Ticket({5, 9, 300}), {}, path, reason));
-    EXPECT_EQ(reason, "cannot write " + path + ": No such file or directory");
-}
-
-TEST(TicketPng, SaysThatADiskIsFull) {
-    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
-    std::string reason;
-    EXPECT_FALSE(writeTicketPng(Ticket({5, 9, 300}), {}, "/dev/full", reason));
-    EXPECT_EQ(reason, "cannot write /dev/full: No space left on device");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TavioIpadSDK/pictures/decode_picture.h"
+#include "support/decode_picture.h"
 #include "tools/tavio/process.h"
 #include "tools/tavio/sample_files.h"
 
