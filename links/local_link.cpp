@@ -1,5 +1,6 @@
 #include "tavio/links/local_link.h"
 
+#include <cassert>
 #include <exception>
 #include <new>
 
@@ -63,6 +64,7 @@ Text LocalLink::read() {
 
 void LocalLink::keepReply(const std::string& reply) {
     if (!report_.reply) report_.reply = "";
+    assert(report_.reply->size() <= kMaxReplyBytes);
     report_.reply->append(reply, 0, kMaxReplyBytes - report_.reply->size());
     report_.answered = true;
 }

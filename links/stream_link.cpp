@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cerrno>
 #include <exception>
 #include <sys/eventfd.h>
@@ -79,6 +80,8 @@ std::string StreamLink::failure() const {
 }
 
 LinkReport StreamLink::report() const {
+    assert(report_.accepted <= report_.offered);
+    assert(report_.acknowledged.value_or(0) <= report_.accepted);
     LinkReport report = report_;
     if (!reply_.empty()) report.reply = replyText(reply_);
     return report;

@@ -1,6 +1,7 @@
 #include "tavio/virtual-printer/command_table.h"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 
 namespace tavio::virtual_printer {
@@ -94,6 +95,7 @@ std::optional<std::int32_t> parseNumber(std::string_view text) {
 }
 
 ParsedCommand parseCommand(std::string_view text) {
+    assert(text.size() >= 2 && text.front() == '<' && text.back() == '>');
     const std::string_view inner = text.substr(1, text.size() - 2);
     for (const TableEntry& entry : kTable) {
         if (!inner.starts_with(entry.name)) continue;

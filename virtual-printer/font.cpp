@@ -1,5 +1,6 @@
 #include "tavio/virtual-printer/font.h"
 
+#include <cassert>
 #include <string_view>
 
 namespace tavio::virtual_printer {
@@ -124,6 +125,7 @@ const Glyph& glyphOf(char32_t character) {
 }
 
 DecodedCharacter decodeCharacter(std::span<const std::uint8_t> text) {
+    assert(!text.empty());
     constexpr DecodedCharacter kIllFormed{kReplacement, 1};
     const std::size_t length = lengthOf(text[0]);
     if (length == 1) return {text[0], 1};

@@ -1,5 +1,6 @@
 #include "tavio/virtual-printer/logo_memory.h"
 
+#include <cassert>
 #include <utility>
 
 namespace tavio::virtual_printer {
@@ -18,11 +19,13 @@ void LogoMemory::begin(std::int32_t number) {
 }
 
 void LogoMemory::beginRun(Place place, Orientation orientation) {
+    assert(storing_);
     run_ = {place, orientation};
 }
 
 void LogoMemory::extend(std::span<const Byte> bytes) {
     if (bytes.empty()) return;
+    assert(storing_);
     const bool first = run_.count == 0;
     take(bytes.size() + (first ? kRunPrice : 0));
     if (!fits_) return;
@@ -73,6 +76,7 @@ std::size_t LogoMemory::priceOf(const Logo& logo) {
 // memory and is not kept.
 void LogoMemory::take(std::size_t price) {
     if (!fits_) return;
+    assert(taken_ <= used_ && used_ <= capacity_);
     if (price <= capacity_ - used_) {
         used_ += price;
         taken_ += price;

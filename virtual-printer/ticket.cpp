@@ -1,6 +1,7 @@
 #include "tavio/virtual-printer/ticket.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <stdexcept>
 
@@ -76,6 +77,7 @@ void Ticket::clear() {
 }
 
 std::span<const Byte> Ticket::row(std::int32_t row) const {
+    assert(contains(row, 0));
     return std::span(bits_).subspan(static_cast<std::size_t>(row) * rowBytes_, rowBytes_);
 }
 

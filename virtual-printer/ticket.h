@@ -89,8 +89,7 @@ class Ticket {
     // the bits past the last column 0. The row must lie on the ticket.
     std::span<const Byte> row(std::int32_t row) const;
 
-    // One line per row, each ended by "
-    // ": "X" for a black dot, a space for a white one.
+    // One line per row, each ended by "\n": "X" for a black dot, a space for a white one.
     std::string toText() const;
 
     // The same for a region; places outside the ticket are white.

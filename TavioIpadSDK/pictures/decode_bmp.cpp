@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -98,6 +99,7 @@ class PlainBmp : public StoredPicture {
                       Component(header_.masks[2]), Component(header_.masks[3])} {}
 
     void read(std::span<UInt32> rows) override {
+        assert(rows.size() % static_cast<std::size_t>(width()) == 0);
         for (; !rows.empty(); rows = rows.subspan(static_cast<std::size_t>(width())))
             readRow(rows.data());
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cassert>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
@@ -186,6 +187,7 @@ class JpegPicture : public StoredPicture {
           reader_(std::move(reader)) {}
 
     void read(std::span<UInt32> rows) override {
+        assert(rows.size() % reader_->width() == 0);
         if (!reader_->readRows(rows.data(), rows.size() / reader_->width()))
             throw DamagedPicture(reader_->why());
     }

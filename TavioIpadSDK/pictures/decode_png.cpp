@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cassert>
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
@@ -179,6 +180,7 @@ class PngPicture : public StoredPicture {
     bool comesWhole() const override { return isInterlaced_; }
 
     void read(std::span<UInt32> rows) override {
+        assert(rows.size() % static_cast<std::size_t>(width()) == 0);
         const std::size_t count = rows.size() / static_cast<std::size_t>(width());
         if (!reader_->readRows(reinterpret_cast<png_bytep>(rows.data()), count))
             throw DamagedPicture(reader_->why());

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/pictures/open_picture.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <exception>
 #include <type_traits>
@@ -41,6 +42,7 @@ class StreamedRows : public PictureRows {
 
     std::size_t nextInto(std::span<UInt32> target) override {
         const auto room = static_cast<std::int32_t>(target.size() / line());
+        assert(room >= 1);
         const std::int32_t count = std::min(room, height_ - row_);
         if (count <= 0) return 0;
         const auto rows = target.first(static_cast<std::size_t>(count) * line());

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/pictures/picture_rows.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -17,6 +18,7 @@ class RowsInMemory : public PictureRows {
     std::int32_t height() const override { return view_.height; }
 
     std::span<const UInt32> next(std::int32_t maxRows) override {
+        assert(maxRows >= 1);
         const std::int32_t count = std::min(maxRows, view_.height - row_);
         const std::ptrdiff_t first = row_;
         row_ += count;

@@ -38,7 +38,7 @@ class PictureRows {
 // Thrown if the picture is cut short or damaged, perhaps after some of its rows have been
 // delivered.
 struct DamagedPicture : std::runtime_error {
-    using std::runtime_error::runtime_error;  // what(): as DecodedPicture::why
+    using std::runtime_error::runtime_error;  // what(): as OpenedFile::why
 };
 
 // The rows of a picture in memory, turned upright. If the picture is upright already, nothing is

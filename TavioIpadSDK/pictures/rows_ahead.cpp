@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cassert>
 #include <cstddef>
 #include <exception>
 #include <semaphore>
@@ -47,6 +48,7 @@ class RowsAhead : public PictureRows {
     std::int32_t height() const override { return height_; }
 
     std::span<const UInt32> next(std::int32_t maxRows) override {
+        assert(maxRows >= 1);
         if (rest_.empty() && !isOver_) takeStrip();
         const std::size_t line = static_cast<std::size_t>(width_);
         const std::size_t count = std::min(rest_.size(), static_cast<std::size_t>(maxRows) * line);

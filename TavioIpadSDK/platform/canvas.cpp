@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/platform/canvas.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 
 namespace tavio::platform {
@@ -21,6 +22,9 @@ void Canvas::placeOpaque(const Picture& picture, std::int32_t left, std::int32_t
     const std::int64_t endRow =
         std::min<std::int64_t>(std::int64_t{top} + picture.height, surface_.height);
     if (firstColumn >= endColumn) return;
+    assert(picture.orientation == 1);
+    assert(picture.pixels.size() ==
+           static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
 
     for (std::int64_t row = firstRow; row < endRow; ++row) {
         const UInt32* from =

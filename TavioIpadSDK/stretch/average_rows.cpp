@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
 #include "TavioIpadSDK/stretch/axis.h"
@@ -114,6 +115,7 @@ void addPlainly(const PassedRow& row, double weight, std::vector<SumBlock>& sums
 }  // namespace
 
 void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
+    assert(sums_.empty() || sums_.size() == row.blocks.size());
     sums_.resize(row.blocks.size());
     const auto factor = static_cast<double>(weight);
     if (machine::instructionSet() == machine::InstructionSet::kPlain)
@@ -122,6 +124,7 @@ void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
 }
 
 void AverageRows::average(std::span<UInt32> target) {
+    assert(sums_.size() == blocksOf(target.size()));
     if (total_ > kMaxTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
         averagePlainly(target);
     } else {

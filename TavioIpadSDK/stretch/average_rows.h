@@ -1,6 +1,7 @@
 // The kernel that averages passed rows into a target row.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -19,7 +20,9 @@ struct alignas(64) SumBlock {
 class AverageRows {
   public:
     // The weights of the rows of each target row add up to `total`, 1 to 2^28.
-    explicit AverageRows(std::uint64_t total) : total_(total) {}
+    explicit AverageRows(std::uint64_t total) : total_(total) {
+        assert(total >= 1 && total <= std::uint64_t{1} << 28);
+    }
 
     void add(const PassedRow& row, std::uint64_t weight);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstdint>
 
 namespace tavio::stretch {
@@ -27,8 +28,9 @@ struct Edge {
 class Axis {
   public:
     Axis(std::int32_t source, std::int32_t target)
-        : source_(static_cast<std::uint64_t>(source)),
-          target_(static_cast<std::uint64_t>(target)) {}
+        : source_(static_cast<std::uint64_t>(source)), target_(static_cast<std::uint64_t>(target)) {
+        assert(source >= 1 && source <= 1 << 28 && target >= 1 && target <= 1 << 28);
+    }
 
     std::uint64_t source() const { return source_; }
     std::uint64_t target() const { return target_; }
@@ -43,6 +45,7 @@ class Axis {
     // source pixel, counted from the centre of the first one, the centre of target pixel i lies at
     // (2 * i + 1) * source - target. It is clamped to the centres of the outermost source pixels.
     BlendOfTwo blend(std::uint64_t index) const {
+        assert(grows() && index < target_);
         const std::uint64_t centre = (2 * index + 1) * source_;
         if (centre <= target_) return {0, 0};
         const BlendOfTwo found{(centre - target_) / total(), (centre - target_) % total()};
@@ -53,6 +56,7 @@ class Axis {
     // before it ends. In units of 1 / target() of a source pixel, target pixel i covers [i, i + 1)
     // * source.
     Edge edge(std::uint64_t index) const {
+        assert(!grows() && index <= target_);
         const std::uint64_t begin = index * source_;
         return {begin / target_, begin % target_};
     }
@@ -70,9 +74,12 @@ class Divider {
         : divisor_(divisor),
           drop_(std::max(width(divisor), 4) - 4),
           shift_(width(divisor) + 31 - drop_),
-          reciprocal_((std::uint64_t{1} << (width(divisor) + 31)) / divisor) {}
+          reciprocal_((std::uint64_t{1} << (width(divisor) + 31)) / divisor) {
+        assert(divisor <= std::uint64_t{1} << 29);
+    }
 
     std::uint64_t quotient(std::uint64_t dividend) const {
+        assert(dividend >> 24 < divisor_);
         const std::uint64_t low = ((dividend >> drop_) * reciprocal_) >> shift_;
         return low + (dividend - low * divisor_ >= divisor_ ? 1 : 0);
     }

@@ -32,6 +32,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
@@ -203,6 +204,9 @@ void blendPlainly(const PassedRow& upper, const PassedRow& lower, std::uint64_t 
 
 void blendRows(const PassedRow& upper, const PassedRow& lower, std::uint64_t beyond,
                std::uint64_t total, std::span<UInt32> target) {
+    assert(total >= 2 && total % 2 == 0 && total <= std::uint64_t{1} << 29 && beyond <= total);
+    assert(upper.blocks.size() == blocksOf(target.size()));
+    assert(lower.blocks.size() == upper.blocks.size());
     if (total > kMaxTotal || machine::instructionSet() == machine::InstructionSet::kPlain)
         return blendPlainly(upper, lower, beyond, total, target);
     const bool areOpaque = upper.isOpaque && lower.isOpaque;

@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
 
@@ -161,6 +162,7 @@ GrowColumns::GrowColumns(const Axis& axis)
 }
 
 void GrowColumns::pass(std::span<const UInt32> row, PassedRow& passed) const {
+    assert(row.size() > static_cast<std::size_t>(first_.back()));
     passed.isOpaque = isOpaque(row);
     passed.blocks.resize(blocksOf(columns_));
     if (!hasVectorForm_ || machine::instructionSet() == machine::InstructionSet::kPlain)

@@ -27,6 +27,7 @@
 #include "TavioIpadSDK/stretch/shrink_columns.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
 
@@ -159,6 +160,7 @@ ShrinkColumns::ShrinkColumns(const Axis& axis)
 }
 
 void ShrinkColumns::pass(std::span<const UInt32> row, PassedRow& passed) {
+    assert(row.size() == std::size_t{pixel_.back()} + 1);
     passed.isOpaque = isOpaque(row);
     passed.blocks.resize(blocksOf(columns_));
     if (!hasVectorForm_ || machine::instructionSet() == machine::InstructionSet::kPlain)

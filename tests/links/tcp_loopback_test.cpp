@@ -368,7 +368,7 @@ TEST(SystemCalls, SendWithoutABrokenPipeSignal) {
     std::array<int, 2> ends{-1, -1};
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
     const Descriptor ours(ends.front());
-    Descriptor(ends.back()).close();
+    Descriptor(ends.back()).reset();
     EXPECT_EQ(systemCalls().send(ours.get(), "x", 1), -1);
     EXPECT_EQ(errno, EPIPE);
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "links/virtual_tcp.h"
 #include "tavio/links/stream_link.h"
 
@@ -17,19 +18,17 @@ using test::VirtualTcp;
 
 class WaiterTest : public testing::Test {
   protected:
-    ~WaiterTest() override { ::close(wakeUp_); }
-
     Waiter waiterFor(std::chrono::nanoseconds time) {
-        return {calls_, cancelled_, wakeUp_, calls_.now() + time};
+        return {calls_, cancelled_, wakeUp_.get(), calls_.now() + time};
     }
     void cancel() {
         cancelled_ = true;
-        EXPECT_EQ(::eventfd_write(wakeUp_, 1), 0);
+        EXPECT_EQ(::eventfd_write(wakeUp_.get(), 1), 0);
     }
 
     VirtualTcp calls_;
     std::atomic<bool> cancelled_{false};
-    int wakeUp_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    machine::Descriptor wakeUp_{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     int socket_ = calls_.socket(AF_INET, SOCK_STREAM, 0);
     short events_ = -1;
 };

@@ -14,25 +14,11 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/machine/descriptor.h"
+
 namespace tavio::links::test {
 
-// A descriptor that is closed at the end.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-
-    int get() const { return number_; }
-    void close() {
-        if (number_ >= 0) ::close(number_);
-        number_ = -1;
-    }
-
-  private:
-    int number_;
-};
+using machine::Descriptor;
 
 // A port of this machine. Nobody answers there unless it listens.
 class Port {

@@ -1,6 +1,7 @@
 #include "tools/tavio-printer/device/receive_buffer.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace tavio::virtual_printer {
 
@@ -41,6 +42,7 @@ std::span<const Byte> ReceiveBuffer::front() const {
 }
 
 void ReceiveBuffer::drop(std::size_t count) {
+    assert(count <= front().size());
     begin_ = (begin_ + count) % capacity_;
     size_ -= count;
     (losses_.empty() ? sinceLoss_ : losses_.front().bytesBefore) -= count;

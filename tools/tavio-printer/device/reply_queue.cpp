@@ -1,9 +1,12 @@
 #include "tools/tavio-printer/device/reply_queue.h"
 
+#include <cassert>
+
 namespace tavio::virtual_printer {
 
 void ReplyQueue::add(Time cause) {
     if (text_.empty() || due_ + later_.size() == kMaxWaiting) return;
+    assert(later_.empty() || later_.back() <= cause + delay_);
     later_.push_back(cause + delay_);
     advance(cause);
 }

@@ -78,24 +78,20 @@ TcpClient::TcpClient(std::uint16_t port, const char* host) {
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* found = nullptr;
     if (::getaddrinfo(host, std::to_string(port).c_str(), &hints, &found) != 0) return;
-    socket_ = ::socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (::connect(socket_, found->ai_addr, found->ai_addrlen) != 0) {
+    socket_.reset(::socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (::connect(socket_.get(), found->ai_addr, found->ai_addrlen) != 0) {
         error = errno;
-        ::close(std::exchange(socket_, -1));
+        socket_.reset();
     }
     ::freeaddrinfo(found);
     const timeval timeout{kTimeout.count(), 0};
-    ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
-    ::setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
-}
-
-TcpClient::~TcpClient() {
-    if (socket_ >= 0) ::close(socket_);
+    ::setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    ::setsockopt(socket_.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
 }
 
 void TcpClient::send(std::string_view text) {
     while (!text.empty()) {
-        const ssize_t count = ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+        const ssize_t count = ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL);
         if (count < 0) {
             error = errno;
             return;
@@ -108,7 +104,7 @@ std::size_t TcpClient::sendUntilItBlocks(std::string_view text) {
     std::size_t sent = 0;
     for (;;) {
         const ssize_t count =
-            ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+            ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count < 0) return sent;
         sent += static_cast<std::size_t>(count);
     }
@@ -116,17 +112,17 @@ std::size_t TcpClient::sendUntilItBlocks(std::string_view text) {
 
 void TcpClient::holdLittle() {
     const int little = 4096;
-    ::setsockopt(socket_, SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
+    ::setsockopt(socket_.get(), SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
 }
 
 void TcpClient::endSending() {
-    ::shutdown(socket_, SHUT_WR);
+    ::shutdown(socket_.get(), SHUT_WR);
 }
 
 void TcpClient::reset() {
     const linger atOnce{1, 0};
-    ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    ::close(std::exchange(socket_, -1));
+    ::setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    socket_.reset();
 }
 
 std::string TcpClient::read(std::size_t count) {
@@ -134,7 +130,7 @@ std::string TcpClient::read(std::size_t count) {
     std::array<char, 4096> buffer{};
     while (text.size() < count) {
         const std::size_t limit = std::min(buffer.size(), count - text.size());
-        const ssize_t got = ::recv(socket_, buffer.data(), limit, 0);
+        const ssize_t got = ::recv(socket_.get(), buffer.data(), limit, 0);
         if (got < 0) error = errno;
         if (got <= 0) break;
         text.append(buffer.data(), static_cast<std::size_t>(got));

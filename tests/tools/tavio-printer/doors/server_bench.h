@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio-printer/device/test_device.h"
 #include "tools/tavio-printer/doors/print_server.h"
 
@@ -47,11 +48,8 @@ class ServerBench {
 class TcpClient {
   public:
     explicit TcpClient(std::uint16_t port, const char* host = "127.0.0.1");
-    ~TcpClient();
-    TcpClient(const TcpClient&) = delete;
-    TcpClient& operator=(const TcpClient&) = delete;
 
-    bool isConnected() const { return socket_ >= 0; }
+    bool isConnected() const { return socket_.isOpen(); }
     void send(std::string_view text);
 
     // Sends until the connection takes no more bytes.
@@ -71,7 +69,7 @@ class TcpClient {
     int error = 0;
 
   private:
-    int socket_ = -1;
+    machine::Descriptor socket_;
 };
 
 }  // namespace tavio::virtual_printer::testing

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "support/temporary_folder.h"
 #include "tools/tavio-printer/doors/server_bench.h"
 
@@ -37,24 +38,21 @@ class TtyClient {
   public:
     explicit TtyClient(const std::string& device)
         : device_(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        EXPECT_GE(device_, 0) << device;
+        EXPECT_TRUE(device_.isOpen()) << device;
     }
-    ~TtyClient() { ::close(device_); }
-    TtyClient(const TtyClient&) = delete;
-    TtyClient& operator=(const TtyClient&) = delete;
 
-    int descriptor() const { return device_; }
+    int descriptor() const { return device_.get(); }
 
     void send(std::string_view text) const {
         while (!text.empty()) {
-            const ssize_t count = ::write(device_, text.data(), text.size());
+            const ssize_t count = ::write(device_.get(), text.data(), text.size());
             ASSERT_GT(count, 0) << errno;
             text.remove_prefix(static_cast<std::size_t>(count));
         }
     }
 
     bool hasAnswer(milliseconds timeout) const {
-        pollfd polled{device_, POLLIN, 0};
+        pollfd polled{device_.get(), POLLIN, 0};
         return ::poll(&polled, 1, static_cast<int>(timeout.count())) == 1;
     }
 
@@ -62,7 +60,7 @@ class TtyClient {
         std::string text;
         std::array<char, 4096> buffer{};
         while (text.size() < count && hasAnswer(std::chrono::minutes(1))) {
-            const ssize_t got = ::read(device_, buffer.data(), buffer.size());
+            const ssize_t got = ::read(device_.get(), buffer.data(), buffer.size());
             if (got <= 0) break;
             text.append(buffer.data(), static_cast<std::size_t>(got));
         }
@@ -70,7 +68,7 @@ class TtyClient {
     }
 
   private:
-    int device_;
+    machine::Descriptor device_;
 };
 
 bool isFree(ServerBench& bench) {

@@ -18,21 +18,12 @@ RawConnection::RawConnection(std::uint16_t port)
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(::connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(::connect(socket_.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
 }
-
-RawConnection::~RawConnection() {
-    if (socket_ >= 0) ::close(socket_);
-}
-
-RawConnection::RawConnection(RawConnection&& other) noexcept
-    : socket_(std::exchange(other.socket_, -1)),
-      received_(std::move(other.received_)),
-      closed_(other.closed_) {}
 
 bool RawConnection::send(std::string_view text) {
     while (!text.empty()) {
-        const ssize_t count = ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+        const ssize_t count = ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL);
         if (count <= 0) return false;
         text.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -40,7 +31,7 @@ bool RawConnection::send(std::string_view text) {
 }
 
 void RawConnection::finishSending() {
-    ::shutdown(socket_, SHUT_WR);
+    ::shutdown(socket_.get(), SHUT_WR);
 }
 
 const std::string& RawConnection::readUntil(std::string_view text) {
@@ -57,10 +48,10 @@ const std::string& RawConnection::readToEnd() {
 
 bool RawConnection::readSome() {
     constexpr int kTimeout = 60'000;
-    pollfd polled{socket_, POLLIN, 0};
+    pollfd polled{socket_.get(), POLLIN, 0};
     if (closed_ || ::poll(&polled, 1, kTimeout) != 1) return false;
     std::array<char, 65536> buffer{};
-    const ssize_t count = ::recv(socket_, buffer.data(), buffer.size(), 0);
+    const ssize_t count = ::recv(socket_.get(), buffer.data(), buffer.size(), 0);
     closed_ = count <= 0;
     if (!closed_) received_.append(buffer.data(), static_cast<std::size_t>(count));
     return !closed_;

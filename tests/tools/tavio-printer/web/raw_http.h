@@ -6,15 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "TavioIpadSDK/machine/descriptor.h"
+
 namespace tavio::test {
 
 class RawConnection {
   public:
     explicit RawConnection(std::uint16_t port);
-    ~RawConnection();
-    RawConnection(RawConnection&& other) noexcept;
-    RawConnection(const RawConnection&) = delete;
-    RawConnection& operator=(const RawConnection&) = delete;
 
     // False when the other side has closed.
     bool send(std::string_view text);
@@ -35,7 +33,7 @@ class RawConnection {
   private:
     bool readSome();
 
-    int socket_;
+    machine::Descriptor socket_;
     std::string received_;
     bool closed_ = false;
 };
