@@ -18,6 +18,7 @@
 
 #include "TavioIpadSDK/intake/logos.h"
 #include "TavioIpadSDK/intake/send_file.h"
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/bytes.h"
 #include "TavioIpadSDK/platform/notice.h"
 #include "TavioIpadSDK/platform/object.h"
@@ -35,6 +36,6 @@
 namespace tavio {
 
 // Bears the library's name and carries nothing: no member, no behaviour.
-class TavioIpadSDK : public platform::Object {};
+class TAVIO_API TavioIpadSDK : public platform::Object {};
 
 }  // namespace tavio

@@ -21,16 +21,11 @@ function(tavio_compile target)
   endif()
 endfunction()
 
-# tavio_include_folders(<library>): headers are included as "TavioIpadSDK/..." and "tavio/...", by the
-# project's own files, from its build tree and as installed. In the build tree the two are links to
-# the source folders.
+# Headers are included as "TavioIpadSDK/..." and "tavio/...", by the project's own files, from its
+# build tree and as installed. In the build tree the two are links to the source folders.
 set(TAVIO_INCLUDE_FOLDER "${PROJECT_BINARY_DIR}/include")
 file(MAKE_DIRECTORY "${TAVIO_INCLUDE_FOLDER}/tavio")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/TavioIpadSDK" "${TAVIO_INCLUDE_FOLDER}/TavioIpadSDK" SYMBOLIC)
 foreach(room links preview virtual-printer)
   file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${room}" "${TAVIO_INCLUDE_FOLDER}/tavio/${room}" SYMBOLIC)
 endforeach()
-function(tavio_include_folders library)
-  target_include_directories(${library} PUBLIC
-    $<BUILD_INTERFACE:${TAVIO_INCLUDE_FOLDER}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-endfunction()

@@ -3,11 +3,13 @@
 
 #include <chrono>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::links {
 
 // Each is more than zero; a value of more than a day counts as a day. None limits a whole job: the
 // link waits for a slow printer as long as it takes a byte now and then.
-struct Deadlines {
+struct TAVIO_API Deadlines {
     // open(): the time to connect to the printer, with the lookup of its name.
     std::chrono::milliseconds connect{5'000};
 

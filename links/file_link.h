@@ -1,6 +1,7 @@
 // A link that writes the job into a file.
 #pragma once
 
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/local_link.h"
 #include "tavio/links/output_file.h"
 
@@ -14,7 +15,7 @@ namespace tavio::links {
 //   links::useLink(link);
 //   OpenSessionWiFi("job.bin"); SendFile(url, 10, 20); CloseSessionWiFi();
 //   if (!link->commit()) return tellTheUser(link->failure());  // only now job.bin is there
-class FileLink : public LocalLink {
+class TAVIO_API FileLink : public LocalLink {
   public:
     explicit FileLink(std::string path) : file_(std::move(path)) {}
 

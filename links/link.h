@@ -6,13 +6,14 @@
 #include <span>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
 #include "tavio/links/link_report.h"
 
 namespace tavio::links {
 
 // The progress of the present write() or drain(), counted since open().
-struct Progress {
+struct TAVIO_API Progress {
     std::uint64_t offered = 0;   // bytes given to write() so far
     std::uint64_t accepted = 0;  // bytes of them that the operating system took
 };
@@ -26,7 +27,7 @@ using ProgressObserver = std::function<void(const Progress&)>;
 //   links::useLink(link);
 //   OpenSessionWiFi("192.168.1.50"); SendFile(url, 10, 20); PrintCut(); CloseSessionWiFi();
 //   tellTheUser(links::describe(link->report()));
-class Link {
+class TAVIO_API Link {
   public:
     Link() = default;
     Link(const Link&) = delete;

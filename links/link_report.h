@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
 
 namespace tavio::links {
@@ -20,7 +21,7 @@ enum class Outcome : std::uint8_t {
 // Counts the bytes between an open() and its close(); final after close().
 //
 //   acknowledged <= accepted <= offered
-struct LinkReport {
+struct TAVIO_API LinkReport {
     // Bytes given to write(), also those that it refused.
     std::uint64_t offered = 0;
 
@@ -48,7 +49,7 @@ struct LinkReport {
 // Further bytes of a reply are read and dropped.
 inline constexpr std::size_t kMaxReplyBytes = std::size_t{64} << 10U;
 
-Outcome outcomeOf(const LinkReport& report);
+TAVIO_API Outcome outcomeOf(const LinkReport& report);
 
 // One line without a full stop, e.g.
 //
@@ -56,6 +57,6 @@ Outcome outcomeOf(const LinkReport& report);
 //   partly sent, 4096 of 39335 bytes (up to 20480 may have arrived)
 //   sent, unconfirmed: 39335 bytes
 //   answered by the printer: 39335 bytes sent
-std::string describe(const LinkReport& report);
+TAVIO_API std::string describe(const LinkReport& report);
 
 }  // namespace tavio::links

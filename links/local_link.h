@@ -4,6 +4,7 @@
 #include <atomic>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/link.h"
 
 namespace tavio::links {
@@ -17,7 +18,7 @@ namespace tavio::links {
 //
 // All bytes that take() accepts have arrived, so drain() does not wait. No byte is acknowledged,
 // because there is no far end.
-class LocalLink : public Link {
+class TAVIO_API LocalLink : public Link {
   public:
     bool open(const std::string& address) override;
 

@@ -7,6 +7,7 @@
 
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/machine/descriptor.h"
+#include "TavioIpadSDK/machine/export.h"
 
 namespace tavio::links {
 
@@ -20,7 +21,7 @@ namespace tavio::links {
 //
 //   OutputFile file("ticket.png");
 //   if (!file.open() || !file.write(png) || !file.commit()) return tellTheUser(file.failure());
-class OutputFile {
+class TAVIO_API OutputFile {
   public:
     explicit OutputFile(std::string path) : path_(std::move(path)) {}
     OutputFile(OutputFile&& other) noexcept;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/local_link.h"
 
 namespace tavio::links {
@@ -9,7 +10,7 @@ namespace tavio::links {
 // Collects exactly the bytes that went to the transport, in order, even without an open job, and
 // answers only after setReply(). Grows from job to job. If memory runs out it fails and keeps the
 // earlier bytes.
-class RecordingLink : public LocalLink {
+class TAVIO_API RecordingLink : public LocalLink {
   public:
     const Bytes& bytes() const { return bytes_; }
 

@@ -7,9 +7,11 @@
 #include <string>
 #include <string_view>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::links {
 
-struct RfcommAddress {
+struct TAVIO_API RfcommAddress {
     std::array<std::uint8_t, 6> device{};  // in written order
     std::uint8_t channel = 1;              // 1 to 30
 
@@ -19,9 +21,9 @@ struct RfcommAddress {
 // "AA:BB:CC:DD:EE:FF" or "AA:BB:CC:DD:EE:FF/CHANNEL", capital or small letters. None for anything
 // else, for a channel out of range, and for the addresses of all zeros and all ones, which no
 // device has.
-std::optional<RfcommAddress> parseRfcommAddress(std::string_view text);
+TAVIO_API std::optional<RfcommAddress> parseRfcommAddress(std::string_view text);
 
 // "AA:BB:CC:DD:EE:FF/1"
-std::string toText(const RfcommAddress& address);
+TAVIO_API std::string toText(const RfcommAddress& address);
 
 }  // namespace tavio::links

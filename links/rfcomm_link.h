@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/stream_link.h"
 #include "tavio/links/system_calls.h"
 
@@ -14,7 +15,7 @@ namespace tavio::links {
 // Nothing is acknowledged on this kind of link: drain() only knows that bytes have left the sending
 // queue, and only a deadline notices that a printer is out of range. There is no half-closing
 // either: close() drains and then ends both directions.
-class RfcommLink : public StreamLink {
+class TAVIO_API RfcommLink : public StreamLink {
   public:
     RfcommLink(std::string printer, const Deadlines& deadlines, SystemCalls& calls = systemCalls());
 };

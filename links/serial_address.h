@@ -6,9 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::links {
 
-struct SerialAddress {
+struct TAVIO_API SerialAddress {
     std::string device;                 // path
     std::optional<std::uint32_t> baud;  // bits per second; none: the device's setting
 
@@ -17,9 +19,9 @@ struct SerialAddress {
 
 // "DEVICE" or "DEVICE?baud=RATE", with a standard rate from 1200 to 4000000. None for an empty
 // device, another rate, or anything else after the "?".
-std::optional<SerialAddress> parseSerialAddress(std::string_view text);
+TAVIO_API std::optional<SerialAddress> parseSerialAddress(std::string_view text);
 
 // "/dev/ttyUSB0?baud=9600"
-std::string toText(const SerialAddress& address);
+TAVIO_API std::string toText(const SerialAddress& address);
 
 }  // namespace tavio::links

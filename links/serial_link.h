@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/stream_link.h"
 #include "tavio/links/system_calls.h"
 
@@ -12,7 +13,7 @@ namespace tavio::links {
 // open() ignores its argument. Hardware flow control keeps the device's setting.
 //
 // Nothing is acknowledged on this kind of link; drain() waits until the device's queue is empty.
-class SerialLink : public StreamLink {
+class TAVIO_API SerialLink : public StreamLink {
   public:
     SerialLink(std::string device, const Deadlines& deadlines, SystemCalls& calls = systemCalls());
 };

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "TavioIpadSDK/machine/descriptor.h"
+#include "TavioIpadSDK/machine/export.h"
 #include "tavio/links/deadlines.h"
 #include "tavio/links/link.h"
 #include "tavio/links/system_calls.h"
@@ -20,7 +21,7 @@ namespace tavio::links {
 class Waiter;
 
 // One kind of connection. All calls are on the link's thread; the descriptor is non-blocking.
-class Connection {
+class TAVIO_API Connection {
   public:
     Connection() = default;
     Connection(const Connection&) = delete;
@@ -53,7 +54,7 @@ class Connection {
 };
 
 // Waits on descriptors until an event, the deadline or the cancelling of the link.
-class Waiter {
+class TAVIO_API Waiter {
   public:
     enum class Result : std::uint8_t { kReady, kTimeOut, kCancelled, kFailed };  // kFailed: errno
 
@@ -87,7 +88,7 @@ class Waiter {
 // The first failure breaks the connection off at once, so that no byte leaves after the report. If
 // a printer breaks it off after it has all bytes, that is no failure but a remark in the report.
 // The destructor closes.
-class StreamLink : public Link {
+class TAVIO_API StreamLink : public Link {
   public:
     StreamLink(std::unique_ptr<Connection> connection, const Deadlines& deadlines,
                SystemCalls& calls);

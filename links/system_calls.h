@@ -11,17 +11,19 @@
 #include <termios.h>
 #include <vector>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::links {
 
 // An address for connect().
-struct SocketAddress {
+struct TAVIO_API SocketAddress {
     sockaddr_storage storage{};
     socklen_t size = 0;
 };
 
 // Each operation behaves like the system call of that name: -1 with errno on failure. These call
 // the system.
-class SystemCalls {
+class TAVIO_API SystemCalls {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
@@ -66,6 +68,6 @@ class SystemCalls {
 };
 
 // The system's own, shared by all links.
-SystemCalls& systemCalls();
+TAVIO_API SystemCalls& systemCalls();
 
 }  // namespace tavio::links

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/url.h"
 
 namespace tavio {
@@ -16,10 +17,10 @@ namespace tavio {
 //
 // Returns true for a PDF, false for a picture (even if it was stored) and for no route. LogoNumber
 // is set on every call and stays set until the next SendFile.
-bool DownloadLogo(const URL& filename, std::int32_t idnum);
+TAVIO_API bool DownloadLogo(const URL& filename, std::int32_t idnum);
 
 // Prints logo `idnum` at `row`, `column`: sends "<SP" row "," column "><LD" idnum ">". No number is
 // checked. Always returns true, even without a session.
-bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column);
+TAVIO_API bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column);
 
 }  // namespace tavio

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/url.h"
 
 namespace tavio {
@@ -19,11 +20,11 @@ namespace tavio {
 //   no route  false
 // Pictures are looked up in the photo library (platform/photo_library.h), never in the file system.
 // LogoNumber, originalx and originaly are set on every call, whatever the route.
-bool SendFile(const URL& filename, std::int32_t row, std::int32_t column);
+TAVIO_API bool SendFile(const URL& filename, std::int32_t row, std::int32_t column);
 
 // Sends the whole text file as one text, unchanged; no position, path, cut or eject is added.
 // Returns false, and sends nothing, if nothing exists at the path, true otherwise. A file that is
 // not UTF-8 is sent as no text; one that cannot be read is not sent at all.
-bool RWTextFile(const URL& url);
+TAVIO_API bool RWTextFile(const URL& url);
 
 }  // namespace tavio

@@ -5,13 +5,15 @@
 #include <unistd.h>
 #include <utility>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::machine {
 
 // Closes its file descriptor at the end of its scope; -1 is none.
 //
 //   const Descriptor file(::open(path, O_RDONLY | O_CLOEXEC));
 //   if (!file.isOpen()) return errno;
-class Descriptor {
+class TAVIO_API Descriptor {
   public:
     Descriptor() = default;
     explicit Descriptor(int number) : number_(number) {}

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/export.h"
 
 namespace tavio::pictures {
 
@@ -16,7 +17,7 @@ inline constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 //   pixels[row * width + column], row 0 at the top, column 0 at the left; pixels.size() is always
 //   width * height. One pixel is one word: bits 0 to 7 red, 8 to 15 green, 16 to 23 blue, 24 to 31
 //   alpha, the colours premultiplied by alpha (no colour is larger than alpha).
-struct Picture {
+struct TAVIO_API Picture {
     std::int32_t width = 0;      // of the stored pixels, 0 or more
     std::int32_t height = 0;     // of the stored pixels, 0 or more
     std::vector<UInt32> pixels;  // width * height words

@@ -4,10 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::platform {
 
 // A notice with a title, a message and one dismiss button.
-struct Notice {
+struct TAVIO_API Notice {
     std::string title;    // "Alert"
     std::string message;  // e.g. "Error - BMP file must be monochrome."
     std::string button;   // "OK"
@@ -21,9 +23,9 @@ using NoticeHandler = std::function<void(const Notice&)>;
 // message" as one line to standard error. Do not call it while a job is running.
 //
 //   platform::setNoticeHandler([](const platform::Notice& n) { showDialog(n.title, n.message); });
-void setNoticeHandler(NoticeHandler handler);
+TAVIO_API void setNoticeHandler(NoticeHandler handler);
 
 // Hands the notice to the handler. An exception out of the handler is dropped.
-void showNotice(const Notice& notice) noexcept;
+TAVIO_API void showNotice(const Notice& notice) noexcept;
 
 }  // namespace tavio::platform

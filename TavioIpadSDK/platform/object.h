@@ -1,8 +1,10 @@
 // The root object class that applications may derive from.
 #pragma once
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::platform {
 
-class Object {};
+class TAVIO_API Object {};
 
 }  // namespace tavio::platform

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/picture.h"
 #include "TavioIpadSDK/platform/url.h"
 
@@ -19,7 +20,7 @@ namespace tavio::platform {
 // touches, even in part: `left` = floor(x), `top` = floor(-y). It is opaque: the page lies on
 // white. Where the crop box covers a pixel only in part, the rest of the pixel is white. Nothing
 // outside the crop box is drawn.
-struct PdfPage {
+struct TAVIO_API PdfPage {
     // The crop box of the document. Where it is wider or higher than the media box, the media box
     // counts in that direction.
     double x = 0;           // left edge in points (1/72 inch)
@@ -47,15 +48,15 @@ enum class PdfOutcome {
 };
 
 // One sentence without a full stop, e.g. "the document is encrypted and needs a password".
-std::string describe(PdfOutcome outcome);
+TAVIO_API std::string describe(PdfOutcome outcome);
 
-struct PdfPageResult {
+struct TAVIO_API PdfPageResult {
     PdfOutcome outcome = PdfOutcome::kUnreadable;
     std::optional<PdfPage> page;  // present exactly when outcome is kDrawn
 };
 
 // The limits of the helper program for one page.
-struct PdfLimits {
+struct TAVIO_API PdfLimits {
     std::chrono::seconds cpu{10};
     std::chrono::milliseconds wall{15000};
     std::uint64_t memoryBytes = std::uint64_t{1} << 30;  // address space
@@ -68,17 +69,17 @@ struct PdfLimits {
 // helper: path of the program `tavio-pdf-page`. "" looks for it beside the running program, then in
 // the installed tree that the program is part of, then in this library's place of installation,
 // then in the build tree.
-PdfPageResult drawPdfPageWithHelper(const Url& url, const PdfLimits& limits = {},
-                                    const std::string& helper = "") noexcept;
+TAVIO_API PdfPageResult drawPdfPageWithHelper(const Url& url, const PdfLimits& limits = {},
+                                              const std::string& helper = "") noexcept;
 
 // Sets the source of the library's pages: another engine, other limits, or a test's own. An empty
 // function restores the default, drawPdfPageWithHelper(url). Do not call it while a job is running.
 using PdfPageSource = std::function<PdfPageResult(const Url&)>;
-void setPdfPageSource(PdfPageSource source);
+TAVIO_API void setPdfPageSource(PdfPageSource source);
 
 // Asks the current source. The result is kHelperFailed if the source throws or its answer is
 // malformed: a page without the outcome kDrawn, that outcome without a page, or pixels that do not
 // match the size.
-PdfPageResult drawPdfPage(const Url& url) noexcept;
+TAVIO_API PdfPageResult drawPdfPage(const Url& url) noexcept;
 
 }  // namespace tavio::platform

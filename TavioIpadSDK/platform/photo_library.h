@@ -11,12 +11,13 @@
 #include <string>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/url.h"
 
 namespace tavio::platform {
 
 // The stored picture file of one asset.
-class AssetRepresentation {
+class TAVIO_API AssetRepresentation {
   public:
     virtual ~AssetRepresentation() = default;
 
@@ -39,7 +40,7 @@ using AssetResultHandler = std::function<void(std::shared_ptr<const AssetReprese
 using AssetFailureHandler = std::function<void(const std::string& error)>;
 
 // An application registers one so that photos can be printed.
-class PhotoLibrary {
+class TAVIO_API PhotoLibrary {
   public:
     virtual ~PhotoLibrary() = default;
 
@@ -52,10 +53,10 @@ class PhotoLibrary {
 
 // Registers the photo library for all lookups; a null pointer unregisters it. Without one every
 // lookup ends in the failure handler. Do not call it while a job is running.
-void setPhotoLibrary(std::shared_ptr<PhotoLibrary> library);
+TAVIO_API void setPhotoLibrary(std::shared_ptr<PhotoLibrary> library);
 
 // The registered photo library, or a null pointer.
-std::shared_ptr<PhotoLibrary> photoLibrary();
+TAVIO_API std::shared_ptr<PhotoLibrary> photoLibrary();
 
 // Pictures kept in memory under the absolute text of their URL.
 //
@@ -63,7 +64,7 @@ std::shared_ptr<PhotoLibrary> photoLibrary();
 //   URL url = photos->add("portrait.jpg", fileBytes);
 //   platform::setPhotoLibrary(photos);
 //   SendFile(url, 0, 0);
-class InMemoryPhotoLibrary : public PhotoLibrary {
+class TAVIO_API InMemoryPhotoLibrary : public PhotoLibrary {
   public:
     // Adds a picture file and returns its asset URL. The URL ends in the extension of `name` (the
     // part after its last "."), unchanged.
@@ -84,7 +85,7 @@ class InMemoryPhotoLibrary : public PhotoLibrary {
 // may not contain a path separator. A file is opened at the lookup and read when its bytes are
 // asked for; if that fails, no bytes are delivered. The lookup fails if the file is not regular or
 // cannot be read.
-class FolderPhotoLibrary : public PhotoLibrary {
+class TAVIO_API FolderPhotoLibrary : public PhotoLibrary {
   public:
     explicit FolderPhotoLibrary(std::string folder) : folder_(std::move(folder)) {}
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::platform {
 
 // An immutable URL, used through three readings only: its path extension, its file-system path and
@@ -11,7 +13,7 @@ namespace tavio::platform {
 //
 //   Url::fromPath("/srv/my ticket.pdf").absoluteText()               "file:///srv/my%20ticket.pdf"
 //   Url::fromText("assets-library://asset/asset.JPG?id=7").pathExtension()            "JPG"
-class Url {
+class TAVIO_API Url {
   public:
     // The URL with no text: no path, no extension.
     Url() = default;

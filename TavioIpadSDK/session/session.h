@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
 
 namespace tavio {
@@ -23,21 +24,21 @@ namespace tavio {
 // every sending and reading operation reads it.
 // Written by: session.cpp, the application
 // Read by: session.cpp
-extern std::string Mode;  // initially ""
+extern TAVIO_API std::string Mode;  // initially ""
 
 // The result of the last attempt to open a session: true if the transport was opened.
 // CloseSessionWiFi sets it to false; CloseSessionBT does not change it. No sending operation reads
 // it.
 // Written by: session.cpp
 // Read by: session.cpp, the application
-extern bool connectionStatus;  // initially false
+extern TAVIO_API bool connectionStatus;  // initially false
 
 // For the application's own use, any value.
 // Written by: the application
 // Read by: the application
-extern std::int32_t connectedBTdevices;  // initially 0
-extern std::int32_t selectedBTindex;     // initially 0
-extern std::string s;                    // initially ""
+extern TAVIO_API std::int32_t connectedBTdevices;  // initially 0
+extern TAVIO_API std::int32_t selectedBTindex;     // initially 0
+extern TAVIO_API std::string s;                    // initially ""
 
 // ---- Commands -----------------------------------------------------------------------------------
 
@@ -48,35 +49,35 @@ inline constexpr const char* EJECT = "<q>";  // print and eject without cutting
 
 // Fills the dot-width table, opens Bluetooth and makes it the active transport, even when the open
 // fails: the next SendString then still goes to Write_BT. Returns the new connectionStatus.
-bool OpenSessionBT();
+TAVIO_API bool OpenSessionBT();
 
 // Closes Bluetooth, opened or not, and ends the session. connectionStatus keeps its value.
-void CloseSessionBT();
+TAVIO_API void CloseSessionBT();
 
 // Fills the dot-width table and opens WiFi to `ip`, passed on unchanged. If that succeeds, WiFi
 // becomes the active transport; after a failure the active transport does not change. Returns the
 // new connectionStatus.
-bool OpenSessionWiFi(const std::string& ip);
+TAVIO_API bool OpenSessionWiFi(const std::string& ip);
 
 // Closes WiFi, opened or not, ends the session and sets connectionStatus to false.
-void CloseSessionWiFi();
+TAVIO_API void CloseSessionWiFi();
 
 // ---- Direct access ------------------------------------------------------------------------------
 
 // Hands the text, whole and unchanged, to the active transport; drops it if no session is open. No
 // text (std::nullopt) is handed on as no text.
-void SendString(const Text& string);
+TAVIO_API void SendString(const Text& string);
 
 // Hands `size` bytes at `buf` to WiFi if it is active, and to Bluetooth in every other case, even
 // if no session is open.
-void SendData(const Byte* buf, std::int32_t size);
+TAVIO_API void SendData(const Byte* buf, std::int32_t size);
 
 // Reads the printer's reply from the active transport, whose status is then cleared. "" without a
 // session; no text if the transport has none.
-Text ReadPrinter();
+TAVIO_API Text ReadPrinter();
 
-void PrintCut();     // SendString(CUT)
-void PrintNoCut();   // SendString(EJECT)
-void ClearMemory();  // SendString of ESC (27) and "c": clears the printer's memory
+TAVIO_API void PrintCut();     // SendString(CUT)
+TAVIO_API void PrintNoCut();   // SendString(EJECT)
+TAVIO_API void ClearMemory();  // SendString of ESC (27) and "c": clears the printer's memory
 
 }  // namespace tavio

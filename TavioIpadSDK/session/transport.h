@@ -12,24 +12,25 @@
 #include <cstdint>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
 
 namespace tavio {
 
 // Bluetooth.
-bool Open_BT();                                            // true when the printer is connected
-void Close_BT();                                           // also called when nothing is open
-void Write_BT(const Text& text);                           // a whole text, or no text
-void Write_BT_Data(const Byte* bytes, std::int32_t size);  // also called with no session open
-Text Read_BT();                                            // the printer's reply, if any
-void ClearStatus_BT();                                     // right after every Read_BT
+TAVIO_API bool Open_BT();                   // true when the printer is connected
+TAVIO_API void Close_BT();                  // also called when nothing is open
+TAVIO_API void Write_BT(const Text& text);  // a whole text, or no text
+TAVIO_API void Write_BT_Data(const Byte* bytes, std::int32_t size);  // also with no session open
+TAVIO_API Text Read_BT();                                            // the printer's reply, if any
+TAVIO_API void ClearStatus_BT();                                     // right after every Read_BT
 
 // WiFi.
-bool Open_WF(const std::string& ip);  // `ip` as the application gave it
-void Close_WF();
-void Write_WF(const Text& text);
-void Write_WF_Data(const Byte* bytes, std::int32_t size);
-Text Read_WF();
-void ClearStatus_WF();
+TAVIO_API bool Open_WF(const std::string& ip);  // `ip` as the application gave it
+TAVIO_API void Close_WF();
+TAVIO_API void Write_WF(const Text& text);
+TAVIO_API void Write_WF_Data(const Byte* bytes, std::int32_t size);
+TAVIO_API Text Read_WF();
+TAVIO_API void ClearStatus_WF();
 
 }  // namespace tavio

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
 
 namespace tavio {
@@ -16,23 +17,23 @@ namespace tavio {
 // end of a download does not.
 // Written by: ../intake/send_file.cpp, ../intake/logos.cpp, the application
 // Read by: ../encoder/parse_bmp.cpp
-extern std::string LogoNumber;  // initially ""
+extern TAVIO_API std::string LogoNumber;  // initially ""
 
 // The printer row of the picture, in dots; any signed 32-bit value. The encoder sets it to 0 for a
 // logo.
 // Written by: ../intake/send_file.cpp, ../encoder/parse_bmp.cpp, the application
 // Read by: ../encoder/parse_bmp.cpp
-extern std::int32_t originalx;  // initially 0
+extern TAVIO_API std::int32_t originalx;  // initially 0
 
 // The printer column of the picture, in dots; any signed 32-bit value. The encoder sets it to 0 for
 // a logo.
 // Written by: ../intake/send_file.cpp, ../encoder/parse_bmp.cpp, the application
 // Read by: ../encoder/parse_bmp.cpp
-extern std::int32_t originaly;  // initially 0
+extern TAVIO_API std::int32_t originaly;  // initially 0
 
 // The absolute text of the URL of the last picture asked for, none before the first.
 // Written by: ../intake/image_to_bmp.cpp
 // Read by: the application
-extern Text FileName;
+extern TAVIO_API Text FileName;
 
 }  // namespace tavio

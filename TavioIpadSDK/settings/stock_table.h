@@ -5,14 +5,16 @@
 #include <array>
 #include <cstdint>
 
+#include "TavioIpadSDK/machine/export.h"
+
 namespace tavio::settings {
 
-struct StockSize {
+struct TAVIO_API StockSize {
     double width;   // inches
     double height;  // inches
 };
 
-struct Stock {
+struct TAVIO_API Stock {
     const char* name;     // "" if the stock has none
     StockSize landscape;  // when the orientation is exactly "<LM>"
     StockSize otherwise;  // for any other orientation text
