@@ -1,6 +1,6 @@
-# How the libraries are offered to others.
+# The libraries' targets for applications.
 
-# All that is offered, built by one name.
+# One target that builds all of them.
 add_custom_target(tavio_offered)
 
 # tavio_library(<name> FOLDER <folder> HEADERS <file>... [LINKS <name>...] [NEEDS <target>...]

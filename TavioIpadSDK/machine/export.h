@@ -1,5 +1,5 @@
-// What an application may use of the libraries: all that the public headers declare is marked, and
-// nothing else can be seen from outside the shared libraries.
+// The export macro of the shared libraries: it marks everything that the public headers declare,
+// and nothing else is visible outside.
 #pragma once
 
 #define TAVIO_API __attribute__((visibility("default")))

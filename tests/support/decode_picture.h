@@ -1,4 +1,4 @@
-// Decoding a whole picture file at once: what the pictures that come row by row are held against.
+// Decoding a whole picture file at once: tests compare the pictures that come row by row with it.
 #pragma once
 
 #include <exception>
