@@ -26,32 +26,32 @@ short waitFor(int socket, short events, milliseconds limit) {
 
 }  // namespace
 
-bool HttpConnection::is_writable() const {
+bool HttpConnection::isConnected() const {
     return (waitFor(socket_.get(), POLLRDHUP, milliseconds(0)) &
             (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) == 0;
 }
 
-ssize_t HttpConnection::read(char* to, std::size_t size) {
-    const std::size_t count = head_.copy(to, size, taken_);
+std::size_t HttpConnection::read(std::span<char> into) {
+    const std::size_t count = head_.copy(into.data(), into.size(), taken_);
     taken_ += count;
-    return static_cast<ssize_t>(count);
+    return count;
 }
 
-ssize_t HttpConnection::write(const char* bytes, std::size_t size) {
+bool HttpConnection::write(std::string_view bytes) {
     const auto until = Clock::now() + kMaxWrite;
     std::size_t written = 0;
-    while (written < size) {
-        const ssize_t count =
-            ::send(socket_.get(), bytes + written, size - written, MSG_NOSIGNAL | MSG_DONTWAIT);
+    while (written < bytes.size()) {
+        const ssize_t count = ::send(socket_.get(), bytes.data() + written, bytes.size() - written,
+                                     MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count >= 0) {
             written += static_cast<std::size_t>(count);
             continue;
         }
         if (errno == EINTR) continue;
-        if (errno != EAGAIN || Clock::now() >= until) return -1;
-        if (waitFor(socket_.get(), POLLOUT, kMaxStall) != POLLOUT) return -1;
+        if (errno != EAGAIN || Clock::now() >= until) return false;
+        if (waitFor(socket_.get(), POLLOUT, kMaxStall) != POLLOUT) return false;
     }
-    return static_cast<ssize_t>(size);
+    return true;
 }
 
 void HttpConnection::finish() {
@@ -65,16 +65,6 @@ void HttpConnection::finish() {
         const ssize_t count = ::recv(socket_.get(), ignored.data(), ignored.size(), MSG_DONTWAIT);
         if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) return;
     }
-}
-
-// The library passes these to handlers, which do not use them here.
-void HttpConnection::get_remote_ip_and_port(std::string& ip, int& port) const {
-    ip.clear();
-    port = 0;
-}
-void HttpConnection::get_local_ip_and_port(std::string& ip, int& port) const {
-    ip.clear();
-    port = 0;
 }
 
 }  // namespace tavio::virtual_printer

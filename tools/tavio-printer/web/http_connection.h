@@ -1,16 +1,17 @@
-// A connection whose request has arrived, as the HTTP library sees it.
+// A connection whose request has arrived: its head is read, an answer is written.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
-#include <httplib.h>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "TavioIpadSDK/machine/descriptor.h"
 
 namespace tavio::virtual_printer {
 
-class HttpConnection final : public httplib::Stream {
+class HttpConnection {
   public:
     // The answer is given up if the browser takes no byte for kMaxStall, or not all bytes of one
     // write within kMaxWrite.
@@ -24,16 +25,16 @@ class HttpConnection final : public httplib::Stream {
     // once could drop the end of it.
     void finish();
 
-    bool is_readable() const override { return taken_ < head_.size(); }
+    // Bytes of the head that have not been read.
+    bool hasMore() const { return taken_ < head_.size(); }
+    std::size_t read(std::span<char> into);
 
     // True if the browser is still connected.
-    bool is_writable() const override;
+    bool isConnected() const;
 
-    ssize_t read(char* to, std::size_t size) override;            // reads the head only
-    ssize_t write(const char* bytes, std::size_t size) override;  // all, or -1
-    void get_remote_ip_and_port(std::string& ip, int& port) const override;
-    void get_local_ip_and_port(std::string& ip, int& port) const override;
-    socket_t socket() const override { return socket_.get(); }
+    bool write(std::string_view bytes);  // all of them; false if that is not possible
+
+    int socket() const { return socket_.get(); }
 
   private:
     machine::Descriptor socket_;

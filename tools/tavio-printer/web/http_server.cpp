@@ -6,7 +6,6 @@
 #include <sys/socket.h>
 #include <utility>
 
-#include "tools/tavio-printer/web/http_connection.h"
 #include "tools/tavio-printer/web/http_head.h"
 
 namespace tavio::virtual_printer {
@@ -34,28 +33,9 @@ class SignalsBlocked {
 
 }  // namespace
 
-// The part of the library's server that is used: it parses requests and writes answers. Its own
-// listener has no limits and waits for idle connections at the end.
-class HttpServer::Engine final : public httplib::Server {
-  public:
-    explicit Engine(Handler handler) {
-        svr_sock_ = 0;  // streams continue while this is not INVALID_SOCKET; it has no other use
-        set_pre_routing_handler(
-            [handler = std::move(handler)](const auto& request, auto& response) {
-                handler(request, response);
-                return HandlerResponse::Handled;
-            });
-    }
-
-    void answer(HttpConnection& connection) {
-        bool closed = false;
-        process_request(connection, true, closed, nullptr);
-    }
-};
-
 HttpServer::HttpServer(const std::string& address, std::uint16_t port, std::size_t threads,
-                       Handler handler)
-    : listener_(address, port), engine_(std::make_unique<Engine>(std::move(handler))) {
+                       HttpHandler handler)
+    : listener_(address, port), engine_(std::move(handler)) {
     try {
         startThreads(threads);
     } catch (...) {
@@ -113,7 +93,7 @@ void HttpServer::answer(Request request) {
     const int socket = request.socket.get();
     HttpConnection connection(std::move(request.socket), withoutCostlyHeaders(request.head));
     try {
-        engine_->answer(connection);
+        engine_.answer(connection);
         connection.finish();
     } catch (const std::exception&) {
         // No memory for the answer: the browser gets none.

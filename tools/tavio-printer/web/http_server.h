@@ -5,16 +5,15 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
-#include <functional>
-#include <httplib.h>
-#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "tools/tavio-printer/web/http_engine.h"
 #include "tools/tavio-printer/web/http_listener.h"
+#include "tools/tavio-printer/web/http_messages.h"
 
 namespace tavio::virtual_printer {
 
@@ -23,14 +22,11 @@ class HttpServer {
     // The limit on requests that wait for a thread; further ones get "503 Service Unavailable".
     static constexpr std::size_t kMaxQueued = 128;
 
-    // Answers one request; called on many threads at once. The answer may be a stream, which holds
-    // its thread until it ends.
-    using Handler = std::function<void(const httplib::Request&, httplib::Response&)>;
-
-    // Throws std::runtime_error, with one sentence, if it cannot listen on the address or start its
+    // The handler answers one request; it is called on many threads at once. An answer that is a
+    // stream holds its thread until it ends. Throws std::runtime_error, with one sentence, if it cannot listen on the address or start its
     // threads.
     HttpServer(const std::string& address, std::uint16_t port, std::size_t threads,
-               Handler handler);
+               HttpHandler handler);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
@@ -41,7 +37,6 @@ class HttpServer {
     void stop();
 
   private:
-    class Engine;
     struct Request {
         machine::Descriptor socket;
         std::string head;
@@ -53,7 +48,7 @@ class HttpServer {
     void answer(Request request);
 
     HttpListener listener_;
-    std::unique_ptr<Engine> engine_;
+    HttpEngine engine_;
 
     std::mutex mutex_;  // of all below
     std::condition_variable changed_;

@@ -5,7 +5,6 @@
 #include <atomic>
 #include <charconv>
 #include <exception>
-#include <httplib.h>
 #include <optional>
 #include <random>
 #include <string_view>
@@ -20,8 +19,8 @@
 namespace tavio::virtual_printer {
 namespace {
 
-using httplib::Request;
-using httplib::Response;
+using Request = HttpRequest;
+using Response = HttpResponse;
 
 // In addition to the threads of streams.
 constexpr std::size_t kRequestThreads = 8;
@@ -44,9 +43,18 @@ constexpr std::array<std::pair<const char*, const char*>, 6> kHeaders = {{
     {"Cache-Control", "no-store"},
 }};
 
+void setHeader(Response& response, const std::string& name, const std::string& value) {
+    response.headers.emplace_back(name, value);
+}
+
+void setContent(Response& response, std::string content, std::string_view type) {
+    response.content = std::move(content);
+    response.type = type;
+}
+
 void refuse(Response& response, int status, const std::string& sentence) {
     response.status = status;
-    response.set_content(sentence + '\n', kPlain);
+    setContent(response, sentence + '\n', kPlain);
 }
 
 std::optional<std::uint64_t> number(std::string_view digits) {
@@ -58,13 +66,13 @@ std::optional<std::uint64_t> number(std::string_view digits) {
 }
 
 bool hasBody(const Request& request) {
-    if (request.has_header("Transfer-Encoding")) return true;
-    const std::string length = request.get_header_value("Content-Length");
+    if (request.header("Transfer-Encoding")) return true;
+    const std::string length = request.header("Content-Length").value_or("");
     return !length.empty() && length != "0";
 }
 
 void sendBytes(Response& response, const std::vector<Byte>& bytes, const char* type) {
-    response.set_content(reinterpret_cast<const char*>(bytes.data()), bytes.size(), type);
+    setContent(response, std::string(bytes.begin(), bytes.end()), type);
 }
 
 std::string fileName(const StoredTicket& ticket, std::string_view extension) {
@@ -77,9 +85,9 @@ std::string fileName(const StoredTicket& ticket, std::string_view extension) {
 void sendPicture(const StoredTicket& ticket, const Request& request, Response& response) {
     if (ticket.png.empty()) return refuse(response, 404, "There is no picture of this ticket.");
     sendBytes(response, ticket.png, "image/png");
-    const char* kind = request.has_param("download") ? "attachment" : "inline";
-    response.set_header("Content-Disposition",
-                        std::string(kind) + "; filename=\"" + fileName(ticket, "png") + '"');
+    const char* kind = request.parameter("download") ? "attachment" : "inline";
+    setHeader(response, "Content-Disposition",
+              std::string(kind) + "; filename=\"" + fileName(ticket, "png") + '"');
 }
 
 void sendJob(const StoredTicket& ticket, Response& response) {
@@ -87,8 +95,8 @@ void sendJob(const StoredTicket& ticket, Response& response) {
         return refuse(response, 404, "The bytes of this ticket were too many to keep.");
     }
     sendBytes(response, ticket.bytes, "application/octet-stream");
-    response.set_header("Content-Disposition",
-                        "attachment; filename=\"" + fileName(ticket, "bin") + '"');
+    setHeader(response, "Content-Disposition",
+              "attachment; filename=\"" + fileName(ticket, "bin") + '"');
 }
 
 std::string randomRun() {
@@ -152,7 +160,7 @@ class WebServer::Impl {
 };
 
 void WebServer::Impl::answer(const Request& request, Response& response) {
-    for (const auto& [name, value] : kHeaders) response.set_header(name, value);
+    for (const auto& [name, value] : kHeaders) setHeader(response, name, value);
     try {
         answerChecked(request, response);
     } catch (const std::exception&) {
@@ -161,26 +169,25 @@ void WebServer::Impl::answer(const Request& request, Response& response) {
 }
 
 void WebServer::Impl::answerChecked(const Request& request, Response& response) {
-    if (!isHostAllowed(request.get_header_value("Host"), settings_.address)) {
+    if (!isHostAllowed(request.header("Host").value_or(""), settings_.address)) {
         return refuse(response, 403, "This page answers to the names of this machine only.");
     }
     if (hasBody(request)) return refuse(response, 413, "No request here has a body.");
     if (request.method == "GET" || request.method == "HEAD") return get(request, response);
     if (request.method == "POST" && request.path == "/paper") return loadPaper(request, response);
-    response.set_header("Allow", request.path == "/paper" ? "POST" : "GET, HEAD");
+    setHeader(response, "Allow", request.path == "/paper" ? "POST" : "GET, HEAD");
     refuse(response, 405, "This cannot be done here.");
 }
 
 void WebServer::Impl::get(const Request& request, Response& response) {
     if (request.path == "/events") return getEvents(request, response);
     if (request.path == "/printer.json") {
-        return response.set_content(printerJson(panel_), kJson);
+        return setContent(response, printerJson(panel_), kJson);
     }
     if (request.path.starts_with("/tickets/")) return getTicket(request, response);
     for (const PageFile& file : pageFiles()) {
         if (file.path != request.path) continue;
-        return response.set_content(file.content.data(), file.content.size(),
-                                    std::string(file.type));
+        return setContent(response, std::string(file.content), file.type);
     }
     refuse(response, 404, "There is no such page.");
 }
@@ -195,38 +202,33 @@ void WebServer::Impl::getTicket(const Request& request, Response& response) {
     if (extension == ".png") return sendPicture(*ticket, request, response);
     if (extension == ".bin") return sendJob(*ticket, response);
     if (extension != ".json") return refuse(response, 404, "There is no such file of a ticket.");
-    const auto line = number(request.get_param_value("line"));
-    response.set_content(detailJson(*ticket, line.value_or(0), [this] { return !stopped_; }),
-                         kJson);
+    const auto line = number(request.parameter("line").value_or(""));
+    setContent(response, detailJson(*ticket, line.value_or(0), [this] { return !stopped_; }),
+               kJson);
 }
 
 void WebServer::Impl::getEvents(const Request& request, Response& response) {
     if (pages_.fetch_add(1) >= settings_.maxPages) {
         --pages_;
-        response.set_header("Retry-After", "5");
+        setHeader(response, "Retry-After", "5");
         return refuse(response, 503, "Too many pages are open.");
     }
     // Releases the place when the last copy is destroyed, however the answer ends.
     const std::shared_ptr<void> place(nullptr, [this](void*) { --pages_; });
-    std::string lastId = request.get_header_value("Last-Event-ID");
-    if (lastId.empty()) lastId = request.get_param_value("after");
+    std::string lastId = request.header("Last-Event-ID").value_or("");
+    if (lastId.empty()) lastId = request.parameter("after").value_or("");
     const auto stream = std::make_shared<EventStream>(source_, lastId);
-    response.set_chunked_content_provider(
-        "text/event-stream", [stream, place](std::size_t, httplib::DataSink& sink) {
-            if (!sink.is_writable()) return false;
-            if (stream->isOver()) {
-                sink.done();
-                return true;
-            }
-            const std::string text = stream->next();
-            return text.empty() || sink.write(text.data(), text.size());
-        });
+    response.type = "text/event-stream";
+    response.nextPart = [stream, place]() -> std::optional<std::string> {
+        if (stream->isOver()) return std::nullopt;
+        return stream->next();
+    };
 }
 
 void WebServer::Impl::loadPaper(const Request& request, Response& response) {
-    if (!isOriginAllowed(request.get_header_value("Origin"),
-                         request.get_header_value("Sec-Fetch-Site"),
-                         request.get_header_value("Host"))) {
+    if (!isOriginAllowed(request.header("Origin").value_or(""),
+                         request.header("Sec-Fetch-Site").value_or(""),
+                         request.header("Host").value_or(""))) {
         return refuse(response, 403, "Paper is loaded from the printer's own page only.");
     }
     if (panel_.loadPaper) panel_.loadPaper();

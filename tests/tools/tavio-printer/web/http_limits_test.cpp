@@ -1,7 +1,8 @@
 #include <atomic>
-#include <httplib.h>
 #include <list>
 #include <random>
+#include <string>
+#include <string_view>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -42,10 +43,11 @@ class HttpLimits : public testing::Test {
     }
 
     int statusOf(const std::string& path) const {
-        httplib::Client http("127.0.0.1", port);
-        http.set_read_timeout(60);
-        const auto answer = http.Get(path);
-        return answer ? answer->status : 0;
+        constexpr std::string_view kVersion = "HTTP/1.1 ";
+        RawConnection connection(port);
+        connection.send(getRequest(path));
+        const std::string& answer = connection.readUntil("\r\n\r\n");
+        return answer.starts_with(kVersion) ? std::stoi(answer.substr(kVersion.size())) : 0;
     }
 
     TicketStore store{StoreLimits{}};
