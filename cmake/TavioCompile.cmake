@@ -29,3 +29,20 @@ file(CREATE_LINK "${PROJECT_SOURCE_DIR}/TavioIpadSDK" "${TAVIO_INCLUDE_FOLDER}/T
 foreach(room links preview virtual-printer)
   file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${room}" "${TAVIO_INCLUDE_FOLDER}/tavio/${room}" SYMBOLIC)
 endforeach()
+
+# tavio_precompile(<library>): in this project's own build, its standard headers are compiled once for
+# all libraries. Each file includes what it needs all the same: some presets build without.
+if(PROJECT_IS_TOP_LEVEL)
+  add_library(tavio_library_headers OBJECT "${PROJECT_SOURCE_DIR}/cmake/library_headers.cpp")
+  target_precompile_headers(tavio_library_headers PRIVATE "${PROJECT_SOURCE_DIR}/cmake/library_headers.h")
+  set_target_properties(tavio_library_headers PROPERTIES POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  tavio_compile(tavio_library_headers)
+endif()
+function(tavio_precompile library)
+  if(TARGET tavio_library_headers)
+    target_precompile_headers(${library} REUSE_FROM tavio_library_headers)
+    set_target_properties(${library} PROPERTIES
+      CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  endif()
+endfunction()

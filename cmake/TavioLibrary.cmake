@@ -41,6 +41,7 @@ function(tavio_library name)
     set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} EXPORT_NAME ${name})
   endforeach()
   tavio_compile(tavio_${name})
+  tavio_precompile(tavio_${name})
   # Only what is marked TAVIO_API can be seen from outside a shared library.
   set_target_properties(tavio_${name} PROPERTIES
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
