@@ -40,29 +40,27 @@ HttpRequest requestFrom(const httplib::Request& from) {
     using Value = std::optional<std::string>;
     return {from.method, from.path,
             [&from](const std::string& name) {
-                return from.has_header(name.c_str()) ? Value(from.get_header_value(name.c_str()))
-                                                     : std::nullopt;
+                return from.has_header(name) ? Value(from.get_header_value(name)) : std::nullopt;
             },
             [&from](const std::string& name) {
-                return from.has_param(name.c_str()) ? Value(from.get_param_value(name.c_str()))
-                                                    : std::nullopt;
+                return from.has_param(name) ? Value(from.get_param_value(name)) : std::nullopt;
             }};
 }
 
 void give(HttpResponse from, httplib::Response& to) {
     if (from.status) to.status = *from.status;
-    for (const auto& [name, value] : from.headers) to.set_header(name.c_str(), value);
+    for (const auto& [name, value] : from.headers) to.set_header(name, value);
     if (!from.nextPart) {
-        if (!from.type.empty()) to.set_content(std::move(from.content), from.type.c_str());
+        if (!from.type.empty()) to.set_content(std::move(from.content), from.type);
         return;
     }
-    to.set_chunked_content_provider(from.type.c_str(), [nextPart = std::move(from.nextPart)](
-                                                           std::size_t, httplib::DataSink& sink) {
-        if (!sink.is_writable()) return false;
-        const std::optional<std::string> part = nextPart();
-        if (!part) sink.done();
-        return !part || part->empty() || sink.write(part->data(), part->size());
-    });
+    to.set_chunked_content_provider(
+        from.type, [nextPart = std::move(from.nextPart)](std::size_t, httplib::DataSink& sink) {
+            if (!sink.is_writable()) return false;
+            const std::optional<std::string> part = nextPart();
+            if (!part) sink.done();
+            return !part || part->empty() || sink.write(part->data(), part->size());
+        });
 }
 
 }  // namespace
