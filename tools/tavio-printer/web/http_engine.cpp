@@ -51,7 +51,7 @@ void give(HttpResponse from, httplib::Response& to) {
     if (from.status) to.status = *from.status;
     for (const auto& [name, value] : from.headers) to.set_header(name, value);
     if (!from.nextPart) {
-        if (!from.type.empty()) to.set_content(std::move(from.content), from.type);
+        if (!from.type.empty()) to.set_content(from.content, from.type);
         return;
     }
     to.set_chunked_content_provider(
