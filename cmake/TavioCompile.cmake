@@ -26,9 +26,10 @@ endfunction()
 set(TAVIO_INCLUDE_FOLDER "${PROJECT_BINARY_DIR}/include")
 file(MAKE_DIRECTORY "${TAVIO_INCLUDE_FOLDER}/tavio")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/TavioIpadSDK" "${TAVIO_INCLUDE_FOLDER}/TavioIpadSDK" SYMBOLIC)
-foreach(room links preview virtual-printer)
+foreach(room links preview printing virtual-printer)
   file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${room}" "${TAVIO_INCLUDE_FOLDER}/tavio/${room}" SYMBOLIC)
 endforeach()
+file(CREATE_LINK "${PROJECT_SOURCE_DIR}/printing/printing.h" "${TAVIO_INCLUDE_FOLDER}/tavio/printing.h" SYMBOLIC)
 
 # tavio_precompile(<library>): in this project's own build, its standard headers are compiled once for
 # all libraries. Each file includes what it needs all the same: some presets build without.

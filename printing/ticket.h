@@ -1,0 +1,196 @@
+// A ticket: its settings, and what is printed on it, in order. A value that can be copied, kept and
+// used on any thread. Composing checks nothing and never fails: encode() (job.h) tells every
+// problem.
+//
+//   Ticket ticket({.stock = Stock::cinema()});
+//   ticket.picture(Source::file("photo.jpg"), {.row = 10, .column = 20})
+//         .text("Row F, seat 12", {.row = 400, .column = 20})
+//         .finish(Finish::kCut);
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "TavioIpadSDK/machine/export.h"
+#include "TavioIpadSDK/platform/picture.h"
+#include "TavioIpadSDK/settings/stock_table.h"
+#include "tavio/printing/source.h"
+
+namespace tavio::printing {
+
+// ---- The ticket as a whole ----------------------------------------------------------------------
+
+// The paper. Copies are cheap.
+class TAVIO_API Stock {
+  public:
+    // Row `index` of the table of nine stocks (TavioIpadSDK/settings/stock_table.h), from 0.
+    static constexpr Stock ofIndex(std::int32_t index) { return {index, {}}; }
+    static constexpr Stock concert() { return ofIndex(0); }     // 5.5 x 2.0 inches
+    static constexpr Stock cinema() { return ofIndex(1); }      // 2.0 x 3.25 inches
+    static constexpr Stock creditCard() { return ofIndex(2); }  // 3.37 x 2.13 inches
+    static constexpr Stock receipt() { return ofIndex(3); }     // 8.0 x 3.25 inches
+
+    // Any other paper, in inches, as it lies in landscape: more than 0, at most kMaxInches.
+    static constexpr Stock ofInches(double width, double height) {
+        return {kCustom, {width, height}};
+    }
+
+    static constexpr double kMaxInches = 27;
+
+    bool isCustom() const { return index_ == kCustom; }
+    std::int32_t index() const { return index_; }         // of the table; -1 for a custom stock
+    settings::StockSize inches() const { return size_; }  // of a custom stock
+
+  private:
+    static constexpr std::int32_t kCustom = -1;
+
+    constexpr Stock(std::int32_t index, settings::StockSize size) : index_(index), size_(size) {}
+
+    std::int32_t index_;
+    settings::StockSize size_;
+};
+
+enum class Orientation : std::uint8_t { kLandscape, kPortrait };
+
+struct TAVIO_API TicketSettings {
+    Stock stock = Stock::concert();
+    std::int32_t resolution = 300;  // dots per inch: 200, 300 or 600
+    Orientation orientation = Orientation::kLandscape;
+    std::string path = "<P1>";  // print path command, UTF-8
+};
+
+// ---- Its elements -------------------------------------------------------------------------------
+
+// A printer row and column in dots, any signed 32-bit values. In landscape the row counts down from
+// the ticket's top and the column from its left. In portrait the row is the distance from the left
+// edge of the upright ticket, and the column that from its top.
+struct TAVIO_API Place {
+    std::int32_t row = 0;
+    std::int32_t column = 0;
+};
+
+enum class BlackAndWhite : std::uint8_t {
+    kDithered,   // error diffusion
+    kThreshold,  // dark pixels black, light ones white
+};
+
+// How a page or a picture is made into dots.
+struct TAVIO_API DrawOptions {
+    bool scaled = false;  // to the stock's size; else its own size (a pixel is a dot)
+    BlackAndWhite blackAndWhite = BlackAndWhite::kDithered;
+    std::int32_t page = 1;  // of a document, from 1
+};
+
+// The end of a ticket: how it leaves the printer.
+enum class Finish : std::uint8_t { kNothing, kCut, kEject };
+
+namespace element {
+
+enum class DocumentKind : std::uint8_t { kAny, kPage, kPicture };
+
+struct TAVIO_API Document {
+    DocumentKind kind = DocumentKind::kAny;
+    Source source;
+    Place place;
+    DrawOptions options;
+};
+struct TAVIO_API Pixels {
+    std::shared_ptr<const platform::Picture> picture;
+    Place place;
+    DrawOptions options;
+};
+struct TAVIO_API PlainText {
+    std::string text;
+    Place place;
+};
+struct TAVIO_API PrinterText {
+    std::string text;
+};
+struct TAVIO_API PrinterTextFile {
+    Source source;
+};
+struct TAVIO_API RawBytes {
+    std::shared_ptr<const Bytes> bytes;
+};
+struct TAVIO_API StoredLogo {
+    std::int32_t number = 0;
+    Place place;
+};
+struct TAVIO_API StoreLogo {
+    std::int32_t number = 0;
+    std::variant<Document, Pixels> picture;  // its place has no meaning
+};
+struct TAVIO_API End {
+    Finish finish = Finish::kNothing;
+};
+
+}  // namespace element
+
+using Element = std::variant<element::Document, element::Pixels, element::PlainText,
+                             element::PrinterText, element::PrinterTextFile, element::RawBytes,
+                             element::StoredLogo, element::StoreLogo, element::End>;
+
+// ---- The ticket ---------------------------------------------------------------------------------
+
+class TAVIO_API Ticket {
+  public:
+    explicit Ticket(TicketSettings settings = {}) : settings_(std::move(settings)) {}
+
+    // A page of a PDF document; without options the first, at its own size in inches.
+    Ticket& page(Source document, Place place = {}, DrawOptions options = {});
+
+    // A PNG, JPEG or BMP picture, recognised by its content; without options at one dot a pixel.
+    Ticket& picture(Source file, Place place = {}, DrawOptions options = {});
+
+    // A picture in memory; it must not be changed afterwards. Null is a problem of encode().
+    Ticket& picture(std::shared_ptr<const platform::Picture> pixels, Place place = {},
+                    DrawOptions options = {});
+
+    // A page or a picture, whichever the content is.
+    Ticket& document(Source source, Place place = {}, DrawOptions options = {});
+
+    // Text in the printer's own face, one or more lines ("\n"), beginning at the place. It never
+    // sends a command. Printable are the characters from U+0020 to U+007E except "<"; any other
+    // character is a problem that names it.
+    Ticket& text(std::string utf8, Place place);
+
+    // Text for the printer as it is, on purpose with commands, UTF-8: "<RC100,50>Row F".
+    Ticket& printerText(std::string text);
+
+    // The same from a file.
+    Ticket& printerText(Source file);
+
+    // Bytes for the printer as they are, e.g. of a job file.
+    Ticket& bytes(std::shared_ptr<const Bytes> bytes);
+
+    // Prints the logo that is stored in the printer as `number`.
+    Ticket& logo(std::int32_t number, Place place = {});
+
+    // Stores a page or a picture in the printer as logo `number`. Its top 8 rows are not stored.
+    Ticket& storeLogo(std::int32_t number, Source source, DrawOptions options = {});
+    Ticket& storeLogo(std::int32_t number, std::shared_ptr<const platform::Picture> pixels,
+                      DrawOptions options = {});
+
+    // Cuts or ejects what has been printed so far; kNothing does nothing. A ticket without it stays
+    // in the printer, and what comes next is printed on the same paper.
+    Ticket& finish(Finish finish);
+
+    const TicketSettings& settings() const { return settings_; }
+    const std::vector<Element>& elements() const { return elements_; }
+
+    // True if there was no memory for an element; encode() then gives kOverMemory.
+    bool isIncomplete() const { return isIncomplete_; }
+
+  private:
+    template <typename NewElement>
+    Ticket& add(NewElement&& element);
+
+    TicketSettings settings_;
+    std::vector<Element> elements_;
+    bool isIncomplete_ = false;
+};
+
+}  // namespace tavio::printing
