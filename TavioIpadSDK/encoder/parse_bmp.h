@@ -10,11 +10,11 @@ namespace tavio::encoder {
 // Encodes the bitmap file and sends it: printed at row originalx, column originaly when LogoNumber
 // is "", stored in the printer as that logo otherwise.
 //
-//   printed  SendData    PrinterPath PrinterOrientation "<RE0><DI>" { stretch }
-//   stored   SendString  "<RE0><DI><RC0,0><" LogoNumber ">" ESC
-//            SendData    the position after the last band, { stretch }, ESC
+//   printed  SendData    the print
+//   stored   SendString  what begins the logo
+//            SendData    the rest of it
 //
-// (stretches.h shows the stretches.) A logo sets originalx and originaly to 0.
+// (encode_bitmap.h has the commands.) A logo sets originalx and originaly to 0.
 //
 // myData: a bitmap file of one bit a pixel, its rows bottom first in the buffer's last bytes. A 0
 // bit prints, whatever the colour table says. Refused with a notice titled "Alert", and then

@@ -1,18 +1,10 @@
-// Converts the resampled picture to one black or white entry per pixel: dithered, or by threshold.
-//
-// The two conversions differ on purpose in more than the diffusion:
-//
-//                     dithered                             threshold
-//   0.299 x           green                                red
-//   0.587 x           blue                                 green
-//   0.114 x           red                                  blue
-//   rows converted    all                                  all but the top row, which is white
-//   write position    module-wide `k`                      its own
+// Converts the resampled picture to one black or white entry per pixel, as convert_picture.h
+// describes: dithered, which also moves the module-wide write position `k`, or by threshold.
 //
 // Either leaves mWidth, mHeight, mDataWidth, mDataArrayLength and mDataArray filled, and
 // mRawBitmapData sized but not filled (state.h). `image` is the resampled picture: upright, at most
-// 2^31 - 1 entries once its rows are padded. A fully transparent pixel is all zero, and so black.
-// They throw std::bad_alloc if there is no memory for the working arrays.
+// 2^31 - 1 entries once its rows are padded. They throw std::bad_alloc if there is no memory for
+// the working arrays.
 //
 // The resampled picture is given either as a whole, and then large ones are converted on both
 // cores, or row by row. Exceptions of the rows are passed on, and rows that end too soon throw

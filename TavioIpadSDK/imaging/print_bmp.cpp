@@ -2,21 +2,17 @@
 
 #include <algorithm>
 #include <exception>
-#include <limits>
 #include <memory>
 #include <span>
 #include <utility>
 
 #include "TavioIpadSDK/encoder/parse_bmp.h"
 #include "TavioIpadSDK/imaging/bitmap_file.h"
-#include "TavioIpadSDK/imaging/entries.h"
-#include "TavioIpadSDK/imaging/error_diffusion.h"
+#include "TavioIpadSDK/imaging/bitmap_image.h"
+#include "TavioIpadSDK/imaging/fit_picture.h"
 #include "TavioIpadSDK/imaging/monochrome.h"
 #include "TavioIpadSDK/imaging/state.h"
-#include "TavioIpadSDK/machine/large_pages.h"
-#include "TavioIpadSDK/pictures/rows_ahead.h"
 #include "TavioIpadSDK/settings/settings.h"
-#include "TavioIpadSDK/stretch/resampled_rows.h"
 
 namespace tavio::imaging {
 namespace {
@@ -24,19 +20,9 @@ namespace {
 using pictures::Picture;
 using pictures::PictureRows;
 
-// Header and rows, one after the other.
-std::shared_ptr<const Bytes> bitmapFileImage() {
-    const auto rows = std::span(mRawBitmapData).first(static_cast<std::size_t>(nRead));
-    Bytes file;
-    machine::reserveOnLargePages(file, BMPHeader.size() + rows.size());
-    file.insert(file.end(), BMPHeader.begin(), BMPHeader.end());
-    file.insert(file.end(), rows.begin(), rows.end());
-    return std::make_shared<const Bytes>(std::move(file));
-}
-
 // The resampled picture, a Picture or PictureRows.
 template <typename ResampledPicture>
-void convert(ResampledPicture& fitted) {
+void convert(ResampledPicture&& fitted) {
     if (ImageDithered) {
         CreateTransformedImage(fitted);
     } else {
@@ -53,19 +39,10 @@ void convertEmpty(std::int32_t width, std::int32_t height) {
 void fitAndConvert(std::int32_t width, std::int32_t height, std::unique_ptr<PictureRows> image) {
     if (!image || image->width() == 0 || !isPrintableSize(width, height)) return convertEmpty(0, 0);
     if (width == 0 || height == 0) {
-        while (!image->next(1).empty()) continue;  // a damaged picture is refused at any size
+        pictures::readToEnd(*image);  // a damaged picture is refused at any size
         return convertEmpty(width, height);
     }
-    const auto fitted =
-        pictures::rowsAhead(stretch::resampledRows(std::move(image), width, height, &openSurface),
-                            ErrorDiffusion::bestStrip());
-    convert(*fitted);
-}
-
-bool isWhole(const Picture& picture) {
-    return picture.width >= 0 && picture.height >= 0 &&
-           picture.pixels.size() == static_cast<std::uint64_t>(picture.width) *
-                                        static_cast<std::uint64_t>(picture.height);
+    convert(*fittedRows(std::move(image), width, height, &openSurface));
 }
 
 // A picture that has its size in dots already is converted in place.
@@ -79,7 +56,8 @@ void fitAndConvert(std::int32_t width, std::int32_t height, const std::optional<
 void makeBitmapFile() {
     createRawMonochromeData();
     populate_bmpheader();
-    myImageData = bitmapFileImage();
+    const auto rows = std::span(mRawBitmapData).first(static_cast<std::size_t>(nRead));
+    myImageData = std::make_shared<const Bytes>(bitmapFile(BMPHeader, rows));
 }
 
 template <typename Image>
@@ -95,12 +73,6 @@ void print(std::int32_t width, std::int32_t height, Image&& image) {
 }
 
 }  // namespace
-
-bool isPrintableSize(std::int32_t width, std::int32_t height) {
-    constexpr std::int64_t kMaxEntries = std::numeric_limits<std::int32_t>::max();
-    return std::int64_t{width} * height <= pictures::kMaxPixels &&
-           paddedWidth(width) * height <= kMaxEntries;
-}
 
 void PrintBMP(std::int32_t width, std::int32_t height,
               const std::optional<Picture>& image) noexcept {

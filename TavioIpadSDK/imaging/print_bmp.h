@@ -5,14 +5,11 @@
 #include <memory>
 #include <optional>
 
+#include "TavioIpadSDK/imaging/fit_picture.h"  // isPrintableSize()
 #include "TavioIpadSDK/pictures/picture.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
 
 namespace tavio::imaging {
-
-// True if a picture of this size in dots (neither below 0) can be printed: at most 2^28 dots, and
-// at most 2^31 - 1 entries after its rows are padded to a multiple of 32.
-bool isPrintableSize(std::int32_t width, std::int32_t height);
 
 // Resamples the picture, upright, to exactly width * height dots, makes it black and white
 // (dithered or by threshold, as ImageDithered says), wraps it in a monochrome bitmap file image,

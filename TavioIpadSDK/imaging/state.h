@@ -59,7 +59,7 @@ extern std::int32_t nRead;
 
 // The header of the bitmap file image.
 // Written by: bitmap_file.cpp
-// Read by: print_bmp.cpp
+// Read by: bitmap_file.cpp, print_bmp.cpp
 extern std::array<Byte, 62> BMPHeader;
 
 // The photo route puts the picture file here before it is decoded; PrintBMP then replaces it with

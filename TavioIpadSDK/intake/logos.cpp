@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/intake/image_to_bmp.h"
 #include "TavioIpadSDK/intake/pdf_to_bmp.h"
 #include "TavioIpadSDK/intake/routes.h"
@@ -25,8 +26,7 @@ bool DownloadLogo(const URL& filename, std::int32_t idnum) {
 }
 
 bool PrintLogo(std::int32_t idnum, std::int32_t row, std::int32_t column) {
-    SendString("<SP" + std::to_string(row) + "," + std::to_string(column) + "><LD" +
-               std::to_string(idnum) + ">");
+    SendString(encoder::printLogoCommands(idnum, row, column));
     return true;
 }
 

@@ -8,10 +8,6 @@ namespace tavio::intake {
 // Draws page 1 at one pixel per point and prints it (or stores it, if LogoNumber is set) at its
 // size in dots (target_size.h). A file that is missing, no PDF, encrypted, without pages or over
 // the limits of platform/pdf_page.h prints nothing. Always returns true, even then.
-//
-// The page is drawn at its crop box's own coordinates on a canvas of the crop box's size. A crop
-// box that does not begin at (0, 0) therefore shifts the page and leaves a strip of the canvas
-// unfilled, which prints black. Applications and printers rely on these bytes.
 bool PdfToBmp(const URL& url);
 
 }  // namespace tavio::intake

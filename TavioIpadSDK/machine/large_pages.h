@@ -19,4 +19,11 @@ void reserveOnLargePages(Array& array, std::size_t size) {
     preferLargePages(std::as_bytes(unused));
 }
 
+// array.resize(size), the same way.
+template <typename Array>
+void resizeOnLargePages(Array& array, std::size_t size) {
+    reserveOnLargePages(array, size);
+    array.resize(size);
+}
+
 }  // namespace tavio::machine

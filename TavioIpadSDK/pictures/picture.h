@@ -24,6 +24,13 @@ struct TAVIO_API Picture {
     int orientation = 1;         // EXIF orientation, 1 to 8; 1 is upright as stored
 };
 
+// True if the picture has as many pixels as its size says. Pictures of applications may not.
+inline bool isWhole(const Picture& picture) {
+    return picture.width >= 0 && picture.height >= 0 &&
+           picture.pixels.size() == static_cast<std::uint64_t>(picture.width) *
+                                        static_cast<std::uint64_t>(picture.height);
+}
+
 // One premultiplied pixel from straight (not premultiplied) components, each 0 to 255; a colour
 // becomes round(colour * alpha / 255).
 constexpr UInt32 premultipliedPixel(unsigned red, unsigned green, unsigned blue, unsigned alpha) {

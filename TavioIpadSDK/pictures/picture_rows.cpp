@@ -56,6 +56,10 @@ std::size_t PictureRows::nextInto(std::span<UInt32> target) {
     return pixels.size();
 }
 
+void readToEnd(PictureRows& rows) {
+    while (!rows.next(1).empty()) continue;
+}
+
 std::unique_ptr<PictureRows> rowsOf(const Picture& picture) {
     return std::make_unique<RowsInMemory>(uprightView(picture));
 }

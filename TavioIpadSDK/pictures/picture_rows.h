@@ -41,6 +41,9 @@ struct DamagedPicture : std::runtime_error {
     using std::runtime_error::runtime_error;  // what(): as OpenedFile::why
 };
 
+// Reads all rows that are left, to learn whether they can be read. Throws as PictureRows::next().
+void readToEnd(PictureRows& rows);
+
 // The rows of a picture in memory, turned upright. If the picture is upright already, nothing is
 // copied. The picture must outlive the rows, unchanged.
 std::unique_ptr<PictureRows> rowsOf(const Picture& picture);

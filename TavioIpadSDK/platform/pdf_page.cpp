@@ -1,6 +1,5 @@
 #include "TavioIpadSDK/platform/pdf_page.h"
 
-#include <cstddef>
 #include <utility>
 
 namespace tavio::platform {
@@ -12,13 +11,6 @@ namespace {
 PdfPageSource& currentSource() {
     static PdfPageSource& source = *new PdfPageSource;
     return source;
-}
-
-// True if the picture has as many pixels as its size says. The application may have set the source.
-bool isWhole(const Picture& picture) {
-    return picture.width >= 0 && picture.height >= 0 &&
-           picture.pixels.size() ==
-               static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
 }
 
 }  // namespace
@@ -61,7 +53,7 @@ PdfPageResult drawPdfPage(const Url& url) noexcept {
         PdfPageResult result = source ? source(url) : drawPdfPageWithHelper(url);
         const bool drawn = result.outcome == PdfOutcome::kDrawn;
         const bool isWellFormed = drawn == result.page.has_value();
-        if (isWellFormed && (!drawn || isWhole(result.page->picture))) return result;
+        if (isWellFormed && (!drawn || pictures::isWhole(result.page->picture))) return result;
     } catch (...) {  // NOLINT(bugprone-empty-catch): every exception counts as a failure, below
     }
     return {PdfOutcome::kHelperFailed, std::nullopt};

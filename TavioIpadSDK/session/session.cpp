@@ -74,7 +74,7 @@ void PrintNoCut() {
 }
 
 void ClearMemory() {
-    SendString(std::string{'\x1B', 'c'});
+    SendString(session::kClearMemory);
 }
 
 }  // namespace tavio

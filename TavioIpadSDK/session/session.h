@@ -14,6 +14,7 @@
 
 #include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/text.h"
+#include "TavioIpadSDK/session/commands.h"
 
 namespace tavio {
 
@@ -39,11 +40,6 @@ extern TAVIO_API bool connectionStatus;  // initially false
 extern TAVIO_API std::int32_t connectedBTdevices;  // initially 0
 extern TAVIO_API std::int32_t selectedBTindex;     // initially 0
 extern TAVIO_API std::string s;                    // initially ""
-
-// ---- Commands -----------------------------------------------------------------------------------
-
-inline constexpr const char* CUT = "<p>";    // print and cut
-inline constexpr const char* EJECT = "<q>";  // print and eject without cutting
 
 // ---- Opening and closing ------------------------------------------------------------------------
 

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "TavioIpadSDK/settings/dot_width_table.h"
+#include "TavioIpadSDK/settings/orientation.h"
 #include "TavioIpadSDK/settings/settings.h"
 #include "TavioIpadSDK/settings/stock_table.h"
 
@@ -17,8 +18,8 @@ void ChangeConfiguration(std::string path, std::int32_t resolution, bool scaled,
 
     if (stocksizeindex >= 0 && stocksizeindex < settings::kStockCount) {
         const settings::Stock& stock = settings::kStocks[static_cast<std::size_t>(stocksizeindex)];
-        const bool isLandscape = PrinterOrientation == "<LM>";
-        const settings::StockSize size = isLandscape ? stock.landscape : stock.otherwise;
+        const settings::StockSize size =
+            settings::sizeOf(stock, settings::isLandscape(PrinterOrientation));
         StockHeight = size.height;
         StockWidth = size.width;
     } else {

@@ -33,6 +33,11 @@ inline constexpr auto kStocks = std::to_array<Stock>({
     {"", {11.0, 8.5}, {8.5, 11.0}},
 });
 
+// The size of a stock as it lies in the orientation.
+constexpr StockSize sizeOf(const Stock& stock, bool isLandscape) {
+    return isLandscape ? stock.landscape : stock.otherwise;
+}
+
 inline constexpr auto kStockCount = static_cast<std::int32_t>(kStocks.size());
 
 }  // namespace tavio::settings
