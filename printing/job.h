@@ -84,12 +84,8 @@ class TAVIO_API Job {
 
 // ---- Encoding -----------------------------------------------------------------------------------
 
-// Draws a page (from 1) of a document that is open for reading as a file; `pages` of the result is
-// the number of pages of the document, 0 if it is not known.
-struct TAVIO_API DrawnPage {
-    platform::PdfPageResult result;
-    std::int32_t pages = 0;
-};
+// Draws a page of a document, from 1.
+using DrawnPage = platform::DrawnPdfPage;
 using PageEngine = std::function<DrawnPage(const Source& document, std::int32_t page)>;
 
 struct TAVIO_API EncodeOptions {

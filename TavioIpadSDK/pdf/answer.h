@@ -1,9 +1,10 @@
 // The protocol between the library and the program tavio-pdf-page.
 //
-//   command  = tavio-pdf-page CPU MEMORY SIDE
+//   command  = tavio-pdf-page CPU MEMORY SIDE PAGE
 //              CPU     seconds of processor time allowed, a whole number, 1 or more
 //              MEMORY  bytes of address space allowed, a whole number
 //              SIDE    the longest side of the crop box allowed, in points, a decimal number
+//              PAGE    the number of the page, a whole number; the first page is 1
 //   input    = the document, a regular file open for reading as file descriptor 0
 //   answer   = header pixels, on file descriptor 1; nothing follows
 //   header   = the 64 bytes of AnswerHeader, numbers in the machine's own form
@@ -22,25 +23,25 @@
 namespace tavio::pdf {
 
 inline constexpr std::uint32_t kAnswerMagic = 0x47505654;  // reads TVPG in memory
-inline constexpr std::uint32_t kAnswerVersion = 1;
+inline constexpr std::uint32_t kAnswerVersion = 2;
 
 // Values of AnswerHeader::outcome.
 enum class Answer : std::uint32_t {
     kDrawn = 0,
     kNotPdf = 1,
     kEncrypted = 2,
-    kNoPage = 3,
+    kNoPage = 3,  // the document has no page of that number
     kTooLarge = 4,
     kOutOfMemory = 5,
 };
 
-// All fields after `outcome` are 0 unless the outcome is kDrawn.
+// All fields after `pages` are 0 unless the outcome is kDrawn.
 struct AnswerHeader {
     std::uint32_t magic = kAnswerMagic;
     std::uint32_t version = kAnswerVersion;
     Answer outcome = Answer::kNotPdf;
-    std::uint32_t reserved = 0;
-    double x = 0;  // the crop box in points
+    std::int32_t pages = 0;  // how many the document has; 0 if it is not known
+    double x = 0;            // the crop box in points
     double y = 0;
     double width = 0;
     double height = 0;
@@ -71,7 +72,8 @@ inline bool sidesAllowed(double width, double height, double maxPoints) {
     return width > 0 && height > 0 && width <= maxPoints && height <= maxPoints;
 }
 
-// The header of a drawn page. The sides of the box must be allowed and its pixels must fit 32 bits.
+// The header of a drawn page, without `pages`. The sides of the box must be allowed and its pixels
+// must fit 32 bits.
 inline AnswerHeader drawnHeader(double x, double y, double width, double height) {
     const PixelBox box = pixelBox(x, y, width, height);
     AnswerHeader header;

@@ -1,8 +1,10 @@
 # Pages of PDF documents: the library's part, and the program that draws them.
 
 target_sources(tavio_sdk PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/draw_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/find_helper.cpp
   ${CMAKE_CURRENT_LIST_DIR}/helper_process.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/read_answer.cpp
 )
 
 # The program's folder in the build tree.
@@ -14,7 +16,7 @@ endif()
 # The library looks here for the program if it does not lie beside the running one.
 file(RELATIVE_PATH TAVIO_PDF_HELPER_FROM_PROGRAM
      "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio")
-set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/helper_page.cpp PROPERTIES
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/find_helper.cpp PROPERTIES
   COMPILE_DEFINITIONS
   "TAVIO_PDF_HELPER_FROM_PROGRAM=\"${TAVIO_PDF_HELPER_FROM_PROGRAM}\";TAVIO_PDF_HELPER_INSTALLED=\"${CMAKE_INSTALL_FULL_LIBEXECDIR}/tavio\";TAVIO_PDF_HELPER_BUILT=\"${built}\"")
 

@@ -55,6 +55,12 @@ struct TAVIO_API PdfPageResult {
     std::optional<PdfPage> page;  // present exactly when outcome is kDrawn
 };
 
+// The result of a request for any page of a document.
+struct TAVIO_API DrawnPdfPage {
+    PdfPageResult result;
+    std::int32_t pages = 0;  // how many the document has; 0 if it is not known
+};
+
 // The limits of the helper program for one page.
 struct TAVIO_API PdfLimits {
     std::chrono::seconds cpu{10};

@@ -47,6 +47,16 @@ std::string documentOf(const std::vector<PageText>& pages, std::string_view inhe
     return builder.finish("/Root 1 0 R");
 }
 
+std::string encryptedDocument() {
+    PdfBuilder builder;
+    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
+    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
+    builder.add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] >>");
+    const std::string key = "<" + std::string(64, '7') + ">";
+    builder.add("<< /Filter /Standard /V 1 /R 2 /Length 40 /P -4 /O " + key + " /U " + key + " >>");
+    return builder.finish("/Root 1 0 R /Encrypt 4 0 R /ID [<00> <00>]");
+}
+
 platform::Url DocumentFolder::write(std::string_view name, std::string_view bytes) const {
     std::ofstream file(path(name), std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

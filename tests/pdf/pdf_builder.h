@@ -33,6 +33,9 @@ struct PageText {
 // A document of these pages. `inherited` are entries of the page tree's root.
 std::string documentOf(const std::vector<PageText>& pages, std::string_view inherited = "");
 
+// A document that needs a password.
+std::string encryptedDocument();
+
 // A folder for documents, gone with the object. What cannot be written throws.
 class DocumentFolder : public TemporaryFolder {
   public:

@@ -1,6 +1,7 @@
 // Any helper program: its possible answers and ends, and the environment that it gets.
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -10,13 +11,16 @@
 #include <string>
 #include <sys/wait.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/machine/open_regular_file.h"
 #include "TavioIpadSDK/pdf/answer.h"
+#include "TavioIpadSDK/pdf/draw_page.h"
 #include "pdf/pdf_fixture.h"
 
 namespace tavio::test {
@@ -24,15 +28,22 @@ namespace {
 
 using pdf::Answer;
 using pdf::AnswerHeader;
+using platform::DrawnPdfPage;
 using platform::drawPdfPageWithHelper;
 using platform::PdfLimits;
 using platform::PdfOutcome;
 using platform::PdfPageResult;
 using platform::Url;
 
+AnswerHeader headerOf(double width, double height) {
+    AnswerHeader header = pdf::drawnHeader(0, 0, width, height);
+    header.pages = 1;
+    return header;
+}
+
 // A page of 3.5 by 2 points: four columns, two rows.
 AnswerHeader smallHeader() {
-    return pdf::drawnHeader(0, 0, 3.5, 2);
+    return headerOf(3.5, 2);
 }
 
 std::string bytesOf(const AnswerHeader& header) {
@@ -66,6 +77,13 @@ class PdfHelper : public PdfTest {
     PdfOutcome withAnswer(const std::string& bytes, const PdfLimits& limits = {}) const {
         folder_.write("answer", bytes);
         return withScript("exec cat '" + folder_.path("answer").string() + "'", limits);
+    }
+    DrawnPdfPage pageWithAnswer(std::int32_t page, const std::string& bytes) const {
+        folder_.write("answer", bytes);
+        const std::string program =
+            folder_.writeProgram("helper", "exec cat '" + folder_.path("answer").string() + "'");
+        return pdf::drawPage(machine::openRegularFile(document_.fileSystemPath()), page, {},
+                             program);
     }
     PdfOutcome withHeader(const std::function<void(AnswerHeader&)>& change) const {
         AnswerHeader header = smallHeader();
@@ -144,6 +162,7 @@ TEST_F(PdfHelper, HasFailedIfAFieldOfItsAnswerIsOutOfForm) {
     const std::vector<std::function<void(AnswerHeader&)>> changes = {
         [](AnswerHeader& h) { h.magic ^= 1; },
         [](AnswerHeader& h) { ++h.version; },
+        [](AnswerHeader& h) { --h.version; },
         [=](AnswerHeader& h) { h.x = nan; },
         [=](AnswerHeader& h) { h.y = -infinity; },
         [=](AnswerHeader& h) { h.width = nan; },
@@ -166,8 +185,57 @@ TEST_F(PdfHelper, HasFailedIfAFieldOfItsAnswerIsOutOfForm) {
 }
 
 TEST_F(PdfHelper, HasFailedIfItPromisesMorePixelsThanAPictureMayHave) {
-    const AnswerHeader header = pdf::drawnHeader(0, 0, 16385, 16384);
+    const AnswerHeader header = headerOf(16385, 16384);
     EXPECT_EQ(withAnswer(bytesOf(header), {.mostPointsPerSide = 1e6}), PdfOutcome::kHelperFailed);
+}
+
+TEST_F(PdfHelper, TellsThePagesOfTheDocument) {
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    for (const std::int32_t pages : {3, 70'000, kMax}) {
+        AnswerHeader header = smallHeader();
+        header.pages = pages;
+        const DrawnPdfPage drawn = pageWithAnswer(3, bytesOf(header) + kSmallPixels);
+        EXPECT_EQ(drawn.result.outcome, PdfOutcome::kDrawn);
+        EXPECT_EQ(drawn.pages, pages);
+    }
+    for (const Answer answer : {Answer::kTooLarge, Answer::kOutOfMemory, Answer::kNotPdf}) {
+        AnswerHeader header;
+        header.outcome = answer;
+        header.pages = 3;
+        EXPECT_EQ(pageWithAnswer(3, bytesOf(header)).pages, 3);
+    }
+}
+
+TEST_F(PdfHelper, HasFailedIfThePagesThatItTellsCannotBe) {
+    constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+    const std::vector<std::tuple<Answer, std::int32_t, std::int32_t>> lies = {
+        {Answer::kDrawn, 1, 0},      {Answer::kDrawn, 1, -1},    {Answer::kDrawn, 1, kMin},
+        {Answer::kDrawn, 4, 3},      {Answer::kDrawn, 0, 3},     {Answer::kDrawn, -1, 3},
+        {Answer::kNoPage, 1, 1},     {Answer::kNoPage, 3, 3},    {Answer::kNoPage, 9, -1},
+        {Answer::kEncrypted, 1, -1}, {Answer::kNotPdf, 1, kMin},
+    };
+    for (const auto& [answer, page, pages] : lies) {
+        SCOPED_TRACE(std::to_string(static_cast<int>(answer)) + " for page " +
+                     std::to_string(page) + " of " + std::to_string(pages));
+        AnswerHeader header = smallHeader();
+        header.outcome = answer;
+        header.pages = pages;
+        const DrawnPdfPage drawn = pageWithAnswer(page, bytesOf(header) + kSmallPixels);
+        EXPECT_EQ(drawn.result.outcome, PdfOutcome::kHelperFailed);
+        EXPECT_FALSE(drawn.result.page.has_value());
+        EXPECT_EQ(drawn.pages, 0);
+    }
+}
+
+TEST_F(PdfHelper, IsToldTheLimitsAndThePage) {
+    const std::string note = folder_.path("note").string();
+    const std::string helper = folder_.writeProgram("helper", "echo \"$*\" > '" + note + "'");
+    const PdfLimits limits{
+        .cpu = std::chrono::seconds(7), .memoryBytes = 123456789, .mostPointsPerSide = 99.5};
+    pdf::drawPage(machine::openRegularFile(document_.fileSystemPath()), 12, limits, helper);
+    EXPECT_EQ(contentOf(note), "7 123456789 99.5 12\n");
+    withProgram(helper, limits);
+    EXPECT_EQ(contentOf(note), "7 123456789 99.5 1\n");
 }
 
 TEST_F(PdfHelper, HasFailedIfAPixelIsNotOpaque) {

@@ -93,14 +93,7 @@ TEST_F(PdfOutcomes, OtherTextIsNoPdf) {
 }
 
 TEST_F(PdfOutcomes, AnEncryptedDocumentNeedsItsPassword) {
-    PdfBuilder builder;
-    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
-    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
-    builder.add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] >>");
-    const std::string key = "<" + std::string(64, '7') + ">";
-    builder.add("<< /Filter /Standard /V 1 /R 2 /Length 40 /P -4 /O " + key + " /U " + key + " >>");
-    EXPECT_EQ(outcome(builder.finish("/Root 1 0 R /Encrypt 4 0 R /ID [<00> <00>]")),
-              PdfOutcome::kEncrypted);
+    EXPECT_EQ(outcome(encryptedDocument()), PdfOutcome::kEncrypted);
 }
 
 TEST_F(PdfOutcomes, ADocumentWithoutPagesHasNone) {

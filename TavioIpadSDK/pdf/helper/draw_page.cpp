@@ -119,14 +119,8 @@ cairo_status_t render(PopplerPage* page, const CropBox& box, cairo_surface_t* su
     return cairo_status(context.get());
 }
 
-}  // namespace
-
-DrawnPage drawPage(int descriptor, double maxPointsPerSide) {
-    Answer failure = Answer::kNotPdf;
-    const Document document = openDocument(descriptor, failure);
-    if (!document) return refused(failure);
-    if (poppler_document_get_n_pages(document.get()) < 1) return refused(Answer::kNoPage);
-    const Page page(poppler_document_get_page(document.get(), 0));
+DrawnPage drawPageOf(PopplerDocument* document, int index, double maxPointsPerSide) {
+    const Page page(poppler_document_get_page(document, index));
     if (!page) return refused(Answer::kNotPdf);
 
     const CropBox box = cropBoxOf(page.get());
@@ -141,6 +135,20 @@ DrawnPage drawPage(int descriptor, double maxPointsPerSide) {
     const cairo_status_t status = render(page.get(), box, drawn.surface.get());
     if (status == CAIRO_STATUS_NO_MEMORY) return refused(Answer::kOutOfMemory);
     if (status != CAIRO_STATUS_SUCCESS) return refused(Answer::kNotPdf);
+    return drawn;
+}
+
+}  // namespace
+
+DrawnPage drawPage(int descriptor, std::int32_t page, double maxPointsPerSide) {
+    Answer failure = Answer::kNotPdf;
+    const Document document = openDocument(descriptor, failure);
+    if (!document) return refused(failure);
+    const int pages = std::max(poppler_document_get_n_pages(document.get()), 0);
+    const bool exists = page >= 1 && page <= pages;
+    DrawnPage drawn =
+        exists ? drawPageOf(document.get(), page - 1, maxPointsPerSide) : refused(Answer::kNoPage);
+    drawn.header.pages = pages;
     return drawn;
 }
 

@@ -1,6 +1,7 @@
-// Page 1 of a document, drawn on an image surface.
+// A page of a document, drawn on an image surface.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include <cairo.h>
@@ -20,9 +21,9 @@ struct DrawnPage {
                       // exactly when header.outcome is kDrawn
 };
 
-// Draws page 1 of the document open as file descriptor `descriptor`, and closes it. The page is
+// Draws a page, from 1, of the document open as file descriptor `descriptor`, and closes it. It is
 // drawn as it would be printed: an annotation or form field that is not marked for printing is left
 // out, and one that is only hidden on screens is drawn.
-DrawnPage drawPage(int descriptor, double maxPointsPerSide);
+DrawnPage drawPage(int descriptor, std::int32_t page, double maxPointsPerSide);
 
 }  // namespace tavio::pdf_helper

@@ -1,8 +1,9 @@
-// tavio-pdf-page: draws page 1 of the document on its standard input. pdf/answer.h describes its
+// tavio-pdf-page: draws a page of the document on its standard input. pdf/answer.h describes its
 // arguments and its answer.
 #include <algorithm>
 #include <charconv>
 #include <csignal>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
@@ -28,10 +29,11 @@ using pdf::AnswerHeader;
 constexpr int kFailed = 1;
 constexpr int kBadUsage = 2;
 
-struct Limits {
+struct Request {
     rlim_t cpuSeconds = 0;
     rlim_t memoryBytes = 0;
     double maxPointsPerSide = 0;
+    std::int32_t page = 0;
 };
 
 template <typename Number>
@@ -41,13 +43,14 @@ bool parse(std::string_view text, Number& number) {
     return result.ec == std::errc() && result.ptr == end;
 }
 
-std::optional<Limits> parseArguments(std::span<char* const> arguments) {
-    Limits limits;
-    if (arguments.size() != 4 || !parse(arguments[1], limits.cpuSeconds) ||
-        !parse(arguments[2], limits.memoryBytes) || !parse(arguments[3], limits.maxPointsPerSide)) {
+std::optional<Request> parseArguments(std::span<char* const> arguments) {
+    Request request;
+    if (arguments.size() != 5 || !parse(arguments[1], request.cpuSeconds) ||
+        !parse(arguments[2], request.memoryBytes) ||
+        !parse(arguments[3], request.maxPointsPerSide) || !parse(arguments[4], request.page)) {
         return std::nullopt;
     }
-    return limits;
+    return request;
 }
 
 // Lowers a limit; a stricter one stays. `grace` is the distance from the soft limit to the hard
@@ -61,10 +64,10 @@ bool lower(decltype(RLIMIT_AS) resource, rlim_t wanted, rlim_t grace) {
 }
 
 // Nothing of the document may be read before this.
-bool applyLimits(const Limits& limits) {
+bool applyLimits(const Request& request) {
     return ::prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && ::prctl(PR_SET_DUMPABLE, 0) == 0 &&
-           lower(RLIMIT_CORE, 0, 0) && lower(RLIMIT_CPU, limits.cpuSeconds, 1) &&
-           lower(RLIMIT_AS, limits.memoryBytes, 0);
+           lower(RLIMIT_CORE, 0, 0) && lower(RLIMIT_CPU, request.cpuSeconds, 1) &&
+           lower(RLIMIT_AS, request.memoryBytes, 0);
 }
 
 // The file descriptor of the answer. The engine may print to standard output, so that is
@@ -118,18 +121,27 @@ bool writePixels(const DrawnPage& page) {
     return true;
 }
 
+// The document under another number, negative on failure. The engine reads standard input as a
+// stream, from where its offset is, but any other file by offsets of its own, so that several
+// programs may share one.
+int documentDescriptor() {
+    return ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+}
+
 int run(std::span<char* const> arguments) {
-    const std::optional<Limits> limits = parseArguments(arguments);
-    if (!limits) {
-        std::fputs("Usage: tavio-pdf-page CPU-SECONDS MEMORY-BYTES MOST-POINTS < document\n",
+    const std::optional<Request> request = parseArguments(arguments);
+    if (!request) {
+        std::fputs("Usage: tavio-pdf-page CPU-SECONDS MEMORY-BYTES MAX-POINTS PAGE < document\n",
                    stderr);
         return kBadUsage;
     }
     if (!takeOverStandardOutput()) return kFailed;
     setOutOfMemoryAction(answerOutOfMemory);
-    if (!applyLimits(*limits)) return kFailed;
+    if (!applyLimits(*request)) return kFailed;
 
-    const DrawnPage page = drawPage(STDIN_FILENO, limits->maxPointsPerSide);
+    const int document = documentDescriptor();
+    if (document < 0) return kFailed;
+    const DrawnPage page = drawPage(document, request->page, request->maxPointsPerSide);
     if (!writeHeader(page.header)) return kFailed;
     return page.surface == nullptr || writePixels(page) ? 0 : kFailed;
 }
