@@ -84,7 +84,8 @@ class TAVIO_API Job {
 
 // ---- Encoding -----------------------------------------------------------------------------------
 
-// Draws a page of a document, from 1.
+// Draws a page (from 1) of a document, whose bytes are Source::content(). What it throws counts as
+// kHelperFailed.
 using DrawnPage = platform::DrawnPdfPage;
 using PageEngine = std::function<DrawnPage(const Source& document, std::int32_t page)>;
 
@@ -106,7 +107,7 @@ struct TAVIO_API EncodeOptions {
     bool mayUseThreads = true;
 
     // Called before each element, on the calling thread: its number over all tickets, from 0, and
-    // how many there are.
+    // how many there are. Its exceptions are dropped.
     std::function<void(std::size_t number, std::size_t count)> progress;
 
     // Asked between elements; a request ends in kCancelled.

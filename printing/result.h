@@ -50,7 +50,8 @@ struct TAVIO_API Problem {
     std::string sentence;
 };
 
-// One or more, in the order of the tickets and their elements.
+// One or more, in the order of the tickets and their elements; none only if there was not even memory
+// for one.
 using Problems = std::vector<Problem>;
 
 enum class WarningKind : std::uint8_t {

@@ -169,8 +169,8 @@ bool looksLikeBmp(std::span<const Byte> file) {
 }
 
 OpenedFile openBmp(std::span<const Byte> file) {
-    auto [header, refused] = readBmpHeader(file);
-    if (!refused.empty()) return {nullptr, refused};
+    auto [header, why, refusal] = readBmpHeader(file);
+    if (!why.empty()) return {nullptr, why, refusal};
     switch (header.coding) {
         case BmpCoding::kPng:
         case BmpCoding::kJpeg:

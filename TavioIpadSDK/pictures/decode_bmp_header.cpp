@@ -13,7 +13,6 @@ constexpr std::uint32_t kCoreHeader = 12;  // OS/2 1: 16-bit sizes, three bytes 
 constexpr std::uint32_t kInfoHeader = 40;
 
 constexpr const char* kCutShort = "the BMP file is cut short";
-constexpr const char* kUnsupported = "the BMP file is of a kind not supported";
 constexpr const char* kBadHeader = "the BMP file has a damaged header";
 constexpr const char* kBadMasks = "the BMP file has damaged bit masks";
 
@@ -33,14 +32,19 @@ class HeaderReader {
 
     BmpHeaderRead read() {
         if (!readSizes() || !readCoding() || !readMasks() || !readPalette() || !findData())
-            return {{}, why_};
+            return {{}, why_, refusal_};
         return {std::move(header_), {}};
     }
 
   private:
-    bool refuse(const char* why) {
+    bool refuse(const char* why, Refusal refusal = Refusal::kDamaged) {
         why_ = why;
+        refusal_ = refusal;
         return false;
+    }
+
+    bool refuseKind() {
+        return refuse("the BMP file is of a kind not supported", Refusal::kUnknownFormat);
     }
 
     std::uint32_t number(std::size_t at, unsigned bytes) const {
@@ -65,7 +69,7 @@ class HeaderReader {
         if (file_.size() < kFileHeaderBytes + 4) return refuse(kCutShort);
         headerBytes_ = number(kFileHeaderBytes, 4);
         if (std::find(kKnown.begin(), kKnown.end(), headerBytes_) == kKnown.end())
-            return refuse(kUnsupported);
+            return refuseKind();
         headerEnd_ = kFileHeaderBytes + headerBytes_;
         if (file_.size() < headerEnd_) return refuse(kCutShort);
 
@@ -74,7 +78,8 @@ class HeaderReader {
         header_.topDown = height < 0;
         const std::int64_t rows = header_.topDown ? -height : height;
         if (width <= 0 || rows == 0) return refuse(kBadHeader);
-        if (width > kMaxPixels / rows) return refuse("the BMP file has too many pixels");
+        if (width > kMaxPixels / rows)
+            return refuse("the BMP file has too many pixels", Refusal::kTooLarge);
         header_.width = static_cast<std::int32_t>(width);
         header_.height = static_cast<std::int32_t>(rows);
         return true;
@@ -89,21 +94,21 @@ class HeaderReader {
         if (planes != 1) return refuse(kBadHeader);
         switch (stored_) {
             case kRgb:
-                return isPlainDepth() || refuse(kUnsupported);
+                return isPlainDepth() || refuseKind();
             case kRle8:
                 return useRuns(BmpCoding::kRunLength8, 8);
             case kRle4:
                 return useRuns(BmpCoding::kRunLength4, 4);
             case kBitFields:
             case kAlphaBitFields:
-                if (isOs2() || !hasMasks()) return refuse(kUnsupported);
+                if (isOs2() || !hasMasks()) return refuseKind();
                 return true;
             case kEmbeddedJpeg:
                 return useEmbedded(BmpCoding::kJpeg);
             case kEmbeddedPng:
                 return useEmbedded(BmpCoding::kPng);
             default:
-                return refuse(kUnsupported);
+                return refuseKind();
         }
     }
 
@@ -120,7 +125,7 @@ class HeaderReader {
 
     bool useEmbedded(BmpCoding coding) {
         header_.coding = coding;
-        if (isOs2() || header_.bits != 0) return refuse(kUnsupported);
+        if (isOs2() || header_.bits != 0) return refuseKind();
         return true;
     }
 
@@ -193,6 +198,7 @@ class HeaderReader {
     std::uint32_t stored_ = kRgb;
     BmpHeader header_;
     const char* why_ = "";
+    Refusal refusal_ = Refusal::kDamaged;
 };
 
 }  // namespace

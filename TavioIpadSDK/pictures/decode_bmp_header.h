@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
 namespace tavio::pictures {
 
@@ -30,6 +31,7 @@ struct BmpHeader {
 struct BmpHeaderRead {
     BmpHeader header;
     std::string why;  // empty, or why the header is refused
+    Refusal refusal = Refusal::kDamaged;
 };
 
 // `file`: begins with "BM".

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <utility>
 
 // Needs std::size_t and FILE declared before it.
@@ -89,6 +90,7 @@ class JpegReader {
     }
 
     std::string why() const { return why_; }
+    Refusal refusal() const { return refusal_; }
 
   private:
     // Red, green, blue and an alpha of 255, one byte after the other.
@@ -121,16 +123,18 @@ class JpegReader {
         return *static_cast<JpegReader*>(decoder->client_data);
     }
 
-    [[noreturn]] static void stop(j_common_ptr decoder, const char* why) {
+    [[noreturn]] static void stop(j_common_ptr decoder, const char* why,
+                                  Refusal refusal = Refusal::kDamaged) {
         JpegReader& reader = readerOf(decoder);
         reader.why_ = why;
+        reader.refusal_ = refusal;
         std::longjmp(reader.jump_, 1);
     }
 
     [[noreturn]] static void fail(j_common_ptr decoder) {
         switch (decoder->err->msg_code) {
             case JERR_OUT_OF_MEMORY:
-                stop(decoder, "out of memory");
+                stop(decoder, "out of memory", Refusal::kOutOfMemory);
             case JERR_ARITH_NOTIMPL:
             case JERR_BAD_J_COLORSPACE:
             case JERR_BAD_PRECISION:
@@ -138,7 +142,7 @@ class JpegReader {
             case JERR_CONVERSION_NOTIMPL:
             case JERR_NOT_COMPILED:
             case JERR_SOF_UNSUPPORTED:
-                stop(decoder, "the JPEG file is of a kind not supported");
+                stop(decoder, "the JPEG file is of a kind not supported", Refusal::kUnknownFormat);
             default:
                 stop(decoder, "the JPEG file is damaged");
         }
@@ -177,6 +181,7 @@ class JpegReader {
     std::jmp_buf jump_{};
     bool started_ = false;
     const char* why_ = "the JPEG file is damaged";
+    Refusal refusal_ = Refusal::kDamaged;
 };
 
 class JpegPicture : public StoredPicture {
@@ -188,8 +193,9 @@ class JpegPicture : public StoredPicture {
 
     void read(std::span<UInt32> rows) override {
         assert(rows.size() % reader_->width() == 0);
-        if (!reader_->readRows(rows.data(), rows.size() / reader_->width()))
-            throw DamagedPicture(reader_->why());
+        if (reader_->readRows(rows.data(), rows.size() / reader_->width())) return;
+        if (reader_->refusal() == Refusal::kOutOfMemory) throw std::bad_alloc();
+        throw DamagedPicture(reader_->why());
     }
 
   private:
@@ -204,9 +210,9 @@ bool looksLikeJpeg(std::span<const Byte> file) {
 
 OpenedFile openJpeg(std::span<const Byte> file) {
     auto reader = std::make_unique<JpegReader>();
-    if (!reader->readHeader(file)) return {nullptr, reader->why()};
+    if (!reader->readHeader(file)) return {nullptr, reader->why(), reader->refusal()};
     if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMaxPixels))
-        return {nullptr, "the JPEG file has too many pixels"};
+        return {nullptr, "the JPEG file has too many pixels", Refusal::kTooLarge};
     return {std::make_unique<JpegPicture>(std::move(reader)), {}};
 }
 

@@ -202,10 +202,10 @@ bool looksLikePng(std::span<const Byte> file) {
 
 OpenedFile openPng(std::span<const Byte> file) {
     auto reader = std::make_unique<PngReader>(file);
-    if (!reader->ready()) return {nullptr, "out of memory"};
+    if (!reader->ready()) return {nullptr, "out of memory", Refusal::kOutOfMemory};
     if (!reader->readHeader()) return {nullptr, reader->why()};
     if (reader->width() * reader->height() > static_cast<std::uint64_t>(kMaxPixels))
-        return {nullptr, "the PNG file has too many pixels"};
+        return {nullptr, "the PNG file has too many pixels", Refusal::kTooLarge};
     if (reader->storedBytes() / kMaxUnpacking > file.size())
         return {nullptr, "the PNG file is cut short"};
     return {std::make_unique<PngPicture>(std::move(reader), orientationOf(file)), {}};

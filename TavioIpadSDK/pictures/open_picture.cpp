@@ -143,12 +143,12 @@ class FileRows : public PictureRows {
 OpenedPicture openPicture(std::shared_ptr<const Bytes> file) noexcept {
     try {
         OpenedFile opened = openFile(file ? std::span<const Byte>(*file) : std::span<const Byte>());
-        if (!opened.picture) return {nullptr, std::move(opened.why)};
+        if (!opened.picture) return {nullptr, std::move(opened.why), opened.refusal};
         auto rows = rowsOf(std::move(opened.picture));
         return {std::make_unique<FileRows>(std::move(file), std::move(rows)), {}};
     } catch (const std::exception&) {
         // Short enough to need no memory of its own.
-        return {nullptr, "out of memory"};
+        return {nullptr, "out of memory", Refusal::kOutOfMemory};
     }
 }
 

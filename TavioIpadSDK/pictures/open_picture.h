@@ -6,6 +6,7 @@
 
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
+#include "TavioIpadSDK/pictures/stored_picture.h"
 
 namespace tavio::pictures {
 
@@ -13,6 +14,7 @@ namespace tavio::pictures {
 struct OpenedPicture {
     std::unique_ptr<PictureRows> rows;  // present: 1 x 1 pixel or more
     std::string why;                    // if absent: as in OpenedFile (stored_picture.h)
+    Refusal refusal = Refusal::kDamaged;
 };
 
 // Opens a PNG, JPEG or BMP file held in memory, recognised by content, and reads no more of it than

@@ -45,10 +45,19 @@ class StoredPicture {
     int orientation_;
 };
 
+// The kind of reason why a file is no picture.
+enum class Refusal : std::uint8_t {
+    kDamaged,        // cut short, or against its format
+    kUnknownFormat,  // no picture file, or of a kind that is not supported
+    kTooLarge,       // more than kMaxPixels pixels
+    kOutOfMemory,
+};
+
 // The picture, or the reason why there is none.
 struct OpenedFile {
     std::unique_ptr<StoredPicture> picture;
     std::string why;  // a few words, lower case, without a full stop: "the PNG file is cut short"
+    Refusal refusal = Refusal::kDamaged;
 };
 
 // Reads a whole picture, of which nothing has been read yet. Throws as StoredPicture::read.

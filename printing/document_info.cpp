@@ -1,0 +1,117 @@
+#include "tavio/printing/document_info.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "TavioIpadSDK/pictures/decode_bmp.h"
+#include "TavioIpadSDK/pictures/decode_jpeg.h"
+#include "TavioIpadSDK/pictures/decode_png.h"
+#include "TavioIpadSDK/pictures/open_picture.h"
+#include "TavioIpadSDK/platform/utf8.h"
+#include "tavio/printing/page_problem.h"
+#include "tavio/printing/read_source.h"
+
+namespace tavio::printing {
+namespace {
+
+constexpr double kPointsPerInch = 72;
+
+bool looksLikePdf(std::span<const Byte> file) {
+    constexpr std::string_view kSignature = "%PDF-";
+    const auto start = file.first(std::min<std::size_t>(file.size(), 1024));
+    return !std::ranges::search(start, kSignature).empty();
+}
+
+// Printing needs the page that was drawn; its size and number of pages are noted.
+EncodeOptions noting(const EncodeOptions& options, DocumentInfo& info) {
+    EncodeOptions result = options;
+    result.pageEngine = [&options, &info](const Source& document, std::int32_t page) {
+        DrawnPage drawn = askForPage(document.content(), document.name(), page, options);
+        info.pages = drawn.pages;
+        if (drawn.result.page) {
+            info.widthInches = drawn.result.page->width / kPointsPerInch;
+            info.heightInches = drawn.result.page->height / kPointsPerInch;
+        }
+        return drawn;
+    };
+    return result;
+}
+
+void notePicture(const std::shared_ptr<const Bytes>& file, std::int32_t resolution,
+                 DocumentInfo& info) {
+    const pictures::OpenedPicture opened = pictures::openPicture(file);
+    if (!opened.rows) return;  // encoding tells why
+    info.widthPixels = opened.rows->width();
+    info.heightPixels = opened.rows->height();
+    info.widthInches = static_cast<double>(info.widthPixels) / resolution;
+    info.heightInches = static_cast<double>(info.heightPixels) / resolution;
+}
+
+Ticket ticketOf(const Source& document, Format format, const TicketSettings& settings, Place place,
+                const DrawOptions& drawing) {
+    Ticket ticket(settings);
+    if (format == Format::kText) return std::move(ticket.printerText(document));
+    return std::move(ticket.document(document, place, drawing));
+}
+
+Expected<DocumentInfo, Problems> inspectDocument(const Source& source,
+                                                 const TicketSettings& settings, Place place,
+                                                 const DrawOptions& drawing,
+                                                 const EncodeOptions& options) {
+    const auto file = readSource(source, options.maxFileBytes);
+    if (!file) return tl::unexpected(Problems{file.error()});
+    DocumentInfo info;
+    info.bytes = (*file)->size();
+    info.format = formatOf(**file).value_or(Format::kText);
+    if (info.format != Format::kText && info.format != Format::kPdf)
+        notePicture(*file, settings.resolution, info);
+
+    const Ticket ticket =
+        ticketOf(Source::bytes(*file, shownName(source)), info.format, settings, place, drawing);
+    const auto job = encode(ticket, noting(options, info));
+    if (!job) return tl::unexpected(job.error());
+    info.dots = job->elements().front().size;
+    info.warnings = job->warnings();
+    return info;
+}
+
+}  // namespace
+
+const char* nameOf(Format format) noexcept {
+    switch (format) {
+        case Format::kPdf:
+            return "PDF";
+        case Format::kPng:
+            return "PNG";
+        case Format::kJpeg:
+            return "JPEG";
+        case Format::kBmp:
+            return "BMP";
+        case Format::kText:
+            return "text";
+    }
+    return "";
+}
+
+std::optional<Format> formatOf(std::span<const Byte> file) noexcept {
+    if (pictures::looksLikePng(file)) return Format::kPng;
+    if (pictures::looksLikeJpeg(file)) return Format::kJpeg;
+    if (pictures::looksLikeBmp(file)) return Format::kBmp;
+    if (looksLikePdf(file)) return Format::kPdf;
+    return std::nullopt;
+}
+
+Expected<DocumentInfo, Problems> inspect(const Source& source, const TicketSettings& settings,
+                                         Place place, const DrawOptions& drawing,
+                                         const EncodeOptions& options) noexcept {
+    try {
+        return inspectDocument(source, settings, place, drawing, options);
+    } catch (const std::exception&) {
+        return outOfMemory();
+    }
+}
+
+}  // namespace tavio::printing

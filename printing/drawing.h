@@ -1,0 +1,36 @@
+// A page or a picture that is about to be made into dots.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "TavioIpadSDK/intake/dot_size.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
+#include "tavio/printing/job.h"
+#include "tavio/printing/layout.h"
+#include "tavio/printing/result.h"
+#include "tavio/printing/ticket.h"
+
+namespace tavio::printing {
+
+struct Drawing {
+    std::unique_ptr<pictures::PictureRows> rows;  // of the upright picture; 1 x 1 pixel or more
+    intake::DotSize size;                         // at which it is printed
+    std::string name;                             // in sentences
+
+    // The number of pages of a document, 0 if it is none or the number is not known; and what tells
+    // the document from others.
+    std::int32_t pages = 0;
+    std::string document;
+};
+
+// Reads the file and opens the picture or draws the page. Throws std::bad_alloc.
+Expected<Drawing, Problem> drawingOf(const element::Document& document, const Layout& layout,
+                                     const EncodeOptions& options);
+
+Expected<Drawing, Problem> drawingOf(const element::Pixels& pixels, const Layout& layout,
+                                     const EncodeOptions& options);
+
+}  // namespace tavio::printing

@@ -1,0 +1,126 @@
+#include "tavio/printing/encode_element.h"
+
+#include <exception>
+#include <new>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "TavioIpadSDK/encoder/encode_bitmap.h"
+#include "TavioIpadSDK/platform/utf8.h"
+#include "TavioIpadSDK/session/commands.h"
+#include "tavio/printing/drawing.h"
+#include "tavio/printing/graphics.h"
+#include "tavio/printing/plain_text.h"
+#include "tavio/printing/read_source.h"
+
+namespace tavio::printing {
+namespace {
+
+using Result = Expected<EncodedParts, Problem>;
+
+class ElementEncoder {
+  public:
+    ElementEncoder(const Layout& layout, const EncodeOptions& options, Bytes& bytes)
+        : layout_(layout), options_(options), bytes_(bytes) {}
+
+    Result operator()(const element::Document& document) const {
+        return appendDrawing(document, document.options, document.place, std::nullopt);
+    }
+
+    Result operator()(const element::Pixels& pixels) const {
+        return appendDrawing(pixels, pixels.options, pixels.place, std::nullopt);
+    }
+
+    Result operator()(const element::StoreLogo& logo) const {
+        return std::visit(
+            [&](const auto& picture) {
+                return appendDrawing(picture, picture.options, {}, logo.number);
+            },
+            logo.picture);
+    }
+
+    Result operator()(const element::PlainText& plain) const {
+        const auto text = plainText(plain.text, layout_, plain.place);
+        if (!text) return tl::unexpected(text.error());
+        return appendText(*text);
+    }
+
+    Result operator()(const element::PrinterText& printer) const {
+        if (!platform::isUtf8(printer.text))
+            return problem(ProblemKind::kNotUtf8, "the text to send is not UTF-8");
+        return appendText(printer.text);
+    }
+
+    Result operator()(const element::PrinterTextFile& file) const {
+        const auto read = readSource(file.source, options_.maxFileBytes);
+        if (!read) return tl::unexpected(read.error());
+        const std::string_view text(reinterpret_cast<const char*>((*read)->data()),
+                                    (*read)->size());
+        if (!platform::isUtf8(text))
+            return problem(ProblemKind::kNotUtf8, shownName(file.source) + " is not UTF-8 text");
+        return appendText(text);
+    }
+
+    Result operator()(const element::RawBytes& raw) const {
+        if (raw.bytes) bytes_.insert(bytes_.end(), raw.bytes->begin(), raw.bytes->end());
+        return EncodedParts{};
+    }
+
+    Result operator()(const element::StoredLogo& logo) const {
+        return appendText(
+            encoder::printLogoCommands(logo.number, logo.place.row, logo.place.column));
+    }
+
+    Result operator()(const element::End& end) const {
+        if (end.finish == Finish::kCut) return appendText(CUT);
+        if (end.finish == Finish::kEject) return appendText(EJECT);
+        return EncodedParts{};
+    }
+
+  private:
+    Result appendText(std::string_view text) const {
+        bytes_.insert(bytes_.end(), text.begin(), text.end());
+        return EncodedParts{};
+    }
+
+    // picture: element::Document or element::Pixels.
+    template <typename Picture>
+    Result appendDrawing(const Picture& picture, const DrawOptions& drawing, Place place,
+                         std::optional<std::int32_t> logo) const {
+        auto drawn = drawingOf(picture, layout_, options_);
+        if (!drawn) return tl::unexpected(drawn.error());
+        EncodedParts parts;
+        parts.size = Size{drawn->size.width, drawn->size.height};
+        if (!logo) parts.rectangle = rectangleAt(layout_, place, *parts.size);
+        parts.pages = drawn->pages;
+        parts.document = drawn->document;
+        parts.name = drawn->name;
+        parts.page = drawing.page;
+        auto warnings =
+            appendGraphics(std::move(*drawn), layout_,
+                           {place, drawing.blackAndWhite, logo, options_.mayUseThreads}, bytes_);
+        if (!warnings) return tl::unexpected(warnings.error());
+        parts.warnings = std::move(*warnings);
+        return parts;
+    }
+
+    const Layout& layout_;
+    const EncodeOptions& options_;
+    Bytes& bytes_;
+};
+
+}  // namespace
+
+Result appendElement(const Element& element, const Layout& layout, const EncodeOptions& options,
+                     Bytes& bytes) {
+    try {
+        return std::visit(ElementEncoder(layout, options, bytes), element);
+    } catch (const std::bad_alloc&) {
+        return problem(ProblemKind::kOverMemory, "there is not enough memory for this");
+    } catch (const std::length_error&) {
+        return problem(ProblemKind::kTooLarge, "this is too large to be printed");
+    }
+}
+
+}  // namespace tavio::printing

@@ -1,0 +1,30 @@
+// The warnings about a page or picture that is printed or stored.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "TavioIpadSDK/intake/dot_size.h"
+#include "tavio/printing/layout.h"
+#include "tavio/printing/losses.h"
+#include "tavio/printing/result.h"
+#include "tavio/printing/ticket.h"
+
+namespace tavio::printing {
+
+// "300 x 200 dots"
+std::string dotsText(intake::DotSize size);
+
+// A picture as it was encoded.
+struct EncodedPicture {
+    intake::DotSize size;
+    Place place;  // 0, 0 for a logo, whose place is not known yet
+    bool isLogo = false;
+    Losses losses;
+    bool isTransparent = false;  // in part
+};
+
+// Not yet assigned to an element. A picture of which nothing prints has no other losses.
+std::vector<Warning> pictureWarnings(const EncodedPicture& picture, const Layout& layout);
+
+}  // namespace tavio::printing

@@ -1,0 +1,30 @@
+// Making the printer's graphics of a page or a picture.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "TavioIpadSDK/machine/bytes.h"
+#include "tavio/printing/drawing.h"
+#include "tavio/printing/layout.h"
+#include "tavio/printing/result.h"
+#include "tavio/printing/ticket.h"
+
+namespace tavio::printing {
+
+// What becomes of a drawing.
+struct GraphicsOrder {
+    Place place;
+    BlackAndWhite blackAndWhite = BlackAndWhite::kDithered;
+    std::optional<std::int32_t> logo;  // stored as this logo; else printed at the place
+    bool mayUseThreads = true;
+};
+
+// Appends the commands to `bytes`, the bytes of SendFile or DownloadLogo. Returns the warnings about
+// the dots. Problems: kNoDots, kTooLarge, kDamaged, when the picture's rows turn out to be. Throws
+// std::bad_alloc.
+Expected<std::vector<Warning>, Problem> appendGraphics(Drawing drawing, const Layout& layout,
+                                                       const GraphicsOrder& order, Bytes& bytes);
+
+}  // namespace tavio::printing

@@ -1,0 +1,94 @@
+#include "tavio/printing/layout.h"
+
+#include <cmath>
+#include <exception>
+
+#include "TavioIpadSDK/platform/utf8.h"
+#include "TavioIpadSDK/settings/dot_width_table.h"
+#include "TavioIpadSDK/settings/orientation.h"
+#include "TavioIpadSDK/settings/stock_table.h"
+
+namespace tavio::printing {
+namespace {
+
+using settings::StockSize;
+
+tl::unexpected<Problem> badSetting(std::string sentence) {
+    return tl::unexpected(Problem{ProblemKind::kBadSetting, 0, {}, std::move(sentence)});
+}
+
+bool isStock(const Stock& stock) {
+    if (!stock.isCustom()) return stock.index() >= 0 && stock.index() < settings::kStockCount;
+    const auto isSide = [](double inches) { return inches > 0 && inches <= Stock::kMaxInches; };
+    return isSide(stock.inches().width) && isSide(stock.inches().height);
+}
+
+StockSize inchesOf(const Stock& stock, bool isLandscape) {
+    if (!stock.isCustom())
+        return settings::sizeOf(settings::kStocks[static_cast<std::size_t>(stock.index())],
+                                isLandscape);
+    const StockSize size = stock.inches();
+    return isLandscape ? size : StockSize{size.height, size.width};
+}
+
+std::int32_t toDots(double inches, std::int32_t resolution) {
+    return static_cast<std::int32_t>(std::lround(inches * resolution));
+}
+
+// A stock of the table has fewer dots in portrait than its paper is wide.
+std::int32_t portraitDotsOf(const Stock& stock, const StockSize& size, std::int32_t resolution) {
+    if (stock.isCustom()) return toDots(size.width, resolution);
+    return settings::portraitDotsOf(stock.index(), resolution).value_or(0);
+}
+
+}  // namespace
+
+Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
+    if (!isStock(ticket.stock)) {
+        return badSetting(
+            "there is no ticket of this stock: give a row of the table of stocks, or two sides of "
+            "more than 0 and at most 27 inches");
+    }
+    if (ticket.resolution != 200 && ticket.resolution != 300 && ticket.resolution != 600) {
+        return badSetting(std::to_string(ticket.resolution) +
+                          " is none of the resolutions 200, 300 and 600");
+    }
+    if (!platform::isUtf8(ticket.path)) return badSetting("the path command is not UTF-8");
+
+    Layout layout;
+    layout.path = ticket.path;
+    layout.isLandscape = ticket.orientation == Orientation::kLandscape;
+    layout.orientation = layout.isLandscape ? settings::kLandscape : settings::kPortrait;
+    layout.resolution = ticket.resolution;
+    layout.stock = inchesOf(ticket.stock, layout.isLandscape);
+    if (!layout.isLandscape)
+        layout.portraitDots = portraitDotsOf(ticket.stock, layout.stock, ticket.resolution);
+    layout.ticket = {
+        layout.isLandscape ? toDots(layout.stock.width, ticket.resolution) : layout.portraitDots,
+        toDots(layout.stock.height, ticket.resolution)};
+    return layout;
+}
+
+encoder::Placement placementAt(const Layout& layout, Place place) {
+    return {layout.isLandscape, place.row, place.column, layout.portraitDots};
+}
+
+intake::SizeRules sizeRules(const Layout& layout, bool isScaled) {
+    return {layout.resolution, layout.stock, isScaled, layout.isLandscape};
+}
+
+Rectangle rectangleAt(const Layout& layout, Place place, Size size) {
+    if (layout.isLandscape) return {place.column, place.row, size};
+    return {place.row, place.column, size};
+}
+
+std::optional<Size> ticketSize(const TicketSettings& settings) noexcept {
+    try {
+        const auto layout = layoutOf(settings);
+        if (layout) return layout->ticket;
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): no memory, no size
+    }
+    return std::nullopt;
+}
+
+}  // namespace tavio::printing

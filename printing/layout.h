@@ -1,0 +1,36 @@
+// What a ticket's settings mean for its elements.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "TavioIpadSDK/encoder/band_stream.h"
+#include "TavioIpadSDK/intake/dot_size.h"
+#include "tavio/printing/job.h"
+#include "tavio/printing/result.h"
+#include "tavio/printing/ticket.h"
+
+namespace tavio::printing {
+
+struct Layout {
+    std::string path;               // path command
+    std::string orientation;        // orientation command
+    bool isLandscape = true;        // what the orientation command says
+    std::int32_t resolution = 300;  // dots per inch
+    settings::StockSize stock{};    // inches, as it lies in the orientation
+    std::int32_t portraitDots = 0;  // printable width in portrait, 0 in landscape
+    Size ticket;                    // of the upright ticket
+};
+
+// The only problem is kBadSetting.
+Expected<Layout, Problem> layoutOf(const TicketSettings& settings);
+
+// The place as the encoder wants it.
+encoder::Placement placementAt(const Layout& layout, Place place);
+
+intake::SizeRules sizeRules(const Layout& layout, bool isScaled);
+
+// Where something of this size at this place lies on the upright ticket.
+Rectangle rectangleAt(const Layout& layout, Place place, Size size);
+
+}  // namespace tavio::printing

@@ -1,0 +1,23 @@
+// Asking for a page of a document, and why there is none.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "TavioIpadSDK/machine/bytes.h"
+#include "tavio/printing/job.h"
+#include "tavio/printing/result.h"
+
+namespace tavio::printing {
+
+// Asks the engine of the options, or the helper program. A malformed answer of an engine is
+// kHelperFailed.
+DrawnPage askForPage(const std::shared_ptr<const Bytes>& file, const std::string& name,
+                     std::int32_t page, const EncodeOptions& options);
+
+// drawn: without a page. name: the document's, in the sentence.
+tl::unexpected<Problem> pageProblem(const DrawnPage& drawn, const std::string& name,
+                                    std::int32_t page);
+
+}  // namespace tavio::printing
