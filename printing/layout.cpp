@@ -4,8 +4,8 @@
 #include <exception>
 
 #include "TavioIpadSDK/platform/utf8.h"
-#include "TavioIpadSDK/settings/dot_width_table.h"
 #include "TavioIpadSDK/settings/orientation.h"
+#include "TavioIpadSDK/settings/portrait_dots.h"
 #include "TavioIpadSDK/settings/stock_table.h"
 
 namespace tavio::printing {

@@ -1,21 +1,17 @@
-// The printable width in dots in portrait orientation: a fixed number per stock and resolution, not
-// inches times resolution.
+// The printable width in dots in portrait orientation, for the present settings.
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <optional>
 
 #include "TavioIpadSDK/machine/export.h"
-#include "TavioIpadSDK/settings/stock_table.h"
+#include "TavioIpadSDK/settings/portrait_dots.h"
 
 namespace tavio {
 
-// Widths in dots. Row: stock index. Column: 0 for 200, 1 for 300, 2 for 600 dots per inch. All 0
-// until InitDotArray has run, constant afterwards.
+// All 0 until InitDotArray has run, settings::kPortraitDots afterwards.
 // Written by: dot_width_table.cpp
 // Read by: dot_width_table.cpp
-extern TAVIO_API std::array<std::array<std::int32_t, 3>, settings::kStockCount> portrait_dot_array;
+extern TAVIO_API settings::PortraitDotTable portrait_dot_array;
 
 // The entry for the current stock and resolution, in dots, while the orientation is exactly "<PM>",
 // 0 in any other orientation.
@@ -32,13 +28,3 @@ TAVIO_API void InitDotArray();
 TAVIO_API void set_portrait_dots();
 
 }  // namespace tavio
-
-namespace tavio::settings {
-
-// The fixed number for a stock index and a resolution, whether or not the table has been filled;
-// none for any other index or a resolution other than 200, 300 and 600.
-//
-//   portraitDotsOf(CONCERT, 300)  ->  576
-TAVIO_API std::optional<std::int32_t> portraitDotsOf(std::int32_t stock, std::int32_t resolution);
-
-}  // namespace tavio::settings
