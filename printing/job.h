@@ -33,7 +33,8 @@ struct TAVIO_API Size {
     bool operator==(const Size&) const = default;
 };
 
-// On the upright ticket, in dots from its top left corner. It may reach past the ticket.
+// On the upright ticket, in dots from the top left corner of what can be printed (see ticketSize). It
+// may reach past the ticket.
 struct TAVIO_API Rectangle {
     std::int64_t left = 0;
     std::int64_t top = 0;

@@ -36,9 +36,22 @@ std::int32_t toDots(double inches, std::int32_t resolution) {
 }
 
 // A stock of the table has fewer dots in portrait than its paper is wide.
-std::int32_t portraitDotsOf(const Stock& stock, const StockSize& size, std::int32_t resolution) {
+std::int32_t portraitWidthOf(const Stock& stock, const StockSize& size, std::int32_t resolution) {
     if (stock.isCustom()) return toDots(size.width, resolution);
     return settings::portraitDotsOf(stock.index(), resolution).value_or(0);
+}
+
+// size: as the stock lies in the orientation.
+Size ticketDotsOf(const Stock& stock, const StockSize& size, std::int32_t resolution,
+                  bool isLandscape) {
+    return {isLandscape ? toDots(size.width, resolution) : portraitWidthOf(stock, size, resolution),
+            toDots(size.height, resolution)};
+}
+
+// The last row of a paper of 100 rows is row 99. Of a stock of the table there is paper beside what
+// can be printed, and its rows are counted back from the first one there.
+std::int32_t portraitEdgeOf(const Stock& stock, Size ticket) {
+    return stock.isCustom() ? ticket.width - 1 : ticket.width;
 }
 
 }  // namespace
@@ -53,7 +66,9 @@ Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
         return badSetting(std::to_string(ticket.resolution) +
                           " is none of the resolutions 200, 300 and 600");
     }
-    if (!platform::isUtf8(ticket.path)) return badSetting("the path command is not UTF-8");
+    if (!platform::isUtf8(ticket.path)) {
+        return badSetting(R"(the path command is not UTF-8: give one such as "<P1>")");
+    }
 
     Layout layout;
     layout.path = ticket.path;
@@ -61,16 +76,15 @@ Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
     layout.orientation = layout.isLandscape ? settings::kLandscape : settings::kPortrait;
     layout.resolution = ticket.resolution;
     layout.stock = inchesOf(ticket.stock, layout.isLandscape);
-    if (!layout.isLandscape)
-        layout.portraitDots = portraitDotsOf(ticket.stock, layout.stock, ticket.resolution);
-    layout.ticket = {
-        layout.isLandscape ? toDots(layout.stock.width, ticket.resolution) : layout.portraitDots,
-        toDots(layout.stock.height, ticket.resolution)};
+    layout.ticket = ticketDotsOf(ticket.stock, layout.stock, ticket.resolution, layout.isLandscape);
+    if (layout.ticket.width <= 0 || layout.ticket.height <= 0)
+        return badSetting("the ticket's stock comes to 0 dots: give two larger sides");
+    if (!layout.isLandscape) layout.portraitEdge = portraitEdgeOf(ticket.stock, layout.ticket);
     return layout;
 }
 
 encoder::Placement placementAt(const Layout& layout, Place place) {
-    return {layout.isLandscape, place.row, place.column, layout.portraitDots};
+    return {layout.isLandscape, place.row, place.column, layout.portraitEdge};
 }
 
 intake::SizeRules sizeRules(const Layout& layout, bool isScaled) {

@@ -18,7 +18,7 @@ struct Layout {
     bool isLandscape = true;        // what the orientation command says
     std::int32_t resolution = 300;  // dots per inch
     settings::StockSize stock{};    // inches, as it lies in the orientation
-    std::int32_t portraitDots = 0;  // printable width in portrait, 0 in landscape
+    std::int32_t portraitEdge = 0;  // in portrait: the printer's row at the ticket's left edge
     Size ticket;                    // of the upright ticket
 };
 

@@ -23,6 +23,38 @@ bool isControl(std::uint32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
 }
 
+struct CodeRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+// Characters that join the one before them, turn the text around or do not show, so that a person
+// could not find them in a sentence.
+constexpr auto kUnshown = std::to_array<CodeRange>({
+    {0x00A0, 0x00A0},    // no-break space
+    {0x00AD, 0x00AD},    // soft hyphen
+    {0x0300, 0x036F},    // combining marks
+    {0x061C, 0x061C},    // Arabic letter mark
+    {0x1AB0, 0x1AFF},    // combining marks
+    {0x1DC0, 0x1DFF},    // combining marks
+    {0x2000, 0x200F},    // spaces, joiners, direction marks
+    {0x2028, 0x202F},    // line ends, direction
+    {0x205F, 0x206F},    // spaces, direction
+    {0x20D0, 0x20FF},    // combining marks
+    {0x3000, 0x3000},    // wide space
+    {0xE000, 0xF8FF},    // private use
+    {0xFE00, 0xFE0F},    // variation selectors
+    {0xFE20, 0xFE2F},    // combining marks
+    {0xFEFF, 0xFEFF},    // byte order mark
+    {0xE0000, 0x10FFFF}  // tags, variation selectors, private use
+});
+
+bool isShown(std::uint32_t code) {
+    return std::ranges::none_of(kUnshown, [code](const CodeRange& range) {
+        return code >= range.first && code <= range.last;
+    });
+}
+
 // "U+00E9"
 std::string codeText(std::uint32_t code) {
     std::array<char, 16> digits{};
@@ -37,6 +69,7 @@ std::string refusal(std::string_view text) {
     if (isControl(letter.codePoint)) return "the text has the control character " + code;
     const std::string why = letter.codePoint == '<' ? ", which begins a command"
                                                     : ", which the printer's face does not have";
+    if (!isShown(letter.codePoint)) return "the text has " + code + why;
     return "the text has \"" + std::string(text.substr(0, letter.length)) + "\" (" + code + ")" +
            why;
 }
@@ -51,7 +84,7 @@ Expected<std::string, Problem> plainText(std::string_view text, const Layout& la
         return problem(ProblemKind::kUnprintableLetter, refusal(text.substr(at)));
     }
     const std::int32_t row =
-        layout.isLandscape ? place.row : machine::wrappingSubtract(layout.portraitDots, place.row);
+        layout.isLandscape ? place.row : machine::wrappingSubtract(layout.portraitEdge, place.row);
     return encoder::openingCommands(layout.path, layout.orientation) +
            encoder::positionCommand(row, place.column) + std::string(text);
 }

@@ -150,7 +150,8 @@ void configure(const printing::TicketSettings& settings, const DrawOptions& opti
     StockWidth = isLandscape ? inches.width : inches.height;
     StockHeight = isLandscape ? inches.height : inches.width;
     if (!isLandscape)
-        portrait_dots = static_cast<std::int32_t>(std::lround(StockWidth * settings.resolution));
+        portrait_dots =
+            static_cast<std::int32_t>(std::lround(StockWidth * settings.resolution)) - 1;
 }
 
 URL photo(const RandomElement& element) {
