@@ -25,6 +25,17 @@ bool looksLikePdf(std::span<const Byte> file) {
     return !std::ranges::search(start, kSignature).empty();
 }
 
+std::string_view textOf(const Bytes& file) {
+    return {reinterpret_cast<const char*>(file.data()), file.size()};
+}
+
+Problem unknownFormat(const Source& source) {
+    return {ProblemKind::kUnknownFormat,
+            0,
+            {},
+            shownName(source) + " is neither a PDF, PNG, JPEG nor BMP file nor UTF-8 text"};
+}
+
 // Printing needs the page that was drawn; its size and number of pages are noted.
 EncodeOptions noting(const EncodeOptions& options, DocumentInfo& info) {
     EncodeOptions result = options;
@@ -66,6 +77,8 @@ Expected<DocumentInfo, Problems> inspectDocument(const Source& source,
     DocumentInfo info;
     info.bytes = (*file)->size();
     info.format = formatOf(**file).value_or(Format::kText);
+    if (info.format == Format::kText && !platform::isUtf8(textOf(**file)))
+        return tl::unexpected(Problems{unknownFormat(source)});
     if (info.format != Format::kText && info.format != Format::kPdf)
         notePicture(*file, settings.resolution, info);
 

@@ -36,7 +36,8 @@ struct TAVIO_API DocumentInfo {
 };
 
 // What the document is and what printing it would lose. It does everything but print: a damaged
-// picture is a problem here too. A text is taken as a printer text.
+// picture is a problem here too. A text is taken as a printer text; a file of another format that is
+// not UTF-8 is kUnknownFormat.
 [[nodiscard]] TAVIO_API Expected<DocumentInfo, Problems> inspect(
     const Source& source, const TicketSettings& settings = {}, Place place = {},
     const DrawOptions& drawing = {}, const EncodeOptions& options = {}) noexcept;

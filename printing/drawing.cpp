@@ -60,11 +60,20 @@ Expected<Drawing, Problem> openPicture(const std::shared_ptr<const Bytes>& file,
     return pictureDrawing(std::move(opened.rows), name, layout, options);
 }
 
+// Why there is no page. A file that is no PDF document at all is of an unknown format.
+tl::unexpected<Problem> noPage(const DrawnPage& drawn, const Bytes& file, const std::string& name,
+                               std::int32_t page) {
+    auto found = pageProblem(drawn, name, page);
+    if (drawn.result.outcome == platform::PdfOutcome::kNotPdf && formatOf(file) != Format::kPdf)
+        found.value().kind = ProblemKind::kUnknownFormat;
+    return found;
+}
+
 Expected<Drawing, Problem> drawPage(const std::shared_ptr<const Bytes>& file,
                                     const std::string& name, const Layout& layout,
                                     const DrawOptions& drawing, const EncodeOptions& options) {
     const DrawnPage drawn = askForPage(file, name, drawing.page, options);
-    if (!drawn.result.page) return pageProblem(drawn, name, drawing.page);
+    if (!drawn.result.page) return noPage(drawn, *file, name, drawing.page);
     const platform::PdfPage& page = *drawn.result.page;
     auto canvas = intake::pageOnCanvas(page);
     if (!canvas) return problem(ProblemKind::kTooLarge, name + " has a page that is too large");
@@ -106,8 +115,11 @@ Expected<Drawing, Problem> drawingOf(const element::Document& document, const La
 Expected<Drawing, Problem> drawingOf(const element::Pixels& pixels, const Layout& layout,
                                      const EncodeOptions& /*options*/) {
     const std::shared_ptr<const Picture>& picture = pixels.picture;
-    const bool isGood = picture && pictures::isWhole(*picture) && picture->orientation >= 1 &&
-                        picture->orientation <= 8;
+    if (!picture) {
+        return problem(ProblemKind::kDamaged, "there is no picture in memory: the pointer is null");
+    }
+    const bool isGood =
+        pictures::isWhole(*picture) && picture->orientation >= 1 && picture->orientation <= 8;
     if (!isGood) {
         return problem(ProblemKind::kDamaged,
                        "the picture in memory has another number of pixels than its size says, or "

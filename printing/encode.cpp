@@ -1,9 +1,9 @@
+#include <algorithm>
 #include <exception>
-#include <map>
-#include <new>
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/encoder/stream_size.h"
@@ -17,6 +17,7 @@ namespace {
 
 // A document of several pages, and those that are printed.
 struct PrintedDocument {
+    std::string identity;  // Drawing::document
     std::string name;
     std::int32_t pages = 0;
     std::set<std::int32_t> printed;
@@ -65,7 +66,8 @@ class TicketsEncoder {
         const std::size_t offset = job_.bytes.size();
         auto encoded = appendElement(element, layout, options_, job_.bytes);
         if (encoded && job_.bytes.size() > encoder::kMaxStreamBytes)
-            encoded = problem(ProblemKind::kTooLarge, "the job has more than 2^31 - 1 bytes");
+            encoded =
+                problem(ProblemKind::kTooLarge, "the job has more than 2^31 - 1 bytes: divide it");
         if (!encoded) {
             job_.bytes.resize(offset);
             return add(std::move(encoded.error()), ticket, at);
@@ -90,16 +92,19 @@ class TicketsEncoder {
             warning.element = at;
             job_.warnings.push_back(std::move(warning));
         }
-        if (parts.pages <= 1) return;
-        auto& document = documents_
-                             .try_emplace(parts.document,
-                                          PrintedDocument{parts.name, parts.pages, {}, ticket, at})
-                             .first->second;
-        document.printed.insert(parts.page);
+        if (parts.pages > 1) documentOf(parts, ticket, at).printed.insert(parts.page);
+    }
+
+    PrintedDocument& documentOf(EncodedParts& parts, std::size_t ticket, std::size_t at) {
+        const auto known =
+            std::ranges::find(documents_, parts.document, &PrintedDocument::identity);
+        if (known != documents_.end()) return *known;
+        return documents_.emplace_back(PrintedDocument{
+            std::move(parts.document), std::move(parts.name), parts.pages, {}, ticket, at});
     }
 
     void warnOfMorePages() {
-        for (const auto& [identity, document] : documents_) {
+        for (const PrintedDocument& document : documents_) {
             const std::int64_t rest =
                 document.pages - static_cast<std::int64_t>(document.printed.size());
             if (rest <= 0) continue;
@@ -123,7 +128,7 @@ class TicketsEncoder {
     bool isStopped_ = false;
     Job::Impl job_;
     Problems problems_;
-    std::map<std::string, PrintedDocument> documents_;  // by Drawing::document
+    std::vector<PrintedDocument> documents_;  // in the order of printing
 };
 
 }  // namespace

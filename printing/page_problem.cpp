@@ -37,10 +37,15 @@ ProblemKind kindOf(PdfOutcome outcome) {
     return ProblemKind::kHelperFailed;
 }
 
+bool isWellFormed(const platform::PdfPage& page) {
+    return page.width > 0 && page.height > 0 && page.picture.orientation == 1 &&
+           pictures::isWhole(page.picture);
+}
+
 bool isWellFormed(const DrawnPage& drawn) {
     const bool isDrawn = drawn.result.outcome == PdfOutcome::kDrawn;
     if (isDrawn != drawn.result.page.has_value()) return false;
-    return !isDrawn || pictures::isWhole(drawn.result.page->picture);
+    return !isDrawn || isWellFormed(*drawn.result.page);
 }
 
 // The engine is the application's and may throw.

@@ -163,7 +163,7 @@ class TAVIO_API Ticket {
     // The same from a file.
     Ticket& printerText(Source file);
 
-    // Bytes for the printer as they are, e.g. of a job file.
+    // Bytes for the printer as they are, e.g. of a job file. Null is a problem of encode().
     Ticket& bytes(std::shared_ptr<const Bytes> bytes);
 
     // Prints the logo that is stored in the printer as `number`.
