@@ -38,6 +38,7 @@ bool JobLinks::open(Transport transport, const std::string& address) {
     lastReport_ = {};
     if (!chosen_ && transport == Transport::kBluetooth && bluetoothPrinter_.empty()) {
         lastReport_.failure = "no Bluetooth printer has been chosen";
+        lastReport_.failureKind = FailureKind::kBadAddress;
         return false;
     }
     const std::shared_ptr<Link> link = linkFor(transport);

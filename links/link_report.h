@@ -18,6 +18,32 @@ enum class Outcome : std::uint8_t {
     kAnswered,         // all of it has gone to the printer, which has sent something since
 };
 
+// Why a job failed, for a program to switch on. Kinds may be added.
+enum class FailureKind : std::uint8_t {
+    kNone,         // it did not
+    kBadAddress,   // there is no address of a printer, or a malformed one
+    kNotReached,   // no connection came about: unknown, switched off, in use, not allowed
+    kTimeOut,      // the printer took or acknowledged no byte in time
+    kBrokenOff,    // the connection ended before all bytes had arrived
+    kCancelled,    // Link::cancel() was called
+    kOutOfMemory,  // of this program
+    kOther,        // a reason of this kind of link, e.g. a file that cannot be written
+};
+
+struct TAVIO_API Failure {
+    FailureKind kind = FailureKind::kNone;
+    std::string sentence;  // without a full stop; "" if there was none
+};
+
+// The end of a job that did not fail, if it was not clean: all bytes were sent then, but the printer
+// may not have read all of them.
+enum class LinkRemark : std::uint8_t {
+    kNone,        // it was clean
+    kBrokenOff,   // the printer broke the connection off after it had been sent everything
+    kEndedEarly,  // it ended its side before it had been sent everything, but took the rest
+    kNotEnded,    // it did not end its side within Deadlines::goodbye
+};
+
 // Counts the bytes between an open() and its close(); final after close().
 //
 //   acknowledged <= accepted <= offered
@@ -40,10 +66,12 @@ struct TAVIO_API LinkReport {
 
     // Why the job failed: a sentence without a full stop; "" if it did not.
     std::string failure;
+    FailureKind failureKind = FailureKind::kNone;
 
     // A remark, e.g. that the printer broke the connection off after all bytes had been sent: a
     // sentence without a full stop, or "".
     std::string remark;
+    LinkRemark remarkKind = LinkRemark::kNone;
 };
 
 // Further bytes of a reply are read and dropped.

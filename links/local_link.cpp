@@ -4,15 +4,31 @@
 #include <exception>
 #include <new>
 
+#include "tavio/links/stream_sentences.h"
+
 namespace tavio::links {
 
+namespace {
+
+Failure outOfMemory() {
+    return {FailureKind::kOutOfMemory, "out of memory"};
+}
+
+}  // namespace
+
 bool LocalLink::fail(const std::string& why) {
-    if (report_.failure.empty()) report_.failure = why;
+    return fail(Failure{FailureKind::kOther, why});
+}
+
+bool LocalLink::fail(const Failure& why) {
+    if (!report_.failure.empty() || why.sentence.empty()) return false;
+    report_.failure = why.sentence;
+    report_.failureKind = why.kind;
     return false;
 }
 
 bool LocalLink::failIfCancelled() {
-    return cancelled_.load() && !fail("cancelled");
+    return cancelled_.load() && !fail(cancelledFailure());
 }
 
 bool LocalLink::begin(const std::string& /*address*/) {
@@ -27,7 +43,7 @@ bool LocalLink::open(const std::string& address) {
     try {
         open_ = begin(address) && report_.failure.empty();
     } catch (const std::bad_alloc&) {
-        return fail("out of memory");
+        return fail(outOfMemory());
     } catch (const std::exception& error) {
         return fail(error.what());
     }
@@ -41,7 +57,7 @@ bool LocalLink::write(std::span<const Byte> bytes) {
     try {
         if (!take(bytes)) return fail("the bytes were refused");
     } catch (const std::bad_alloc&) {
-        return fail("out of memory");
+        return fail(outOfMemory());
     } catch (const std::exception& error) {
         return fail(error.what());
     }
@@ -75,7 +91,7 @@ void LocalLink::close() {
         try {
             end();
         } catch (const std::bad_alloc&) {
-            fail("out of memory");
+            fail(outOfMemory());
         } catch (const std::exception& error) {
             fail(error.what());
         }

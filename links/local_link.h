@@ -47,6 +47,7 @@ class TAVIO_API LocalLink : public Link {
 
     // Keeps the first failure of a job; returns false.
     bool fail(const std::string& why);
+    bool fail(const Failure& why);
 
     bool isOpen() const { return open_; }
 

@@ -13,6 +13,7 @@
 #include "tavio/links/background_task.h"
 #include "tavio/links/connecting.h"
 #include "tavio/links/rfcomm_socket.h"
+#include "tavio/links/stream_sentences.h"
 
 namespace tavio::links {
 
@@ -76,6 +77,10 @@ std::string reasonText(int error) {
     }
 }
 
+Failure notReached(std::string sentence) {
+    return {FailureKind::kNotReached, std::move(sentence)};
+}
+
 bool isPassing(int error) {
     return error == EBUSY || error == ECONNRESET || error == ECONNABORTED || error == ENOTCONN;
 }
@@ -115,23 +120,25 @@ std::string RfcommConnection::peer() const {
     return "the printer at " + toText(*address_);
 }
 
-int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, std::string& failure) {
+int RfcommConnection::open(const std::string& /*address*/, Waiter& waiter, Failure& failure) {
     emptyQueue_.reset();
     if (!address_) {
-        failure = printer_.empty() ? std::string("no Bluetooth printer has been named")
-                                   : std::string("\"").append(printer_).append(
-                                         "\" is no Bluetooth address such as 00:11:22:33:44:55/1");
+        failure = {FailureKind::kBadAddress,
+                   printer_.empty()
+                       ? std::string("no Bluetooth printer has been named")
+                       : std::string("\"").append(printer_).append(
+                             "\" is no Bluetooth address such as 00:11:22:33:44:55/1")};
         return -1;
     }
     for (int attempt = 1;; ++attempt) {
         const int descriptor = calls_.socket(kBluetoothFamily, SOCK_STREAM, kRfcommProtocol);
         if (descriptor < 0) {
-            failure = noSocketSentence(errno);
+            failure = notReached(noSocketSentence(errno));
             return -1;
         }
         const int error = connect(descriptor, waiter);
         if (error == 0) return descriptor;
-        failure = error == ECANCELED ? std::string("cancelled") : reasonFor(error);
+        failure = error == ECANCELED ? cancelledFailure() : notReached(reasonFor(error));
         short ready = 0;
         if (!isPassing(error) || attempt == kMaxAttempts ||
             waiter.wait(-1, 0, ready, kPause) != Waiter::Result::kTimeOut ||

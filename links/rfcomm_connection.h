@@ -21,7 +21,7 @@ class RfcommConnection : public Connection {
     RfcommConnection(std::string printer, SystemCalls& calls);
 
     // Tries again for a moment if the kernel or the printer is still ending an earlier connection.
-    int open(const std::string& address, Waiter& waiter, std::string& failure) override;
+    int open(const std::string& address, Waiter& waiter, Failure& failure) override;
     ssize_t send(int descriptor, std::span<const Byte> bytes) override;
     ssize_t receive(int descriptor, std::span<Byte> bytes) override;
 

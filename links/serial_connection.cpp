@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tavio/links/serial_speed.h"
+#include "tavio/links/stream_sentences.h"
 
 namespace tavio::links {
 
@@ -62,22 +63,24 @@ std::string SerialConnection::cannotBeOpened(int error) const {
         .append(std::generic_category().message(error));
 }
 
-int SerialConnection::open(const std::string& /*address*/, Waiter& waiter, std::string& failure) {
+int SerialConnection::open(const std::string& /*address*/, Waiter& waiter, Failure& failure) {
     before_.reset();
     if (!address_) {
-        failure = device_.empty() ? std::string("no serial device has been named")
-                                  : std::string("\"").append(device_).append(
-                                        "\" is no serial device such as /dev/ttyUSB0?baud=9600");
+        failure = {FailureKind::kBadAddress,
+                   device_.empty() ? std::string("no serial device has been named")
+                                   : std::string("\"").append(device_).append(
+                                         "\" is no serial device such as /dev/ttyUSB0?baud=9600")};
         return -1;
     }
+    failure.kind = FailureKind::kNotReached;
     const int descriptor = openDevice(waiter, failure);
-    if (descriptor < 0 || prepare(descriptor, failure)) return descriptor;
+    if (descriptor < 0 || prepare(descriptor, failure.sentence)) return descriptor;
     restore(descriptor);
     calls_.close(descriptor);
     return -1;
 }
 
-int SerialConnection::openDevice(Waiter& waiter, std::string& failure) {
+int SerialConnection::openDevice(Waiter& waiter, Failure& failure) {
     // The pause avoids a busy loop if the call is interrupted again and again.
     constexpr std::chrono::milliseconds kPause{1};
     int descriptor = calls_.open(address_->device.c_str());
@@ -85,7 +88,7 @@ int SerialConnection::openDevice(Waiter& waiter, std::string& failure) {
         short ready = 0;
         const auto result = waiter.wait(-1, 0, ready, kPause);
         if (result == Waiter::Result::kCancelled) {
-            failure = "cancelled";
+            failure = cancelledFailure();
             return -1;
         }
         if (result == Waiter::Result::kFailed || calls_.now() >= waiter.deadline()) {
@@ -94,7 +97,7 @@ int SerialConnection::openDevice(Waiter& waiter, std::string& failure) {
         }
         descriptor = calls_.open(address_->device.c_str());
     }
-    if (descriptor < 0) failure = cannotBeOpened(errno);
+    if (descriptor < 0) failure.sentence = cannotBeOpened(errno);
     return descriptor;
 }
 

@@ -18,7 +18,7 @@ class SerialConnection : public Connection {
 
     // Drops earlier input. Sets CLOCAL: a cable without modem wires is no hang-up. HUPCL and
     // CRTSCTS keep the device's settings.
-    int open(const std::string& address, Waiter& waiter, std::string& failure) override;
+    int open(const std::string& address, Waiter& waiter, Failure& failure) override;
     ssize_t send(int descriptor, std::span<const Byte> bytes) override;
     ssize_t receive(int descriptor, std::span<Byte> bytes) override;
     std::optional<std::uint64_t> unsent(int descriptor) override;
@@ -31,7 +31,7 @@ class SerialConnection : public Connection {
     std::string peer() const override;
 
   private:
-    int openDevice(Waiter& waiter, std::string& failure);
+    int openDevice(Waiter& waiter, Failure& failure);
     bool prepare(int descriptor, std::string& failure);
     void waitForChip(int descriptor);
     void restore(int descriptor);

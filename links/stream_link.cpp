@@ -50,6 +50,14 @@ milliseconds pollInterval(const Deadlines& deadlines) {
     return std::max(deadlines.progress / kPollsPerDeadline, kMinPause);
 }
 
+Failure tooManyFiles() {
+    return {FailureKind::kNotReached, "no connection can be made: too many files are open"};
+}
+
+Failure brokenOff(std::string sentence) {
+    return {FailureKind::kBrokenOff, std::move(sentence)};
+}
+
 bool wouldWait(int error) {
     return error == EAGAIN || error == EWOULDBLOCK;
 }
@@ -111,9 +119,9 @@ bool StreamLink::open(const std::string& address) try {
     close();
     beginJob();
     if (failIfCancelled()) return false;
-    if (!wakeUp_.isOpen()) return fail("no connection can be made: too many files are open");
+    if (!wakeUp_.isOpen()) return fail(tooManyFiles());
     Waiter waiter = waiterFor(deadlines_.connect);
-    std::string why;
+    Failure why;
     descriptor_ = connection_->open(address, waiter, why);
     if (failIfCancelled()) return false;
     return descriptor_ >= 0 || fail(why);
@@ -138,7 +146,7 @@ bool StreamLink::sendAll(std::span<const Byte> bytes) {
     short ready = 0;
     while (!bytes.empty()) {
         if (failIfCancelled()) return false;
-        if (descriptor_ < 0) return fail(closedSentence(connection_->peer()));
+        if (descriptor_ < 0) return fail(brokenOff(closedSentence(connection_->peer())));
         if (const int error = receivePending(); error != 0) return handleDisconnect(error);
         const ssize_t sent = connection_->send(descriptor_, bytes);
         if (sent > 0) {
@@ -172,9 +180,9 @@ bool StreamLink::awaitRoom(Waiter& waiter, std::optional<std::uint64_t>& minUnse
         waiter.setDeadline(calls_.now() + deadlines_.progress);
     }
     minUnsent = unsent;
-    if ((ready & kBrokenOff) != 0) return fail(closedSentence(connection_->peer()));
+    if ((ready & kBrokenOff) != 0) return fail(brokenOff(closedSentence(connection_->peer())));
     const std::string tooLate = idleSentence(connection_->peer(), "took", deadlines_.progress);
-    if (calls_.now() >= waiter.deadline()) return fail(tooLate);
+    if (calls_.now() >= waiter.deadline()) return fail({FailureKind::kTimeOut, tooLate});
     if ((ready & POLLOUT) != 0) {
         const auto result = waiter.wait(-1, 0, ready, kMinPause);
         const bool isOver =
@@ -220,7 +228,7 @@ bool StreamLink::awaitProgress(Waiter& waiter, milliseconds pause) {
     const std::string tooLate =
         idleSentence(connection_->peer(), connection_->isAcknowledged() ? "acknowledged" : "took",
                      deadlines_.progress);
-    if (calls_.now() >= waiter.deadline()) return fail(tooLate);
+    if (calls_.now() >= waiter.deadline()) return fail({FailureKind::kTimeOut, tooLate});
     short ready = 0;
     const short events = ended_ ? 0 : POLLIN;
     const auto result = waiter.wait(descriptor_, events, ready, pause);
@@ -335,10 +343,11 @@ void StreamLink::sayGoodbye() {
     int error = receivePending();
     // A printer that was sent nothing has nothing left to read.
     if (error == 0 && endsAlone && report_.offered > 0) error = awaitEnd();
-    if (error != 0 && report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
+    if (error != 0 && report_.offered > 0)
+        remark(LinkRemark::kBrokenOff, brokenOffSentence(connection_->peer()));
     // The far end ended its side before the job had arrived, not in answer to our end.
     if (report_.remark.empty() && ended_ && arrivedAtEnd_ < report_.accepted) {
-        report_.remark = endedEarlySentence(connection_->peer());
+        remark(LinkRemark::kEndedEarly, endedEarlySentence(connection_->peer()));
     }
 }
 
@@ -352,13 +361,13 @@ int StreamLink::awaitEnd() {
         if (result == Waiter::Result::kCancelled) continue;
         if (result == Waiter::Result::kFailed) return errno;
         if (result == Waiter::Result::kTimeOut) {
-            report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
+            remark(LinkRemark::kNotEnded, noEndSentence(connection_->peer(), deadlines_.goodbye));
             return 0;
         }
         if (const int error = receivePending(); error != 0) return error;
         if ((ready & kBrokenOff) != 0 && (ready & POLLIN) == 0) return ECONNRESET;
         if (!ended_ && calls_.now() >= waiter.deadline()) {
-            report_.remark = noEndSentence(connection_->peer(), deadlines_.goodbye);
+            remark(LinkRemark::kNotEnded, noEndSentence(connection_->peer(), deadlines_.goodbye));
             return 0;
         }
     }
@@ -373,10 +382,11 @@ void StreamLink::closeDescriptor() {
 
 // ---- Failing ------------------------------------------------------------------------------------
 
-bool StreamLink::fail(const std::string& why) {
+bool StreamLink::fail(const Failure& why) {
     if (!report_.failure.empty()) return false;
-    report_.failure = why.empty() ? std::string("the connection failed") : why;
-    report_.remark.clear();
+    report_.failure = why.sentence.empty() ? std::string("the connection failed") : why.sentence;
+    report_.failureKind = why.kind == FailureKind::kNone ? FailureKind::kOther : why.kind;
+    remark(LinkRemark::kNone, "");
     if (descriptor_ < 0) return false;
     // The printer's last bytes may explain the failure.
     receivePending();
@@ -387,9 +397,9 @@ bool StreamLink::fail(const std::string& why) {
 
 bool StreamLink::failBy(Waiter::Result result, const std::string& onTimeOut) {
     const int error = errno;
-    if (result == Waiter::Result::kCancelled) return fail("cancelled");
-    if (result == Waiter::Result::kTimeOut) return fail(onTimeOut);
-    return fail(disconnectedSentence(connection_->peer(), error));
+    if (result == Waiter::Result::kCancelled) return fail(cancelledFailure());
+    if (result == Waiter::Result::kTimeOut) return fail({FailureKind::kTimeOut, onTimeOut});
+    return fail(brokenOff(disconnectedSentence(connection_->peer(), error)));
 }
 
 // The connection is gone. That is a failure only if bytes have not arrived. True if it is none.
@@ -397,22 +407,30 @@ bool StreamLink::handleDisconnect(int error) {
     checkUnsent();
     const bool isOver = report_.offered == 0 ? !reply_.empty() : hasEverything();
     if (!isOver) {
-        return fail(error == 0 ? closedSentence(connection_->peer())
-                               : disconnectedSentence(connection_->peer(), error));
+        return fail(brokenOff(error == 0 ? closedSentence(connection_->peer())
+                                         : disconnectedSentence(connection_->peer(), error)));
     }
-    if (report_.offered > 0) report_.remark = brokenOffSentence(connection_->peer());
+    if (report_.offered > 0) remark(LinkRemark::kBrokenOff, brokenOffSentence(connection_->peer()));
     closeDescriptor();
     return true;
 }
 
 bool StreamLink::failOutOfMemory() noexcept {
-    if (report_.failure.empty()) report_.failure = "out of memory";
+    if (report_.failure.empty()) {
+        report_.failure = "out of memory";  // short enough to need none
+        report_.failureKind = FailureKind::kOutOfMemory;
+    }
     closeDescriptor();
     return false;
 }
 
 bool StreamLink::failIfCancelled() {
-    return cancelled_.load() && !fail("cancelled");
+    return cancelled_.load() && !fail(cancelledFailure());
+}
+
+void StreamLink::remark(LinkRemark kind, const std::string& sentence) {
+    report_.remark = sentence;
+    report_.remarkKind = kind;
 }
 
 // An exception of the observer is dropped.

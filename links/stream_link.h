@@ -29,8 +29,8 @@ class TAVIO_API Connection {
     virtual ~Connection() = default;
 
     // Connects, and waits through `waiter` until its deadline. Returns the descriptor, or -1 with
-    // one sentence in `failure`.
-    virtual int open(const std::string& address, Waiter& waiter, std::string& failure) = 0;
+    // the reason in `failure`.
+    virtual int open(const std::string& address, Waiter& waiter, Failure& failure) = 0;
 
     // Like send() and recv(): the number of bytes, or -1 with errno. 0 received bytes are the end.
     virtual ssize_t send(int descriptor, std::span<const Byte> bytes) = 0;
@@ -125,12 +125,13 @@ class TAVIO_API StreamLink : public Link {
     bool hasEverything() const;
 
     // Each returns false and keeps the job's first failure.
-    bool fail(const std::string& why);
+    bool fail(const Failure& why);
     bool failBy(Waiter::Result result, const std::string& onTimeOut);
     bool handleDisconnect(int error);  // true if the far end has all bytes
     bool failOutOfMemory() noexcept;
 
     bool failIfCancelled();
+    void remark(LinkRemark kind, const std::string& sentence);
     void closeDescriptor();
     Waiter waiterFor(std::chrono::milliseconds deadline) const;
     void reportProgress() noexcept;

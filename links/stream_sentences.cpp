@@ -5,6 +5,10 @@
 
 namespace tavio::links {
 
+Failure cancelledFailure() {
+    return {FailureKind::kCancelled, "cancelled"};
+}
+
 std::string closedSentence(const std::string& peer) {
     return peer + " closed the connection";
 }

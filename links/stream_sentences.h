@@ -5,7 +5,12 @@
 #include <chrono>
 #include <string>
 
+#include "tavio/links/link_report.h"
+
 namespace tavio::links {
+
+// The failure of every link that was cancelled.
+Failure cancelledFailure();
 
 // "the printer at ... closed the connection"
 std::string closedSentence(const std::string& peer);

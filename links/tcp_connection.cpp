@@ -8,6 +8,7 @@
 
 #include "tavio/links/address_lookup.h"
 #include "tavio/links/connecting.h"
+#include "tavio/links/stream_sentences.h"
 
 namespace tavio::links {
 
@@ -35,15 +36,17 @@ std::string TcpConnection::cannotBeReached(int error) const {
     return peer().append(" cannot be reached: ").append(std::generic_category().message(error));
 }
 
-int TcpConnection::open(const std::string& address, Waiter& waiter, std::string& failure) {
+int TcpConnection::open(const std::string& address, Waiter& waiter, Failure& failure) {
     address_ = parseTcpAddress(address);
     if (!address_) {
-        failure = address.empty() ? std::string("no address of a printer was given")
-                                  : std::string("\"").append(address).append(
-                                        "\" is no network address such as 192.168.1.50:9100");
+        failure = {FailureKind::kBadAddress,
+                   address.empty() ? std::string("no address of a printer was given")
+                                   : std::string("\"").append(address).append(
+                                         "\" is no network address such as 192.168.1.50:9100")};
         return -1;
     }
-    auto addresses = findAddresses(*address_, waiter, failure);
+    failure.kind = FailureKind::kNotReached;
+    auto addresses = findAddresses(*address_, waiter, failure.sentence);
     if (addresses.size() > kMaxAddresses) addresses.resize(kMaxAddresses);
     for (std::size_t i = 0; i < addresses.size(); ++i) {
         const SystemCalls::Time now = calls_.now();
@@ -55,8 +58,11 @@ int TcpConnection::open(const std::string& address, Waiter& waiter, std::string&
         const int descriptor = connectTo(addresses.at(i), attempt);
         const int error = errno;
         if (descriptor >= 0) return descriptor;
-        failure = error == ECANCELED ? std::string("cancelled") : cannotBeReached(error);
-        if (error == ECANCELED) break;
+        if (error == ECANCELED) {
+            failure = cancelledFailure();
+            break;
+        }
+        failure.sentence = cannotBeReached(error);
     }
     return -1;
 }

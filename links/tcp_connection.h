@@ -14,7 +14,7 @@ class TcpConnection : public Connection {
   public:
     explicit TcpConnection(SystemCalls& calls) : calls_(calls) {}
 
-    int open(const std::string& address, Waiter& waiter, std::string& failure) override;
+    int open(const std::string& address, Waiter& waiter, Failure& failure) override;
 
     // Passes on at most a few thousand bytes at once.
     ssize_t send(int descriptor, std::span<const Byte> bytes) override;
