@@ -32,7 +32,7 @@ struct TAVIO_API ReplyPattern {
     bool operator==(const ReplyPattern&) const = default;
 };
 
-// The first row that matches counts.
+// The first row that matches counts. A prefix or a part of no characters matches every reply.
 //
 //   ReplyTable table{{PrinterState::kReady, Match::kExact, "OK"},
 //                    {PrinterState::kOutOfPaper, Match::kContains, "PAPER"}};

@@ -1,0 +1,155 @@
+#include "tavio/printing/sending.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "tavio/printing/guarded_link.h"
+#include "tavio/printing/link_result.h"
+
+namespace tavio::printing {
+
+namespace {
+
+// The progress function of the application, until it throws.
+class Progress {
+  public:
+    Progress(const PrintOptions& options, std::uint64_t total)
+        : function_(options.progress), total_(total) {}
+
+    bool isWanted() const { return function_ != nullptr; }
+
+    void tell(const links::Progress& progress) noexcept {
+        if (failure_.kind != links::FailureKind::kNone) return;
+        try {
+            function_(std::min(progress.accepted, total_), total_);
+        } catch (...) {
+            failure_ = failureOf(std::current_exception(), "the progress function failed");
+        }
+    }
+
+    void addFailure(std::vector<Remark>& remarks) noexcept {
+        if (failure_.kind == links::FailureKind::kNone) return;
+        addRemark(remarks, RemarkKind::kCallbackFailed, std::move(failure_.sentence));
+    }
+
+  private:
+    const std::function<void(std::uint64_t, std::uint64_t)>& function_;
+    std::uint64_t total_;
+    links::Failure failure_;
+};
+
+// The printer's replies during a job.
+struct Replies {
+    Text before;              // asked for before the first byte
+    bool areAwaited = false;  // the job waits for a better one
+    Text after;               // asked for after the last byte
+};
+
+bool confirms(const Text& reply, const ReplyTable& table) {
+    return reply && (table.empty() || stateOf(*reply, table) == PrinterState::kReady);
+}
+
+Replies converse(GuardedLink& link, const Job& job, const PrintOptions& options,
+                 const ReplyTable& table) noexcept {
+    Replies replies;
+    if (!link.open()) return replies;
+    if (options.readyBefore) {
+        replies.before = link.read();
+        replies.areAwaited = !confirms(replies.before, table);
+        if (replies.areAwaited) return replies;
+    }
+    if (!link.write(job.bytes()) || !options.readyAfter) return replies;
+    if (link.drain()) replies.after = link.read();
+    return replies;
+}
+
+// What the printer sent after its reply `before`, if anything.
+Text lastReply(const Replies& replies, const Text& all) {
+    if (replies.after) return replies.after;
+    if (!replies.before || !all) return all ? all : replies.before;
+    if (all->size() <= replies.before->size()) return replies.before;
+    return all->substr(replies.before->size());
+}
+
+std::string whyNotReady(const Text& reply, const ReplyTable& table) {
+    if (!reply) return "it sent no reply";
+    return std::string("its reply means: ").append(nameOf(stateOf(*reply, table)));
+}
+
+void addReplies(PrintResult& result, const Replies& replies, const links::LinkReport& report,
+                const PrintOptions& options, const ReplyTable& table) {
+    result.reply = lastReply(replies, report.reply);
+    if (result.reply) result.state = stateOf(*result.reply, table);
+    if (replies.areAwaited && report.failure.empty()) {
+        addRemark(
+            result.remarks, RemarkKind::kNotReady,
+            "the printer is not ready, so nothing was sent: " + whyNotReady(replies.before, table));
+    }
+    const bool isConfirmed = report.answered && confirms(replies.after, table);
+    if (options.readyAfter && result.isGood() && !isConfirmed) {
+        const Text& reply = report.answered ? replies.after : std::nullopt;
+        addRemark(result.remarks, RemarkKind::kNotConfirmed,
+                  "the printer has not confirmed the job: " + whyNotReady(reply, table));
+    }
+}
+
+PrintResult withoutMemory(PrintResult result) noexcept {
+    addRemark(result.remarks, RemarkKind::kOutOfMemory, "out of memory");
+    return result;
+}
+
+PrintResult send(const Job& job, const PrintOptions& options, const ReplyTable& table,
+                 GuardedLink& link, const TurnQueue::Turn& turn) noexcept {
+    PrintResult result;
+    result.total = job.bytes().size();
+    try {
+        result.elements.resize(job.elements().size());
+        Progress progress(options, result.total);
+        if (progress.isWanted()) {
+            link.observeProgress([&](const links::Progress& now) { progress.tell(now); });
+        }
+        const Replies replies = converse(link, job, options, table);
+        link.close();
+        link.observeProgress({});
+        const links::LinkReport report = link.report(result.total);
+        setCounts(result, report, job);
+        addFailure(result.remarks, report, turn.isCancelled());
+        addLinkRemark(result.remarks, report);
+        progress.addFailure(result.remarks);
+        addReplies(result, replies, report, options, table);
+    } catch (const std::exception&) {
+        return withoutMemory(std::move(result));
+    }
+    if (!result.isGood() && result.remarks.empty()) {
+        addRemark(result.remarks, RemarkKind::kLinkFailed, "the printer may lack bytes of it");
+    }
+    return result;
+}
+
+}  // namespace
+
+PrintResult sendInTurn(const Job& job, const PrintOptions& options, const ReplyTable& replies,
+                       const LinkMaker& makeLink, TurnQueue::Turn& turn) noexcept {
+    if (job.bytes().empty()) return unsent(job, RemarkKind::kEmptyJob, "the job has no bytes");
+    if (!turn.await()) return unsent(job, RemarkKind::kCancelled, "cancelled");
+    GuardedLink link(makeLink, turn);
+    return send(job, options, replies, link, turn);
+}
+
+StatusResult askInTurn(const ReplyTable& replies, const LinkMaker& makeLink,
+                       TurnQueue::Turn& turn) noexcept {
+    StatusResult result;
+    if (!turn.await()) {
+        addRemark(result.remarks, RemarkKind::kCancelled, "cancelled");
+        return result;
+    }
+    GuardedLink link(makeLink, turn);
+    if (link.open()) result.reply = link.read();
+    link.close();
+    if (result.reply) result.state = stateOf(*result.reply, replies);
+    addFailure(result.remarks, link.report(0), turn.isCancelled());
+    return result;
+}
+
+}  // namespace tavio::printing
