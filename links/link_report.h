@@ -35,8 +35,8 @@ struct TAVIO_API Failure {
     std::string sentence;  // without a full stop; "" if there was none
 };
 
-// The end of a job that did not fail, if it was not clean: all bytes were sent then, but the printer
-// may not have read all of them.
+// The end of a job that did not fail, if it was not clean: all bytes were sent then, but the
+// printer may not have read all of them.
 enum class LinkRemark : std::uint8_t {
     kNone,        // it was clean
     kBrokenOff,   // the printer broke the connection off after it had been sent everything

@@ -35,8 +35,8 @@ class GuardedLink {
     void close() noexcept;
     void observeProgress(links::ProgressObserver observer) noexcept;
 
-    // The link's report of a job of `total` bytes, whether or not all of them were offered. If it is
-    // not known how many bytes were accepted, all may have been.
+    // The link's report of a job of `total` bytes, whether or not all of them were offered. If it
+    // is not known how many bytes were accepted, all may have been.
     links::LinkReport report(std::uint64_t total) noexcept;
 
   private:

@@ -15,8 +15,8 @@ struct TAVIO_API PrintOptions {
     bool readyBefore = false;  // else nothing is sent: kNotReady
     bool readyAfter = false;   // else the remark kNotConfirmed
 
-    // Called while bytes are sent, on the thread that sends: bytes sent so far, bytes of the job. It
-    // must not call the printer.
+    // Called while bytes are sent, on the thread that sends: bytes sent so far, bytes of the job.
+    // It must not call the printer.
     std::function<void(std::uint64_t sent, std::uint64_t total)> progress = {};
 };
 

@@ -26,12 +26,13 @@ struct TAVIO_API PrinterOptions {
     ReplyTable replies = {};
 };
 
-// All functions may be called on any thread at any time, and none throws. Jobs are sent one after the
-// other in the order of the calls, each over a connection of its own. Nothing is ever sent twice.
+// All functions may be called on any thread at any time, and none throws. Jobs are sent one after
+// the other in the order of the calls, each over a connection of its own. Nothing is ever sent
+// twice.
 class TAVIO_API Printer {
   public:
-    // address: as in printer_address.h. Nothing is connected yet. With any other text every job ends
-    // in kBadAddress.
+    // address: as in printer_address.h. Nothing is connected yet. With any other text every job
+    // ends in kBadAddress.
     explicit Printer(std::string address, PrinterOptions options = {}) noexcept;
 
     // A printer over links of the application's own. A null function: kBadAddress.
@@ -43,8 +44,8 @@ class TAVIO_API Printer {
     Printer(const Printer&) = delete;
     Printer& operator=(const Printer&) = delete;
 
-    // Sends the job and waits for its end. In a callback of submit() it may wait for ever, for the jobs
-    // that were submitted after that one.
+    // Sends the job and waits for its end. In a callback of submit() it may wait for ever, for the
+    // jobs that were submitted after that one.
     [[nodiscard]] PrintResult print(const Job& job, const PrintOptions& options = {}) noexcept;
 
     // Sends the job on a thread of the printer's own, which is started for it and ends when no job
@@ -57,8 +58,8 @@ class TAVIO_API Printer {
     using Callback = std::function<void(const PrintResult&)>;
     void submit(const Job& job, const PrintOptions& options, const Callback& callback) noexcept;
 
-    // Ends the running job as soon as possible, and all that wait; their results say kCancelled. Jobs
-    // that come later are printed.
+    // Ends the running job as soon as possible, and all that wait; their results say kCancelled.
+    // Jobs that come later are printed.
     void cancel() noexcept;
 
     // The number of jobs that are running or waiting.

@@ -16,8 +16,8 @@
 
 namespace tavio::printing {
 
-// Makes the link for one job; called on the thread that sends. Link::open() is given an empty address.
-// It must not return null. If it throws, or the link does, the job ends in kLinkFailed.
+// Makes the link for one job; called on the thread that sends. Link::open() is given an empty
+// address. It must not return null. If it throws, or the link does, the job ends in kLinkFailed.
 using LinkMaker = std::function<std::shared_ptr<links::Link>()>;
 
 // Links to the printer at this address; a null function if it is none.

@@ -37,8 +37,8 @@ class TurnQueue::Turn {
 
     bool isCancelled() const;
 
-    // The link that is cancelled with the turn from now on, also if the turn was cancelled before. It
-    // must live until null is given.
+    // The link that is cancelled with the turn from now on, also if the turn was cancelled before.
+    // It must live until null is given.
     void use(links::Link* link);
 
   private:

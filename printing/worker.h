@@ -22,8 +22,8 @@ class Worker {
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    // Has the work done after all that was added before; it must not throw. False if no thread can be
-    // started: then it is not done.
+    // Has the work done after all that was added before; it must not throw. False if no thread can
+    // be started: then it is not done.
     bool add(Work work);
 
     static std::thread startThread(Work run);
