@@ -57,6 +57,27 @@ std::string encryptedDocument() {
     return builder.finish("/Root 1 0 R /Encrypt 4 0 R /ID [<00> <00>]");
 }
 
+std::string endlessDocument() {
+    PdfBuilder builder;
+    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
+    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
+    builder.add(
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Contents 4 0 R"
+        " /Resources << /XObject << /F 5 0 R >> >> >>");
+    builder.addStream("", "/F Do");
+    std::string drawNext;
+    for (int i = 0; i < 50; ++i) drawNext += "/F Do ";
+    for (int next = 6; next <= 10; ++next) {
+        builder.addStream(
+            "/Type /XObject /Subtype /Form /BBox [0 0 100 100] /Resources"
+            " << /XObject << /F " +
+                std::to_string(next) + " 0 R >> >>",
+            drawNext);
+    }
+    builder.addStream("/Type /XObject /Subtype /Form /BBox [0 0 100 100]", "0 0 90 90 re f");
+    return builder.finish("/Root 1 0 R");
+}
+
 platform::Url DocumentFolder::write(std::string_view name, std::string_view bytes) const {
     std::ofstream file(path(name), std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

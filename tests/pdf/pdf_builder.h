@@ -36,6 +36,10 @@ std::string documentOf(const std::vector<PageText>& pages, std::string_view inhe
 // A document that needs a password.
 std::string encryptedDocument();
 
+// A document whose page takes far too long to draw: nested forms that each draw the next one fifty
+// times, 50^5 rectangles.
+std::string endlessDocument();
+
 // A folder for documents, gone with the object. What cannot be written throws.
 class DocumentFolder : public TemporaryFolder {
   public:

@@ -34,28 +34,6 @@ std::string blankPage(const std::string& size) {
     return documentOf({{"/MediaBox [0 0 " + size + "]", ""}});
 }
 
-// Nested forms that each draw the next one fifty times: 50^5 rectangles.
-std::string endlessPage() {
-    PdfBuilder builder;
-    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
-    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
-    builder.add(
-        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Contents 4 0 R"
-        " /Resources << /XObject << /F 5 0 R >> >> >>");
-    builder.addStream("", "/F Do");
-    std::string drawNext;
-    for (int i = 0; i < 50; ++i) drawNext += "/F Do ";
-    for (int next = 6; next <= 10; ++next) {
-        builder.addStream(
-            "/Type /XObject /Subtype /Form /BBox [0 0 100 100] /Resources"
-            " << /XObject << /F " +
-                std::to_string(next) + " 0 R >> >>",
-            drawNext);
-    }
-    builder.addStream("/Type /XObject /Subtype /Form /BBox [0 0 100 100]", "0 0 90 90 re f");
-    return builder.finish("/Root 1 0 R");
-}
-
 TEST_F(PdfOutcomes, AMissingFileIsUnreadable) {
     EXPECT_EQ(outcomeOfPath(folder_.path("missing.pdf")), PdfOutcome::kUnreadable);
 }
@@ -123,17 +101,17 @@ TEST_F(PdfOutcomes, ACropBoxBesideTheMediaBoxHasNoSize) {
 }
 
 TEST_F(PdfOutcomes, AnEndlessPageIsStoppedByTheProcessorTime) {
-    EXPECT_EQ(outcome(endlessPage(), {.cpu = std::chrono::seconds(1)}), PdfOutcome::kCpuLimit);
+    EXPECT_EQ(outcome(endlessDocument(), {.cpu = std::chrono::seconds(1)}), PdfOutcome::kCpuLimit);
 }
 
 TEST_F(PdfOutcomes, TheProcessorTimeHoldsWhereTheApplicationIgnoresItsSignal) {
     const auto before = std::signal(SIGXCPU, SIG_IGN);
-    EXPECT_EQ(outcome(endlessPage(), {.cpu = std::chrono::seconds(0)}), PdfOutcome::kCpuLimit);
+    EXPECT_EQ(outcome(endlessDocument(), {.cpu = std::chrono::seconds(0)}), PdfOutcome::kCpuLimit);
     std::signal(SIGXCPU, before);
 }
 
 TEST_F(PdfOutcomes, AnEndlessPageIsStoppedByTheClock) {
-    EXPECT_EQ(outcome(endlessPage(), {.wall = std::chrono::milliseconds(200)}),
+    EXPECT_EQ(outcome(endlessDocument(), {.wall = std::chrono::milliseconds(200)}),
               PdfOutcome::kWallLimit);
     EXPECT_EQ(outcome(blankPage("10 10"), {.wall = std::chrono::milliseconds(-5)}),
               PdfOutcome::kWallLimit);
