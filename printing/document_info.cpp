@@ -22,7 +22,8 @@ constexpr double kPointsPerInch = 72;
 bool looksLikePdf(std::span<const Byte> file) {
     constexpr std::string_view kSignature = "%PDF-";
     const auto start = file.first(std::min<std::size_t>(file.size(), 1024));
-    return !std::ranges::search(start, kSignature).empty();
+    return std::search(start.begin(), start.end(), kSignature.begin(), kSignature.end()) !=
+           start.end();
 }
 
 std::string_view textOf(const Bytes& file) {

@@ -14,8 +14,9 @@
 namespace tavio::printing::test {
 
 // A job with these elements.
-inline Job jobOf(const std::vector<std::string>& elements) {
+inline Job jobOf(const std::vector<std::string>& elements, const TicketSettings& settings = {}) {
     auto impl = std::make_shared<Job::Impl>();
+    impl->settings = settings;
     for (const std::string& text : elements) {
         EncodedElement element;
         element.element = impl->elements.size();
