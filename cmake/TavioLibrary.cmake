@@ -4,7 +4,7 @@
 add_custom_target(tavio_offered)
 
 # tavio_library(<name> FOLDER <folder> HEADERS <file>... [LINKS <name>...] [NEEDS <target>...]
-#               [KEEPS <symbol>] [ALWAYS_STATIC])
+#               [KEEPS <symbol>] [HOLDS <name>] [ALWAYS_STATIC])
 #
 # The target tavio_<name> has been made by add_library(... STATIC ...). It is the whole library, for
 # the programs and tests of this project, which call inner functions too. Others link Tavio::<name>:
@@ -15,9 +15,11 @@ add_custom_target(tavio_offered)
 # LINKS: libraries of this project that the headers need
 # NEEDS: other libraries, which no public header includes
 # KEEPS: a symbol of the library that is linked in even if a program does not name it
+# HOLDS: a library of this project whose inner functions it calls. A shared library exports no inner
+#   functions, so this one has copies of its own; none of them may use module-wide state.
 # ALWAYS_STATIC: for a library without state, of which a process may have several copies
 function(tavio_library name)
-  cmake_parse_arguments(ARG "ALWAYS_STATIC" "FOLDER;KEEPS" "HEADERS;LINKS;NEEDS" ${ARGN})
+  cmake_parse_arguments(ARG "ALWAYS_STATIC" "FOLDER;KEEPS;HOLDS" "HEADERS;LINKS;NEEDS" ${ARGN})
   set(suffixes "")
   if(BUILD_SHARED_LIBS)
     set(suffixes _offered)
@@ -40,6 +42,10 @@ function(tavio_library name)
     string(REPLACE _ - output tavio-${name})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} EXPORT_NAME ${name})
   endforeach()
+  if(ARG_HOLDS AND BUILD_SHARED_LIBS)
+    target_link_libraries(${offered} PRIVATE tavio_${ARG_HOLDS})
+    target_link_options(${offered} PRIVATE "LINKER:--exclude-libs,ALL")
+  endif()
   tavio_compile(tavio_${name})
   tavio_precompile(tavio_${name})
   # Only what is marked TAVIO_API can be seen from outside a shared library.
