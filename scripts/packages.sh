@@ -3,7 +3,8 @@
 
 build_packages=(
   g++ cmake ninja-build pkg-config
-  libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libexpected-dev libcli11-dev libcpp-httplib-dev
+  libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libexpected-dev libcli11-dev libtomlplusplus-dev
+  libcpp-httplib-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
 )
 test_packages=(libgtest-dev iproute2)
