@@ -34,7 +34,8 @@ struct TAVIO_API Size {
 };
 
 // On the upright ticket, in dots from the top left corner of what can be printed (see ticketSize). It
-// may reach past the ticket.
+// may reach past the ticket. It is where the element is meant to lie: docs/stream.md lists which
+// graphics printers put elsewhere, and a preview (preview.h) shows them there.
 struct TAVIO_API Rectangle {
     std::int64_t left = 0;
     std::int64_t top = 0;
