@@ -65,9 +65,10 @@ class TicketsEncoder {
         tellProgress();
         const std::size_t offset = job_.bytes.size();
         auto encoded = appendElement(element, layout, options_, job_.bytes);
-        if (encoded && job_.bytes.size() > encoder::kMaxStreamBytes)
+        if (encoded && job_.bytes.size() > encoder::kMaxStreamBytes) {
             encoded =
                 problem(ProblemKind::kTooLarge, "the job has more than 2^31 - 1 bytes: divide it");
+        }
         if (!encoded) {
             job_.bytes.resize(offset);
             return add(std::move(encoded.error()), ticket, at);

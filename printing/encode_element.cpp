@@ -63,9 +63,10 @@ class ElementEncoder {
     }
 
     Result operator()(const element::RawBytes& raw) const {
-        if (!raw.bytes)
+        if (!raw.bytes) {
             return problem(ProblemKind::kDamaged,
                            "there are no bytes to send: the pointer is null");
+        }
         bytes_.insert(bytes_.end(), raw.bytes->begin(), raw.bytes->end());
         return EncodedParts{};
     }

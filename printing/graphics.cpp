@@ -107,9 +107,10 @@ tl::unexpected<Problem> tooLarge(const std::string& name, DotSize size) {
 Expected<std::vector<Warning>, Problem> appendGraphics(Drawing drawing, const Layout& layout,
                                                        const GraphicsOrder& order, Bytes& bytes) {
     const DotSize size = drawing.size;
-    if (size.width <= 0 || size.height <= 0)
+    if (size.width <= 0 || size.height <= 0) {
         return problem(ProblemKind::kNoDots, drawing.name + " comes to " + dotsText(size) +
                                                  ", so there is nothing to print: enlarge it");
+    }
     if (!imaging::isPrintableSize(size.width, size.height)) return tooLarge(drawing.name, size);
 
     bool isTransparent = false;

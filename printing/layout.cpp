@@ -24,9 +24,10 @@ bool isStock(const Stock& stock) {
 }
 
 StockSize inchesOf(const Stock& stock, bool isLandscape) {
-    if (!stock.isCustom())
+    if (!stock.isCustom()) {
         return settings::sizeOf(settings::kStocks[static_cast<std::size_t>(stock.index())],
                                 isLandscape);
+    }
     const StockSize size = stock.inches();
     return isLandscape ? size : StockSize{size.height, size.width};
 }
