@@ -2,11 +2,14 @@
 
 #include <vector>
 
+#include "tools/common/json.h"
 #include "tools/tavio-printer/web/command_page.h"
-#include "tools/tavio-printer/web/json.h"
 
 namespace tavio::virtual_printer {
 namespace {
+
+using command_line::jsonArray;
+using command_line::JsonObject;
 
 const char* nameOf(Orientation orientation) {
     return orientation == Orientation::kPortrait ? "portrait" : "landscape";

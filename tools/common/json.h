@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace tavio::virtual_printer {
+namespace tavio::command_line {
 
 // The text between quotation marks, safe in JSON and within a page: "<", ">" and "&" are escaped
 // like control characters, and bytes that are not UTF-8 become U+FFFD.
@@ -42,4 +42,4 @@ class JsonObject {
     std::string members_ = "{";
 };
 
-}  // namespace tavio::virtual_printer
+}  // namespace tavio::command_line

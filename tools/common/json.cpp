@@ -1,9 +1,9 @@
-#include "tools/tavio-printer/web/json.h"
+#include "tools/common/json.h"
 
 #include <array>
 #include <cstddef>
 
-namespace tavio::virtual_printer {
+namespace tavio::command_line {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
@@ -88,4 +88,4 @@ JsonObject& JsonObject::json(std::string_view name, std::string_view value) {
     return *this;
 }
 
-}  // namespace tavio::virtual_printer
+}  // namespace tavio::command_line

@@ -1,10 +1,10 @@
-#include "tools/tavio-printer/web/json.h"
+#include "tools/common/json.h"
 
 #include <array>
 
 #include <gtest/gtest.h>
 
-namespace tavio::virtual_printer {
+namespace tavio::command_line {
 namespace {
 
 TEST(Json, TextsAreQuotedAndEscaped) {
@@ -50,4 +50,4 @@ TEST(Json, NumbersOf64BitsAreWholeNumbers) {
 }
 
 }  // namespace
-}  // namespace tavio::virtual_printer
+}  // namespace tavio::command_line
