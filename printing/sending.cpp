@@ -131,7 +131,8 @@ PrintResult send(const Job& job, const PrintOptions& options, const ReplyTable& 
 
 PrintResult sendInTurn(const Job& job, const PrintOptions& options, const ReplyTable& replies,
                        const LinkMaker& makeLink, TurnQueue::Turn& turn) noexcept {
-    if (job.bytes().empty()) return unsent(job, RemarkKind::kEmptyJob, "the job has no bytes");
+    if (job.bytes().empty())
+        return unsent(job, RemarkKind::kEmptyJob, "the job is empty, so there was nothing to send");
     if (!turn.await()) return unsent(job, RemarkKind::kCancelled, "cancelled");
     GuardedLink link(makeLink, turn);
     return send(job, options, replies, link, turn);
