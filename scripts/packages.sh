@@ -7,7 +7,7 @@ build_packages=(
   libcpp-httplib-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
 )
-test_packages=(libgtest-dev iproute2)
+test_packages=(libgtest-dev iproute2 python3-jsonschema)
 check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)
 browser_packages=(chromium) # and Node.js with npm, see need_node
 # To build for AArch64 and run the programs; name:architecture is another processor's package.

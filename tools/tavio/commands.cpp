@@ -1,139 +1,140 @@
 #include "tools/tavio/commands.h"
 
-#include <cstdint>
 #include <iostream>
+#include <memory>
+#include <sstream>
 
-#include "TavioIpadSDK/TavioIpadSDK.h"
 #include "tavio/virtual-printer/decode_listing.h"
-#include "tools/common/printable.h"
 #include "tools/tavio/destination.h"
-#include "tools/tavio/document.h"
+#include "tools/tavio/exit_status.h"
 #include "tools/tavio/failure.h"
+#include "tools/tavio/info.h"
 #include "tools/tavio/input_file.h"
-#include "tools/tavio/job.h"
+#include "tools/tavio/job_command.h"
+#include "tools/tavio/picture_files.h"
+#include "tools/tavio/printer_delivery.h"
 #include "tools/tavio/stocks.h"
-#include "tools/tavio/ticket_fit.h"
 
 namespace tavio::tool {
 
 namespace {
 
-void sendDocument(const Options& options, Console& console) {
-    Destination destination = destinationOf(options);
-    Use use = options.command == Command::kPrint ? Use::kPrint : Use::kLogo;
-    configure(options.settings);
-    Document document = prepareDocument(options.file, use, replacedFile(options.target), console);
-    if (document.size) {
-        for (const std::string& warning :
-             fitWarnings(*document.size, use, options.row, options.column, options.settings)) {
-            console.warn(warning);
-        }
+constexpr int kGood = static_cast<int>(ExitStatus::kGood);
+
+int preview(const Options& options, Report& report) {
+    const std::string& path = options.files.front();
+    if (areSameFile(path, options.output)) {
+        throw Failure(path + " is the job itself, so choose another place with --output");
     }
-    Job job;
-    // The result is ignored: for a picture it is false even after success.
-    job.send = [&] {
-        if (use == Use::kPrint) SendFile(document.url, options.row, options.column);
-        if (use == Use::kLogo) DownloadLogo(document.url, options.logo);
-    };
-    job.damage = document.damage;
-    runJob(options, destination, console, job);
+    auto bytes = std::make_shared<const Bytes>(InputFile(path).rest());
+    const auto job = printing::encode(
+        printing::Ticket(ticketSettings(options.settings)).bytes(std::move(bytes)));
+    if (!job) throw Failure(job.error().front().sentence);
+    writePictures(*job, options.output, report);
+    report.outcome("written");
+    return kGood;
 }
 
-void sendText(const Options& options, Console& console) {
-    const auto& text = options.text;
-    if (!platform::decodeUtf8({reinterpret_cast<const Byte*>(text.data()), text.size()})) {
-        throw Failure("the text to send is not UTF-8");
-    }
-    runJob(options, console, [&] { SendString(text); });
-}
-
-void refuseOverwriting(const InputFile& file, const std::string& path, const std::string& output,
-                       const char* option) {
-    if (file.isAt(output)) {
-        throw Failure(path + " is the job itself, so choose another place with " + option);
-    }
-}
-
-void sendPieces(InputFile& file, const links::Link& link) {
-    for (auto bytes = file.next(); !bytes.empty(); bytes = file.next()) {
-        SendData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
-        if (!link.failure().empty()) return;
-    }
-}
-
-void sendRaw(const Options& options, Console& console) {
-    InputFile file(options.file);
-    refuseOverwriting(file, options.file, replacedFile(options.target), "--to");
-    Destination destination = destinationOf(options);
-    runJob(options, destination, console,
-           {[&] { sendPieces(file, *destination.link); }, file.size()});
-}
-
-void showStatus(const Options& options, Console& console) {
-    const std::string reply = readReply(options, console);
-    console.clear();
-    std::cout << command_line::printable(reply) << '\n';
-    flushStandardOutput();
-}
-
-void preview(const Options& options, Console& console) {
-    console.stage("drawing the tickets");
-    InputFile file(options.file);
-    refuseOverwriting(file, options.file, options.output, "--output");
-    links::PreviewLink link(options.output, printerSettings(options.settings));
-    bool good = link.open("");
-    for (auto bytes = file.next(); good && !bytes.empty(); bytes = file.next()) {
-        good = link.write(bytes);
-    }
-    link.close();
-    if (!link.commit()) throw Failure(link.failure());
-    reportPreview(link, console);
-}
-
-void decode(const Options& options, Console& console) {
-    if (!standardOutputIsTerminal()) console.stage("decoding");
-    InputFile file(options.file);
-    virtual_printer::DecodeListing listing(std::cout);
-    for (auto bytes = file.next(); std::cout && !bytes.empty(); bytes = file.next()) {
+void feed(InputFile& file, std::ostream& out) {
+    virtual_printer::DecodeListing listing(out);
+    for (auto bytes = file.next(); out && !bytes.empty(); bytes = file.next()) {
         listing.feed(bytes);
     }
     listing.finish();
-    flushStandardOutput();
 }
 
-void listStocks() {
-    std::cout << stocksTable();
-    flushStandardOutput();
+// The listing as one text per line.
+std::string listingJson(InputFile& file) {
+    std::stringstream text;
+    feed(file, text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);) {
+        lines.push_back(command_line::jsonText(line));
+    }
+    return command_line::jsonArray(lines);
+}
+
+int decode(const Options& options, Report& report) {
+    if (!standardOutputIsTerminal()) report.console().stage("decoding");
+    InputFile file(options.files.front());
+    if (report.isJson()) {
+        report.member("listing", listingJson(file));
+    } else {
+        feed(file, std::cout);
+    }
+    report.outcome("told");
+    return kGood;
+}
+
+int listStocks(Report& report) {
+    if (!report.isJson()) std::cout << stocksTable();
+    report.member("stocks", stocksJson());
+    report.outcome("told");
+    return kGood;
 }
 
 }  // namespace
 
-void runCommand(const Options& options, Console& console) {
-    switch (options.command) {
+const char* nameOf(Command command) {
+    switch (command) {
         case Command::kPrint:
+            return "print";
         case Command::kLogoStore:
-            return sendDocument(options, console);
+            return "logo store";
         case Command::kLogoPrint:
-            return runJob(options, console,
-                          [&] { PrintLogo(options.logo, options.row, options.column); });
+            return "logo print";
         case Command::kSend:
-            return sendText(options, console);
+            return "send";
+        case Command::kText:
+            return "text";
         case Command::kRaw:
-            return sendRaw(options, console);
+            return "raw";
         case Command::kCut:
-            return runJob(options, console, PrintCut);
+            return "cut";
         case Command::kEject:
-            return runJob(options, console, PrintNoCut);
+            return "eject";
         case Command::kClear:
-            return runJob(options, console, ClearMemory);
+            return "clear";
+        case Command::kRun:
+            return "run";
         case Command::kStatus:
-            return showStatus(options, console);
+            return "status";
         case Command::kPreview:
-            return preview(options, console);
+            return "preview";
         case Command::kDecode:
-            return decode(options, console);
+            return "decode";
+        case Command::kInfo:
+            return "info";
         case Command::kStocks:
-            return listStocks();
+            return "stocks";
+        case Command::kPrintersAdd:
+            return "printers add";
+        case Command::kPrintersRemove:
+            return "printers remove";
+        case Command::kPrintersList:
+            return "printers list";
+        case Command::kPrintersDefault:
+            return "printers default";
+        case Command::kSettings:
+            break;
+    }
+    return "";
+}
+
+int runCommand(const Options& options, Report& report) {
+    switch (options.command) {
+        case Command::kStatus:
+            return tellStatus(destinationOf(options), options, report);
+        case Command::kPreview:
+            return preview(options, report);
+        case Command::kDecode:
+            return decode(options, report);
+        case Command::kInfo:
+            return tellInfo(options, report);
+        case Command::kStocks:
+            return listStocks(report);
+        default:
+            return runJob(options, report);
     }
 }
 

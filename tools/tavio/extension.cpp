@@ -70,7 +70,7 @@ DocumentKind documentKind(const std::string& path, std::string_view extension, U
     auto kind = kindOf(extension);
     if (kind && serves(*kind, use)) return *kind;
     const char* verb = use == Use::kPrint ? " cannot be printed: " : " cannot become a logo: ";
-    throw Failure(path + verb + whyNot(extension, use) + "; " + supported(use));
+    throw Failure(path + verb + whyNot(extension, use) + "; " + supported(use), "unknown-format");
 }
 
 }  // namespace tavio::tool

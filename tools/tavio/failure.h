@@ -2,26 +2,21 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace tavio::tool {
 
-// Ends a command: its text is one sentence without a full stop, shown after "tavio: ", and the
-// program's exit status is 1.
+// Ends a command: its text is one sentence without a full stop, shown after "tavio: ". Nothing has
+// been sent. `kind` is its name in JSON.
 class Failure : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
-};
+    explicit Failure(const std::string& sentence, const char* kind = "failed")
+        : std::runtime_error(sentence), kind_(kind) {}
 
-// A signal ended the command. The program's exit status is 128 plus the signal's number, as in
-// shells.
-class Interrupted : public Failure {
-  public:
-    explicit Interrupted(int signal) : Failure("interrupted"), signal_(signal) {}
-
-    int exitStatus() const { return 128 + signal_; }
+    const char* kind() const { return kind_; }
 
   private:
-    int signal_;
+    const char* kind_;
 };
 
 }  // namespace tavio::tool

@@ -10,8 +10,17 @@
 
 namespace tavio::tool {
 
-// A regular file, read from its beginning. Errors are thrown as a Failure that names the file: it
-// does not exist, is a folder, is not a regular file, or cannot be read and why.
+// The largest input that is read as a whole.
+inline constexpr std::uint64_t kMaxInputBytes = std::uint64_t{1} << 30U;
+
+// True for what can be read only once: "-" and the names of standard input, and a named pipe.
+bool isStream(const std::string& path);
+
+// True for "-" and "/dev/stdin".
+bool isStandardInput(const std::string& path);
+
+// A regular file or a stream, read from its beginning. Errors are thrown as a Failure that names the
+// file: it does not exist, is a folder, is not a regular file, or cannot be read and why.
 //
 //   InputFile file("job.bin");
 //   while (auto bytes = file.next(); !bytes.empty()) printer.feed(bytes);
@@ -19,22 +28,24 @@ class InputFile {
   public:
     explicit InputFile(std::string path);
 
-    // The size in bytes; 0 if it is not known.
-    std::uint64_t size() const;
-
     // The next bytes, 1 MiB at most, valid until the next call; empty at the end of the file.
     std::span<const Byte> next();
 
-    // All bytes that have not been read yet.
-    Bytes rest();
+    // All bytes that have not been read yet. A Failure if there are more than `limit`.
+    Bytes rest(std::uint64_t limit = kMaxInputBytes);
 
-    // True if the path names this file, so that writing there would destroy it.
-    bool isAt(const std::string& path) const;
+    // The name in messages.
+    const std::string& name() const { return name_; }
 
   private:
-    std::string path_;
+    std::uint64_t size() const;
+
+    std::string name_;
     machine::Descriptor file_;
     Bytes buffer_;
 };
+
+// True if both paths name the same file, so that writing the one would destroy the other.
+bool areSameFile(const std::string& input, const std::string& output);
 
 }  // namespace tavio::tool

@@ -1,13 +1,18 @@
-// The command line.
+// What a command line asks for.
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <variant>
+#include <vector>
 
+#include "tavio/links/deadlines.h"
+#include "tavio/printing/document_info.h"
+#include "tavio/printing/ticket.h"
+#include "tools/tavio/page_list.h"
+#include "tools/tavio/settings.h"
 #include "tools/tavio/target.h"
 
 namespace tavio::tool {
@@ -17,53 +22,58 @@ enum class Command {
     kLogoStore,
     kLogoPrint,
     kSend,
+    kText,
     kRaw,
     kCut,
     kEject,
     kClear,
+    kRun,
     kStatus,
     kPreview,
     kDecode,
+    kInfo,
     kStocks,
-};
-
-// The end of the job: how the ticket leaves the printer.
-enum class Finish { kNothing, kCut, kEject };
-
-struct Settings {
-    std::string path = "<P1>";
-    std::int32_t resolution = 300;  // 200, 300 or 600 dots per inch
-    bool scaled = false;
-    bool threshold = false;  // else dithered
-    std::int32_t stock = 0;  // an index of settings::kStocks
-    bool portrait = false;
+    kPrintersAdd,
+    kPrintersRemove,
+    kPrintersList,
+    kPrintersDefault,
+    kSettings,  // a script's line of settings alone
 };
 
 struct Options {
-    Command command = Command::kStocks;
+    Command command = Command::kSettings;
     Settings settings;
-    Target target = PictureTarget{"ticket.png"};
+    bool json = false;
+
+    // Where a job goes: --to, --printer; neither: see destination.h.
+    std::optional<Target> target;
+    std::string printer;
     std::optional<std::chrono::milliseconds> timeout;  // none: the links' own deadlines
     bool trace = false;
+    bool ready = false;    // demanded before the job
+    bool confirm = false;  // demanded after it
 
-    std::string file;  // the document or job file
-    std::string text;  // of "send"
+    std::vector<std::string> files;  // documents, a job file, a script
+    std::optional<printing::Format> type;
+    std::string text;
     std::int32_t row = 0;
     std::int32_t column = 0;
     std::int32_t logo = 0;
-    Finish finish = Finish::kNothing;
+    PageList pages;  // of documents; not given: the first
+    std::int32_t copies = 1;
+    printing::Finish finish = printing::Finish::kNothing;
     std::string output = "ticket.png";  // of "preview"
+
+    // Of "printers".
+    std::string name;
+    std::string address;
+    std::vector<std::string> replies;
 };
 
-// Reads the command line. For help, version and bad usage it prints the text on standard output or
-// standard error, and returns the exit status: 0 or 2.
-std::variant<Options, int> parseCommandLine(int argc, const char* const* argv);
+// The deadlines of a link: its own, or what --timeout makes of them.
+links::Deadlines deadlinesOf(const Options& options);
 
-// A decimal number of 32 bits with an optional sign and nothing around it; none for any other text.
-std::optional<std::int32_t> parseNumber(std::string_view text);
-
-// A number of seconds with or without decimals, more than 0 and up to a day; none for any other
-// text. Rounded up to a millisecond.
-std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
+// Why these options cannot be given together: a sentence; "" if they can.
+std::string contradictionIn(const Options& options);
 
 }  // namespace tavio::tool

@@ -3,9 +3,11 @@
 #include <cctype>
 #include <iomanip>
 #include <sstream>
+#include <vector>
 
 #include "TavioIpadSDK/settings/stock_table.h"
 #include "tavio/virtual-printer/ticket.h"
+#include "tools/common/json.h"
 
 namespace tavio::tool {
 
@@ -51,6 +53,50 @@ std::string stocksTable() {
              dots(index, 200), dots(index, 300), dots(index, 600));
     }
     return table.str();
+}
+
+namespace {
+
+using command_line::JsonObject;
+
+std::string sizeJson(const std::string& width, const std::string& height) {
+    return JsonObject().json("width", width).json("height", height).str();
+}
+
+std::string inchesJson(settings::StockSize size) {
+    std::ostringstream width;
+    std::ostringstream height;
+    width << size.width;
+    height << size.height;
+    return sizeJson(width.str(), height.str());
+}
+
+std::string dotsJson(std::int32_t stock) {
+    JsonObject json;
+    for (const std::int32_t resolution : {200, 300, 600}) {
+        const auto size = virtual_printer::ticketSize(stock, resolution);
+        if (!size) continue;
+        json.json(std::to_string(resolution),
+                  sizeJson(std::to_string(size->columns), std::to_string(size->rows)));
+    }
+    return json.str();
+}
+
+}  // namespace
+
+std::string stocksJson() {
+    std::vector<std::string> stocks;
+    for (std::int32_t index = 0; index < settings::kStockCount; ++index) {
+        const auto& stock = settings::kStocks[static_cast<std::size_t>(index)];
+        stocks.push_back(JsonObject()
+                             .number("stock", index)
+                             .text("name", nameOf(stock))
+                             .json("landscape", inchesJson(stock.landscape))
+                             .json("portrait", inchesJson(stock.otherwise))
+                             .json("dots", dotsJson(index))
+                             .str());
+    }
+    return command_line::jsonArray(stocks);
 }
 
 }  // namespace tavio::tool

@@ -9,4 +9,7 @@ namespace tavio::tool {
 // portrait (width x height), and dots at 200, 300 and 600 dots per inch, in landscape.
 std::string stocksTable();
 
+// The same as a JSON array.
+std::string stocksJson();
+
 }  // namespace tavio::tool

@@ -44,6 +44,8 @@ const Scheme* schemeOf(std::string_view text) {
 }  // namespace
 
 std::optional<Target> parseTarget(std::string_view text) {
+    if (text == "-") return StandardOutputTarget{false};
+    if (text == "png:-") return StandardOutputTarget{true};
     if (const Scheme* scheme = schemeOf(text))
         return scheme->parse(text.substr(scheme->text.size()));
     if (!isPictureName(text)) return std::nullopt;
@@ -54,11 +56,16 @@ std::string whyNoTarget(std::string_view text) {
     std::string sentence = "\"";
     sentence.append(text).append("\" is no place to print to: give ");
     if (const Scheme* scheme = schemeOf(text)) return sentence + scheme->wanted;
-    return sentence + "a name ending in .png, or file:NAME, tcp://HOST, bt://ADDRESS or tty:DEVICE";
+    return sentence +
+           "a name ending in .png, or file:NAME, -, png:-, tcp://HOST, bt://ADDRESS or tty:DEVICE";
 }
 
 bool isPictureName(std::string_view name) {
     return name.ends_with(".png") || name.ends_with(".PNG");
+}
+
+bool isPrinter(const Target& target) {
+    return !printerAddress(target).empty();
 }
 
 std::string replacedFile(const Target& target) {
@@ -76,15 +83,36 @@ std::string textOf(const PictureTarget& target) {
 std::string textOf(const FileTarget& target) {
     return target.path;
 }
+std::string textOf(const StandardOutputTarget& /*target*/) {
+    return "standard output";
+}
 template <typename Address>
 std::string textOf(const Address& address) {
     return links::toText(address);
+}
+
+std::string addressOf(const links::TcpAddress& address) {
+    return "tcp://" + links::toText(address);
+}
+std::string addressOf(const links::RfcommAddress& address) {
+    return "bt://" + links::toText(address);
+}
+std::string addressOf(const links::SerialAddress& address) {
+    return "tty:" + links::toText(address);
+}
+template <typename Other>
+std::string addressOf(const Other& /*no printer*/) {
+    return "";
 }
 
 }  // namespace
 
 std::string toText(const Target& target) {
     return std::visit([](const auto& one) { return textOf(one); }, target);
+}
+
+std::string printerAddress(const Target& target) {
+    return std::visit([](const auto& one) { return addressOf(one); }, target);
 }
 
 }  // namespace tavio::tool

@@ -4,11 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/tavio/destination.h"
 #include "tools/tavio/extension.h"
 #include "tools/tavio/failure.h"
+#include "tools/tavio/option_values.h"
 #include "tools/tavio/options.h"
-#include "tools/tavio/ticket_fit.h"
 
 namespace tavio::tool {
 namespace {
@@ -75,52 +74,6 @@ TEST(DocumentKinds, AreTheSupportedSpellings) {
             EXPECT_THROW(documentKind("x", extension, use), Failure) << extension;
         }
     }
-}
-
-Settings settingsOf(std::int32_t stock, std::int32_t resolution, bool portrait) {
-    Settings settings;
-    settings.stock = stock;
-    settings.resolution = resolution;
-    settings.portrait = portrait;
-    return settings;
-}
-
-TEST(TicketFit, KnowsTheTicketsInDots) {
-    EXPECT_EQ(ticketDots(settingsOf(0, 300, false)), (intake::DotSize{1650, 600}));
-    EXPECT_EQ(ticketDots(settingsOf(1, 200, false)), (intake::DotSize{400, 650}));
-    EXPECT_EQ(ticketDots(settingsOf(0, 300, true)), (intake::DotSize{576, 1650}));
-    EXPECT_EQ(ticketDots(settingsOf(8, 600, true)), (intake::DotSize{5000, 6600}));
-    EXPECT_EQ(ticketDots(settingsOf(6, 200, true)), (intake::DotSize{190, 2200}));
-}
-
-std::size_t warningCount(intake::DotSize size, std::int32_t row, std::int32_t column,
-                         bool portrait) {
-    return fitWarnings(size, Use::kPrint, row, column, settingsOf(0, 300, portrait)).size();
-}
-
-TEST(TicketFit, EndsAtTheTicketsEdges) {
-    EXPECT_EQ(warningCount({1650, 600}, 0, 0, false), 0U);
-    EXPECT_EQ(warningCount({1650, 599}, 1, 0, false), 0U);
-    EXPECT_EQ(warningCount({1650, 600}, 1, 0, false), 1U);
-    EXPECT_EQ(warningCount({1640, 600}, 0, 10, false), 0U);
-    EXPECT_EQ(warningCount({1640, 600}, 0, 11, false), 1U);
-    EXPECT_EQ(warningCount({8, 8}, -1, 0, false), 1U);
-    EXPECT_EQ(warningCount({8, 8}, 0, -1, false), 1U);
-    EXPECT_EQ(warningCount({8, 8}, INT32_MAX, INT32_MAX, false), 1U);
-    EXPECT_EQ(warningCount({INT32_MAX, INT32_MAX}, INT32_MIN, INT32_MIN, false), 1U);
-}
-
-TEST(TicketFit, MeasuresRowsAcrossTheTicketInPortrait) {
-    EXPECT_EQ(warningCount({576, 1650}, 0, 0, true), 0U);
-    EXPECT_EQ(warningCount({500, 1600}, 76, 50, true), 0U);
-    EXPECT_EQ(warningCount({500, 1600}, 77, 50, true), 1U);
-    EXPECT_EQ(warningCount({500, 1600}, 76, 51, true), 1U);
-    EXPECT_EQ(warningCount({577, 8}, 0, 0, true), 1U);
-}
-
-TEST(TicketFit, SaysNothingOfAnEmptyPicture) {
-    EXPECT_EQ(warningCount({0, 0}, 0, 0, false), 0U);
-    EXPECT_EQ(warningCount({100, 0}, 0, 0, false), 0U);
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST_F(Preview, ReplacesNoTicketWhenTheJobFails) {
     writeFile(at("ticket.png"), "old");
     writeFile(at("speck.pdf"), pdf(0.1, 0.1));
     expectRefusal({"print", "speck.pdf", "--cut"},
-                  "tavio: nothing was printed: Alert: Error - Invalid Image width/height/depth.");
+                  "tavio: speck.pdf comes to 0 x 0 dots, so there is nothing to print: enlarge it");
 }
 
 TEST_F(Preview, WarnsOfUnknownCommandsWithTheirPlace) {

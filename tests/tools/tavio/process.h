@@ -20,12 +20,23 @@ struct Ran {
     std::string err;
 };
 
-// A program while it runs.
+// What a program is started with.
+struct Start {
+    std::string program = "tavio";
+    int output = -1;  // a descriptor for its standard output, closed here; -1 to keep the output
+    int input = -1;   // the same for its standard input; -1 for the test's own
+    bool withoutOutput = false;              // its standard output is closed
+    std::vector<std::string> environment{};  // "NAME=value"
+};
+
+// A program while it runs. Its list of named printers is at XDG_CONFIG_HOME=`folder`/config, and every
+// object that it writes with --json is kept for json_schema_test.cpp.
 class Running {
   public:
-    // output: a descriptor for its standard output, closed here; -1 to keep the output.
+    Running(const std::string& folder, const std::vector<std::string>& arguments, Start start);
     Running(const std::string& folder, const std::vector<std::string>& arguments, int output = -1,
-            const std::string& program = "tavio");
+            const std::string& program = "tavio")
+        : Running(folder, arguments, Start{.program = program, .output = output}) {}
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
     ~Running();
@@ -37,6 +48,7 @@ class Running {
 
   private:
     TemporaryFolder kept_;
+    bool writesJson_;
     pid_t child_ = -1;
 };
 
@@ -45,10 +57,14 @@ class ToolTest : public testing::Test {
   protected:
     Ran tavio(const std::vector<std::string>& arguments) const;
 
+    // Runs it with this text coming through a pipe on standard input.
+    Ran tavioFrom(const std::string& input, const std::vector<std::string>& arguments) const;
+
     // Runs it with this descriptor, which is closed here afterwards, as standard output.
     Ran tavioInto(int output, const std::vector<std::string>& arguments) const;
 
-    // Runs it with file:job.bin as its target, expects success in silence and gives the bytes.
+    // Runs it with file:job.bin as its target, expects success in silence, but for warnings of lost
+    // dots, and gives the bytes.
     std::string bytesOf(std::vector<std::string> arguments) const;
 
     // Runs it and expects exit status 1, nothing on standard output, exactly this line on standard
@@ -59,6 +75,12 @@ class ToolTest : public testing::Test {
 
     TemporaryFolder folder;
 };
+
+// Standard error without the warnings that rows or columns with black dots are lost.
+std::string withoutLosses(const std::string& err);
+
+// The JSON objects that programs have written so far.
+const std::vector<std::string>& writtenJson();
 
 struct TerminalUse {
     winsize size{};  // of zeros: a terminal that does not know its size

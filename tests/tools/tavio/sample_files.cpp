@@ -56,13 +56,17 @@ std::string pdf(double width, double height, int pages) {
     box << "[0 0 " << width << ' ' << height << ']';
     std::ostringstream drawing;
     drawing << "0 g 0 0 " << width / 2 << ' ' << height << " re f\n";
-    return pdfOf({"<< /Type /Catalog /Pages 2 0 R >>",
-                  pages == 0 ? "<< /Type /Pages /Kids [] /Count 0 >>"
-                             : "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                  "<< /Type /Page /Parent 2 0 R /MediaBox " + box.str() + " /Contents 4 0 R >>",
-                  "<< /Length " + std::to_string(drawing.str().size()) + " >>\nstream\n" +
-                      drawing.str() + "endstream"},
-                 "");
+    std::string kids;
+    for (int page = 0; page < pages; ++page) kids += std::to_string(page + 4) + " 0 R ";
+    std::vector<std::string> objects{
+        "<< /Type /Catalog /Pages 2 0 R >>",
+        "<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages) + " >>",
+        "<< /Length " + std::to_string(drawing.str().size()) + " >>\nstream\n" + drawing.str() +
+            "endstream"};
+    const std::string page =
+        "<< /Type /Page /Parent 2 0 R /MediaBox " + box.str() + " /Contents 3 0 R >>";
+    objects.insert(objects.end(), static_cast<std::size_t>(pages), page);
+    return pdfOf(objects, "");
 }
 
 std::string encryptedPdf() {

@@ -12,8 +12,8 @@ std::string greyBmp(std::uint32_t width, std::uint32_t height, std::uint8_t shad
 // A BMP file of 8 x 16 pixels, the last one of which has a colour that the palette does not have.
 std::string badIndexBmp();
 
-// A PDF document whose one page has this size in points and shows a black rectangle over its left
-// half; without a page if `pages` is 0.
+// A PDF document whose pages have this size in points and show a black rectangle over their left
+// half.
 std::string pdf(double width, double height, int pages = 1);
 
 // A PDF document with an unknown password.

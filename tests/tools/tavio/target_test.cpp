@@ -90,7 +90,8 @@ TEST(Target, SaysWhatIsWantedInstead) {
     using Case = std::pair<std::string, std::string>;
     for (const auto& [text, wanted] :
          {Case{"job.bin",
-               "a name ending in .png, or file:NAME, tcp://HOST, bt://ADDRESS or tty:DEVICE"},
+               "a name ending in .png, or file:NAME, -, png:-, tcp://HOST, bt://ADDRESS or "
+               "tty:DEVICE"},
           {"file:", "file:NAME"},
           {"tcp://x:0",
            "tcp://HOST or tcp://HOST:PORT with a port from 1 to 65535, an IPv6 address in "

@@ -1,0 +1,134 @@
+// The one file that includes the command line library, which is slow to compile.
+#include "tools/tavio/command_line.h"
+
+#include <algorithm>
+#include <optional>
+#include <sstream>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+namespace tavio::tool {
+
+namespace {
+
+std::string fullName(const CLI::App& command) {
+    const CLI::App* parent = command.get_parent();
+    return parent == nullptr ? command.get_name() : fullName(*parent) + " " + command.get_name();
+}
+
+// The sentence about the first unknown word of this command or its subcommand, if that word
+// explains a missing argument; none if there is no such word.
+std::optional<std::string> aboutWrongWord(const CLI::App& command) {
+    const auto named = command.get_subcommands();  // those on this command line
+    const std::vector<std::string> words = command.remaining();
+    auto word = std::find_if(words.begin(), words.end(),
+                             [](const std::string& candidate) { return candidate != "--"; });
+    if (word == words.end()) return named.empty() ? std::nullopt : aboutWrongWord(*named.front());
+    const bool option = words.front() != "--" && word->size() > 1 && word->front() == '-';
+    const bool hasCommands = command.get_require_subcommand_min() > 0;
+    if (!option && (!hasCommands || !named.empty())) return std::nullopt;
+    const std::string name = fullName(command);
+    return (word->empty() ? "\"\"" : *word) + " is no " + (option ? "option" : "command") + " of " +
+           name + " (" + name + " --help lists them)";
+}
+
+std::string sentenceOf(const CLI::App& app, const CLI::Error& error) {
+    const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
+    std::optional<std::string> sentence;
+    if (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError) {
+        sentence = aboutWrongWord(app);
+    }
+    return sentence.value_or(std::string(error.what()) + " (tavio --help tells more)");
+}
+
+// Hands each value to the option, and its complaint to the library.
+void take(const OptionSpec& spec, const std::string& name, const CLI::results_t& values) {
+    for (const std::string& value : values) {
+        if (std::string wrong = spec.set(value); !wrong.empty()) {
+            throw CLI::ValidationError(name, wrong);
+        }
+    }
+}
+
+}  // namespace
+
+class CommandLine::Impl {
+  public:
+    Impl(const CommandSpec& commands, Options& options)
+        : options_(options), app_(commands.what, commands.name) {
+        app_.set_version_flag("--version", "tavio " TAVIO_VERSION);
+        fill(app_, commands);
+    }
+
+    Reading read(std::vector<std::string> words) {
+        std::reverse(words.begin(), words.end());  // as the library takes them
+        try {
+            app_.parse(std::move(words));
+        } catch (const CLI::ParseError& end) {
+            std::ostringstream shown;
+            if (end.get_exit_code() != 0) return {Reading::End::kWrong, sentenceOf(app_, end)};
+            app_.exit(end, shown, shown);
+            return {Reading::End::kShown, shown.str()};
+        }
+        return {};
+    }
+
+  private:
+    void fill(CLI::App& app, const CommandSpec& spec) {
+        app.footer("Example:\n  " + spec.example);
+        if (spec.command) {
+            app.callback([this, command = *spec.command] { options_.command = command; });
+        }
+        for (const OptionSpec& option : spec.options) add(app, option);
+        if (!spec.commands.empty()) app.require_subcommand(1);
+        for (const CommandSpec& command : spec.commands) {
+            fill(*app.add_subcommand(command.name, command.what), command);
+        }
+    }
+
+    static void add(CLI::App& app, const OptionSpec& spec) {
+        CLI::Option* added =
+            spec.kind == OptionSpec::Kind::kFlag ? addFlag(app, spec) : addValue(app, spec);
+        if (!spec.group.empty()) added->group(spec.group);
+        if (!spec.excludes.empty()) added->excludes(app.get_option(spec.excludes));
+    }
+
+    static CLI::Option* addFlag(CLI::App& app, const OptionSpec& spec) {
+        return app.add_flag_function(
+            spec.name,
+            [spec](std::int64_t count) { take(spec, spec.name, {count > 0 ? "true" : "false"}); },
+            spec.help);
+    }
+
+    static CLI::Option* addValue(CLI::App& app, const OptionSpec& spec) {
+        const std::string name = spec.name.substr(spec.name.find(',') + 1);
+        CLI::Option* added = app.add_option(
+            spec.name,
+            [spec, name](const CLI::results_t& values) {
+                take(spec, name, values);
+                return true;
+            },
+            spec.help);
+        added->type_name(spec.value);
+        if (spec.kind != OptionSpec::Kind::kValue) added->required();
+        if (spec.kind == OptionSpec::Kind::kArguments) {
+            added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
+        }
+        return added;
+    }
+
+    Options& options_;
+    CLI::App app_;
+};
+
+CommandLine::CommandLine(const CommandSpec& commands, Options& options)
+    : impl_(std::make_unique<Impl>(commands, options)) {}
+
+CommandLine::~CommandLine() = default;
+
+Reading CommandLine::read(std::vector<std::string> words) {
+    return impl_->read(std::move(words));
+}
+
+}  // namespace tavio::tool

@@ -1,0 +1,70 @@
+#include "tools/tavio/encoding.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tavio::tool {
+
+namespace {
+
+Notice noticeOf(const printing::Problem& problem, const Composer& composer) {
+    const Origin origin = composer.originOf(problem.ticket, problem.element.value_or(0));
+    return {.kind = nameOf(problem.kind),
+            .sentence = problem.sentence,
+            .line = origin.line,
+            .ticket = problem.ticket,
+            .element = problem.element};
+}
+
+printing::EncodeOptions encodeOptions(Console& console) {
+    printing::EncodeOptions options;
+    options.progress = [&console](std::size_t number, std::size_t count) {
+        std::string stage = "reading and drawing";
+        if (count > 1) {
+            stage.append(" ").append(std::to_string(number + 1));
+            stage.append(" of ").append(std::to_string(count));
+        }
+        console.stage(stage);
+    };
+    return options;
+}
+
+}  // namespace
+
+std::optional<printing::Job> encodeTickets(const Composer& composer, Console& console,
+                                           std::vector<Notice>& problems) {
+    if (composer.tickets().empty()) return std::nullopt;
+    auto job = printing::encode(composer.tickets(), encodeOptions(console));
+    if (!job) {
+        for (const printing::Problem& problem : job.error()) {
+            const Notice notice = noticeOf(problem, composer);
+            const bool isTold =
+                std::any_of(problems.begin(), problems.end(), [&notice](const Notice& other) {
+                    return other.line == notice.line && other.sentence == notice.sentence;
+                });
+            if (!isTold) problems.push_back(notice);  // the same problem of each copy
+        }
+    }
+    if (!problems.empty()) return std::nullopt;
+    return *job;
+}
+
+std::vector<Notice> warningsOf(const printing::Job& job, const Composer& composer) {
+    std::vector<Notice> notices;
+    for (const printing::Warning& warning : job.warnings()) {
+        const Origin origin = composer.originOf(warning.ticket, warning.element);
+        const bool isKnown =
+            origin.pagesChosen && warning.kind == printing::WarningKind::kMorePages;
+        if (origin.isCopy || isKnown) continue;
+        notices.push_back({.kind = nameOf(warning.kind),
+                           .sentence = warning.sentence,
+                           .line = origin.line,
+                           .document = origin.document,
+                           .ticket = warning.ticket,
+                           .element = warning.element,
+                           .count = warning.count});
+    }
+    return notices;
+}
+
+}  // namespace tavio::tool

@@ -1,0 +1,85 @@
+#include "tools/tavio/job_command.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "tools/tavio/composer.h"
+#include "tools/tavio/delivery.h"
+#include "tools/tavio/encoding.h"
+#include "tools/tavio/exit_status.h"
+#include "tools/tavio/failure.h"
+#include "tools/tavio/input_file.h"
+#include "tools/tavio/script.h"
+#include "tools/tavio/ticket_json.h"
+
+namespace tavio::tool {
+
+namespace {
+
+constexpr std::uint64_t kMaxScriptBytes = std::uint64_t{16} << 20U;
+
+// Composes the commands of a script; returns what is wrong with its lines.
+std::vector<Notice> composeScript(const std::string& path, const Settings& settings,
+                                  Composer& composer) {
+    InputFile file(path);
+    if (isStandardInput(path)) composer.withoutStandardInput("standard input is the script itself");
+    const Bytes bytes = file.rest(kMaxScriptBytes);
+    const Script script =
+        readScript({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, settings);
+    if (script.lines.empty() && script.wrong.empty())
+        throw Failure(file.name() + " has no command");
+    std::vector<Notice> wrong;
+    for (const WrongLine& line : script.wrong) {
+        wrong.push_back({.kind = "usage", .sentence = line.sentence, .line = line.number});
+    }
+    for (const ScriptLine& line : script.lines) {
+        try {
+            composer.add(line.options, line.number);
+        } catch (const Failure& failure) {
+            wrong.push_back(
+                {.kind = failure.kind(), .sentence = failure.what(), .line = line.number});
+        }
+    }
+    return wrong;
+}
+
+std::vector<Notice> compose(const Options& options, const Settings& settings, Composer& composer) {
+    if (options.command == Command::kRun) {
+        return composeScript(options.files.front(), settings, composer);
+    }
+    Options command = options;
+    command.settings = settings;
+    composer.add(command);
+    return {};
+}
+
+void tellProblems(std::vector<Notice> problems, Report& report) {
+    std::stable_sort(problems.begin(), problems.end(), [](const Notice& left, const Notice& right) {
+        return left.line < right.line;
+    });
+    for (const Notice& problem : problems) report.problem(problem);
+}
+
+}  // namespace
+
+int runJob(const Options& options, Report& report) {
+    report.outcome(printing::nameOf(links::Outcome::kNothingSent));
+    const Destination destination = destinationOf(options);
+    Composer composer(replacedFile(destination.target));
+    report.console().stage("reading");
+    std::vector<Notice> problems =
+        compose(options, options.settings.over(destination.settings), composer);
+    const auto job = encodeTickets(composer, report.console(), problems);
+    if (!job) {
+        tellProblems(std::move(problems), report);
+        return static_cast<int>(ExitStatus::kNothingSent);
+    }
+    for (const Notice& warning : warningsOf(*job, composer)) report.warning(warning);
+    const Delivery delivery = deliver(*job, destination, options, report);
+    report.member("tickets", ticketsJson(composer, *job, delivery.fates));
+    return delivery.status;
+}
+
+}  // namespace tavio::tool

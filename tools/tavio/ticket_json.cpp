@@ -1,0 +1,74 @@
+#include "tools/tavio/ticket_json.h"
+
+#include <array>
+#include <cstddef>
+
+#include "tools/common/json.h"
+
+namespace tavio::tool {
+
+namespace {
+
+using command_line::jsonArray;
+using command_line::JsonObject;
+
+// In the order of printing::Element.
+constexpr std::array<const char*, 9> kElementKinds{
+    "document", "pixels", "text",       "printer-text", "printer-text-file",
+    "bytes",    "logo",   "store-logo", "finish"};
+static_assert(kElementKinds.size() == std::variant_size_v<printing::Element>);
+
+std::string sizeJson(const printing::Size& size) {
+    return JsonObject().number("width", size.width).number("height", size.height).str();
+}
+
+std::string placeJson(const printing::Rectangle& rectangle) {
+    return JsonObject().number("left", rectangle.left).number("top", rectangle.top).str();
+}
+
+std::string elementJson(const Composer& composer, const printing::EncodedElement& element,
+                        const printing::ElementFate* fate) {
+    const auto& elements = composer.tickets().at(element.ticket).elements();
+    const Origin origin = composer.originOf(element.ticket, element.element);
+    JsonObject json;
+    json.text("kind", kElementKinds.at(elements.at(element.element).index()))
+        .number("offset", element.offset)
+        .number("count", element.count);
+    if (origin.line > 0) json.number("line", origin.line);
+    if (element.size) json.json("size", sizeJson(*element.size));
+    if (element.rectangle) json.json("place", placeJson(*element.rectangle));
+    if (fate != nullptr) json.text("fate", nameOf(*fate));
+    return json.str();
+}
+
+std::string ticketJson(const printing::TicketSettings& settings,
+                       const std::vector<std::string>& elements) {
+    const bool isPortrait = settings.orientation == printing::Orientation::kPortrait;
+    return JsonObject()
+        .number("stock", settings.stock.index())
+        .number("resolution", settings.resolution)
+        .text("orientation", isPortrait ? "portrait" : "landscape")
+        .text("path", settings.path)
+        .json("elements", jsonArray(elements))
+        .str();
+}
+
+}  // namespace
+
+std::string ticketsJson(const Composer& composer, const printing::Job& job,
+                        const std::vector<printing::ElementFate>& fates) {
+    std::vector<std::vector<std::string>> elements(composer.tickets().size());
+    for (std::size_t index = 0; index < job.elements().size(); ++index) {
+        const printing::EncodedElement& element = job.elements()[index];
+        elements.at(element.ticket)
+            .push_back(
+                elementJson(composer, element, index < fates.size() ? &fates[index] : nullptr));
+    }
+    std::vector<std::string> tickets;
+    for (std::size_t index = 0; index < elements.size(); ++index) {
+        tickets.push_back(ticketJson(composer.tickets()[index].settings(), elements[index]));
+    }
+    return jsonArray(tickets);
+}
+
+}  // namespace tavio::tool

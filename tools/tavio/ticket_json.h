@@ -1,0 +1,18 @@
+// The tickets of a job as JSON.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tavio/printing/job.h"
+#include "tavio/printing/printer.h"
+#include "tools/tavio/composer.h"
+
+namespace tavio::tool {
+
+// Each ticket with its settings and elements; of these their place in the bytes, and their fates, if
+// there are any.
+std::string ticketsJson(const Composer& composer, const printing::Job& job,
+                        const std::vector<printing::ElementFate>& fates);
+
+}  // namespace tavio::tool
