@@ -81,6 +81,8 @@ tl::unexpected<Problems> outOfMemory() noexcept {
 
 Expected<std::shared_ptr<const Bytes>, Problem> readSource(const Source& source,
                                                            std::uint64_t maxBytes) {
+    if (source.isIncomplete())
+        return problem(ProblemKind::kOverMemory, "the document did not fit in memory");
     if (source.content()) {
         if (source.content()->size() > maxBytes) return tooLarge(source, maxBytes);
         return source.content();

@@ -11,7 +11,7 @@
 
 namespace tavio::printing {
 
-// All bytes of the source. Problems: kNotFound, kNotReadable, kTooLarge. Throws std::bad_alloc.
+// All bytes of the source. Problems: kNotFound, kNotReadable, kTooLarge, kOverMemory. Throws std::bad_alloc.
 Expected<std::shared_ptr<const Bytes>, Problem> readSource(const Source& source,
                                                            std::uint64_t maxBytes);
 

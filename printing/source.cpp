@@ -1,5 +1,6 @@
 #include "tavio/printing/source.h"
 
+#include <exception>
 #include <utility>
 
 namespace tavio::printing {
@@ -8,13 +9,26 @@ Source Source::file(std::string path) {
     return {std::move(path), nullptr};
 }
 
+template <typename MakeContent>
+Source Source::withContent(std::string name, MakeContent makeContent) {
+    Source source(std::move(name), nullptr);
+    try {
+        source.content_ = makeContent();
+    } catch (const std::exception&) {
+        source.isIncomplete_ = true;
+    }
+    return source;
+}
+
 Source Source::bytes(Bytes bytes, std::string name) {
-    return {std::move(name), std::make_shared<const Bytes>(std::move(bytes))};
+    return withContent(std::move(name),
+                       [&bytes] { return std::make_shared<const Bytes>(std::move(bytes)); });
 }
 
 Source Source::bytes(std::shared_ptr<const Bytes> bytes, std::string name) {
-    if (!bytes) bytes = std::make_shared<const Bytes>();
-    return {std::move(name), std::move(bytes)};
+    return withContent(std::move(name), [&bytes] {
+        return bytes ? std::move(bytes) : std::make_shared<const Bytes>();
+    });
 }
 
 }  // namespace tavio::printing

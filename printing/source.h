@@ -24,15 +24,22 @@ class TAVIO_API Source {
     // The path of a file, the name of bytes.
     const std::string& name() const { return name_; }
 
-    // Null for a file.
+    // Null for a file, and if there was no memory for the bytes.
     const std::shared_ptr<const Bytes>& content() const { return content_; }
 
+    // True if there was no memory for the bytes; encode() then gives kOverMemory.
+    bool isIncomplete() const { return isIncomplete_; }
+
   private:
+    template <typename MakeContent>
+    static Source withContent(std::string name, MakeContent makeContent);
+
     Source(std::string name, std::shared_ptr<const Bytes> content)
         : name_(std::move(name)), content_(std::move(content)) {}
 
     std::string name_;
     std::shared_ptr<const Bytes> content_;
+    bool isIncomplete_ = false;
 };
 
 }  // namespace tavio::printing

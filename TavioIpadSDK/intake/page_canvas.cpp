@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <exception>
 #include <utility>
 
 #include "TavioIpadSDK/machine/arithmetic.h"
@@ -14,13 +13,9 @@ std::optional<pictures::Picture> pageOnCanvas(const platform::PdfPage& page) {
     const std::int32_t width = machine::truncateToInt32(std::ceil(page.width));
     const std::int32_t height = machine::truncateToInt32(std::ceil(page.height));
     if (std::int64_t{width} * height > pictures::kMaxPixels) return std::nullopt;
-    try {
-        platform::Canvas canvas(width, height);
-        canvas.placeOpaque(page.picture, page.left, page.top);
-        return std::move(canvas).takeSnapshot();
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    platform::Canvas canvas(width, height);
+    canvas.placeOpaque(page.picture, page.left, page.top);
+    return std::move(canvas).takeSnapshot();
 }
 
 }  // namespace tavio::intake

@@ -1,0 +1,147 @@
+// Every allocation fails once: there is the whole job, or a problem that says so.
+
+#include <gtest/gtest.h>
+
+#include "intake/picture_files.h"
+#include "pictures/sample_pictures.h"
+#include "printing/failing_memory.h"
+#include "printing/told.h"
+#include "support/bitmaps.h"
+#include "support/temporary_folder.h"
+#include "tavio/printing/document_info.h"
+#include "tavio/printing/job.h"
+
+namespace tavio::printing {
+namespace {
+
+using test::FailingMemory;
+using test::Failure;
+
+Bytes interlacedPng() {
+    pictures::samples::PngPlan plan;
+    plan.width = plan.height = 16;
+    plan.interlaced = true;
+    plan.samples.assign(std::size_t{16} * 16 * 4, 90);
+    return pictures::samples::pngFile(plan);
+}
+
+Bytes jpeg() {
+    pictures::samples::JpegPlan plan;
+    plan.app1 = {pictures::samples::exifApp1(6, true)};
+    plan.samples.assign(std::size_t{16} * 16 * 3, 90);
+    return pictures::samples::jpegFile(plan);
+}
+
+// Calls the function with each of its allocations failing, until none does.
+template <typename Call>
+void withEachFailure(Call call) {
+    for (const Failure failure : {Failure::kOnce, Failure::kFromThenOn}) {
+        bool hasFailed = true;
+        for (std::int64_t number = 0; hasFailed; ++number) {
+            SCOPED_TRACE(testing::Message()
+                         << "allocation " << number
+                         << (failure == Failure::kOnce ? "" : " and all others"));
+            hasFailed = call(number, failure);
+            if (testing::Test::HasFatalFailure()) return;
+            ASSERT_LT(number, 100'000);
+        }
+    }
+}
+
+void expectOverMemory(const Problems& problems) {
+    for (const Problem& problem : problems)
+        EXPECT_EQ(problem.kind, ProblemKind::kOverMemory) << problem.sentence;
+}
+
+class Memory : public testing::Test {
+  protected:
+    Memory() {
+        test::writeFile(folder_ / "text.txt", "Row F");
+        options_.pageEngine = [](const Source&, std::int32_t) {
+            return DrawnPage{
+                {platform::PdfOutcome::kDrawn,
+                 platform::PdfPage{0, 0, 9, 9, 0, 0, test::plainPicture(9, 9, 0, 0, 0)}},
+                3};
+        };
+        ticket_.picture(Source::bytes(test::greyPng(test::allBlack(20, 9), 6), "a.png"))
+            .picture(Source::bytes(test::blackBmp(20, 9), "a.bmp"), {-1, 0})
+            .picture(Source::bytes(interlacedPng(), "b.png"))
+            .document(Source::bytes(jpeg(), "a.jpg"))
+            .picture(std::make_shared<const platform::Picture>(test::plainPicture(9, 9, 0, 0, 0)),
+                     {}, {.blackAndWhite = BlackAndWhite::kThreshold})
+            .page(Source::bytes(Bytes(), "a.pdf"))
+            .text("Row F, seat 12 of a hall with a long name", {1, 2})
+            .printerText(Source::file(folder_ / "text.txt"))
+            .storeLogo(7, Source::bytes(jpeg(), "b.jpg"))
+            .logo(7)
+            .finish(Finish::kCut);
+    }
+
+    test::TemporaryFolder folder_;
+    Ticket ticket_;
+    EncodeOptions options_;
+};
+
+TEST_F(Memory, ThatFailsGivesAWholeJobOrAProblem) {
+    const Job whole = *encode(ticket_, options_);
+    int refused = 0;
+    withEachFailure([&](std::int64_t number, Failure failure) {
+        std::optional<Expected<Job, Problems>> job;
+        bool hasFailed = false;
+        {
+            const FailingMemory failing(number, failure);
+            job.emplace(encode(ticket_, options_));
+            hasFailed = FailingMemory::hasFailed();
+        }
+        if (*job) {
+            EXPECT_TRUE(std::ranges::equal((*job)->bytes(), whole.bytes()));
+            EXPECT_EQ((*job)->elements().size(), whole.elements().size());
+            EXPECT_EQ(test::told((*job)->warnings()), test::told(whole.warnings()));
+        } else {
+            expectOverMemory(job->error());
+            ++refused;
+        }
+        return hasFailed;
+    });
+    EXPECT_GT(refused, 100);
+}
+
+TEST_F(Memory, ThatFailsGivesAnInspectionOrAProblem) {
+    for (const Bytes& file : {jpeg(), test::bytesOf("%PDF-1.7"), test::bytesOf("Row F")}) {
+        const Source source = Source::bytes(file, "a file with a long name");
+        withEachFailure([&](std::int64_t number, Failure failure) {
+            std::optional<Expected<DocumentInfo, Problems>> info;
+            bool hasFailed = false;
+            {
+                const FailingMemory failing(number, failure);
+                info.emplace(inspect(source, {}, {}, {}, options_));
+                hasFailed = FailingMemory::hasFailed();
+            }
+            if (!*info) expectOverMemory(info->error());
+            return hasFailed;
+        });
+    }
+}
+
+TEST_F(Memory, ThatFailsWhileATicketIsComposedIsAProblemOfEncoding) {
+    withEachFailure([&](std::int64_t number, Failure failure) {
+        Ticket ticket;
+        std::string text = "Row F, seat 12 of a hall with a long name";
+        Bytes file = test::blackBmp(32, 8);
+        bool hasFailed = false;
+        {
+            const FailingMemory failing(number, failure);
+            ticket.text(std::move(text), {})
+                .picture(Source::bytes(std::move(file)))
+                .finish(Finish::kCut);
+            hasFailed = FailingMemory::hasFailed();
+        }
+        const auto job = encode(ticket);
+        EXPECT_EQ(job.has_value(), !hasFailed);
+        if (!job) expectOverMemory(job.error());
+        return hasFailed;
+    });
+}
+
+}  // namespace
+}  // namespace tavio::printing
