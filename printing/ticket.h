@@ -44,6 +44,8 @@ class TAVIO_API Stock {
     std::int32_t index() const { return index_; }         // of the table; -1 for a custom stock
     settings::StockSize inches() const { return size_; }  // of a custom stock
 
+    bool operator==(const Stock&) const = default;
+
   private:
     static constexpr std::int32_t kCustom = -1;
 
@@ -60,6 +62,8 @@ struct TAVIO_API TicketSettings {
     std::int32_t resolution = 300;  // dots per inch: 200, 300 or 600
     Orientation orientation = Orientation::kLandscape;
     std::string path = "<P1>";  // print path command, UTF-8
+
+    bool operator==(const TicketSettings&) const = default;
 };
 
 // ---- Its elements -------------------------------------------------------------------------------

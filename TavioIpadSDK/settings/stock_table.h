@@ -12,6 +12,8 @@ namespace tavio::settings {
 struct TAVIO_API StockSize {
     double width;   // inches
     double height;  // inches
+
+    bool operator==(const StockSize&) const = default;
 };
 
 struct TAVIO_API Stock {

@@ -54,10 +54,13 @@ struct RowPair {
     double share;
 };
 
-constexpr int kHalvesBits = kFractionBits - 1;  // fraction bits in halves of blends
-constexpr std::int32_t kDoubtful = 4;           // halves above a multiple; a power of 2
-constexpr double kAboveExact = 1.0 / (1 << 26);
-constexpr float kToHalves = 1 << (kFractionBits + 8);  // floats from here on are even numbers
+// Without vectors these are not used.
+[[maybe_unused]] constexpr int kHalvesBits =
+    kFractionBits - 1;                                  // fraction bits in halves of blends
+[[maybe_unused]] constexpr std::int32_t kDoubtful = 4;  // halves above a multiple; a power of 2
+[[maybe_unused]] constexpr double kAboveExact = 1.0 / (1 << 26);
+[[maybe_unused]] constexpr float kToHalves =
+    1 << (kFractionBits + 8);  // floats from here on are even numbers
 constexpr std::uint64_t kMaxTotal = 1 << 24;
 
 }  // namespace
