@@ -1,5 +1,7 @@
 #include "tavio/printing/preview.h"
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "printing/test_jobs.h"
