@@ -93,13 +93,13 @@ using PageEngine = std::function<DrawnPage(const Source& document, std::int32_t 
 
 struct TAVIO_API EncodeOptions {
     // The limits of the program that draws a page. Encoding has no other part that can take long.
-    platform::PdfLimits pageLimits;
+    platform::PdfLimits pageLimits = {};
 
     // The path of that program, "" to look for it where it is installed.
-    std::string helper;
+    std::string helper = {};
 
     // Draws pages instead of that program, if it is not empty.
-    PageEngine pageEngine;
+    PageEngine pageEngine = {};
 
     // The largest file that is read, in bytes.
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30U;
@@ -110,10 +110,10 @@ struct TAVIO_API EncodeOptions {
 
     // Called before each element, on the calling thread: its number over all tickets, from 0, and
     // how many there are. Its exceptions are dropped.
-    std::function<void(std::size_t number, std::size_t count)> progress;
+    std::function<void(std::size_t number, std::size_t count)> progress = {};
 
     // Asked between elements; a request ends in kCancelled.
-    std::stop_token stop;
+    std::stop_token stop = {};
 };
 
 // The job of the tickets in order, or all their problems: nothing is encoded if anything is wrong.

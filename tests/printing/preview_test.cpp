@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "printing/test_jobs.h"
-#include "support/decode_picture.h"
 #include "tavio/virtual-printer/printer.h"
 #include "tavio/virtual-printer/ticket_png.h"
 

@@ -54,6 +54,9 @@ class Port {
     }
     void listen() { EXPECT_EQ(::listen(socket_.get(), 1), 0); }
 
+    // Readable when a connection has come.
+    int descriptor() const { return socket_.get(); }
+
     // A connection, or -1 if none comes.
     int accept() {
         pollfd watched{socket_.get(), POLLIN, 0};
