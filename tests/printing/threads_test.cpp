@@ -68,7 +68,7 @@ TEST(ManyThreads, EncodeDifferentTicketsToTheirBytes) {
         options.pageEngine = test::pageEngineOf(plan);
         return bytesOf(encode(test::composed(plan, random), options));
     };
-    std::vector<Bytes> encoded(kThreads * kTickets);
+    std::vector<Bytes> encoded(std::size_t{kThreads} * kTickets);
     onThreads([&](unsigned thread) {
         for (unsigned seed = thread; seed < encoded.size(); seed += kThreads)
             encoded[seed] = encodedFor(seed);
