@@ -111,7 +111,8 @@ class CommandLine::Impl {
             },
             spec.help);
         added->type_name(spec.value);
-        if (spec.kind != OptionSpec::Kind::kValue) added->required();
+        if (spec.kind == OptionSpec::Kind::kValues) added->take_all();
+        if (spec.name.front() != '-') added->required();
         if (spec.kind == OptionSpec::Kind::kArguments) {
             added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
         }

@@ -5,6 +5,7 @@
 
 #include "tools/tavio/content_options.h"
 #include "tools/tavio/job_options.h"
+#include "tools/tavio/printer_options.h"
 #include "tools/tavio/setting_options.h"
 
 namespace tavio::tool {
@@ -228,7 +229,9 @@ CommandSpec toolCommands(Options& options) {
              status(options), preview(options), decode(options), info(options), stocks()}) {
         root.commands.push_back(std::move(command));
     }
-    addToEach(root, settingOptions(options.settings) + OptionSpecs{json(options)});
+    addToEach(root, settingOptions(options.settings));
+    root.commands.push_back(printerCommands(options));
+    addToEach(root, {json(options)});
     return root;
 }
 

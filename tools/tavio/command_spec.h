@@ -12,7 +12,7 @@ namespace tavio::tool {
 
 // An option, a flag or an argument.
 struct OptionSpec {
-    enum class Kind { kValue, kFlag, kArgument, kArguments };
+    enum class Kind { kValue, kValues, kFlag, kArgument, kArguments };
 
     Kind kind = Kind::kValue;
     std::string name;  // "--row", "-o,--output"; of an argument "FILE"

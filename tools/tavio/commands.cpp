@@ -13,6 +13,7 @@
 #include "tools/tavio/job_command.h"
 #include "tools/tavio/picture_files.h"
 #include "tools/tavio/printer_delivery.h"
+#include "tools/tavio/printers_command.h"
 #include "tools/tavio/stocks.h"
 
 namespace tavio::tool {
@@ -133,6 +134,11 @@ int runCommand(const Options& options, Report& report) {
             return tellInfo(options, report);
         case Command::kStocks:
             return listStocks(report);
+        case Command::kPrintersAdd:
+        case Command::kPrintersRemove:
+        case Command::kPrintersList:
+        case Command::kPrintersDefault:
+            return runPrinters(options, report);
         default:
             return runJob(options, report);
     }

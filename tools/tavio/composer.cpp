@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::size_t kMaxTickets = 10'000;
 
-bool areEqual(const printing::TicketSettings& left, const printing::TicketSettings& right) {
-    return left.stock.index() == right.stock.index() && left.resolution == right.resolution &&
-           left.orientation == right.orientation && left.path == right.path;
-}
-
 printing::Place placeOf(const Options& options) {
     return {options.row, options.column};
 }
@@ -184,7 +179,7 @@ printing::Source Composer::streamOf(const std::string& path) {
 
 printing::Ticket& Composer::ticketFor(const Settings& settings) {
     const printing::TicketSettings wanted = ticketSettings(settings);
-    if (isFinished_ || !areEqual(tickets_.back().settings(), wanted)) {
+    if (isFinished_ || tickets_.back().settings() != wanted) {
         tickets_.emplace_back(wanted);
         origins_.emplace_back();
         isFinished_ = false;

@@ -4,6 +4,7 @@
 
 #include "tools/tavio/console.h"
 #include "tools/tavio/failure.h"
+#include "tools/tavio/printers_command.h"
 
 namespace tavio::tool {
 
@@ -20,10 +21,23 @@ void refuseDemands(const Destination& destination, const Options& options) {
     throw Failure(destination.name + " is not a printer, so it confirms nothing");
 }
 
+// Sets what the name of a printer stands for.
+void meanPrinter(const Options& options, Destination& destination) {
+    const auto printer = findPrinter(options.printer);
+    if (!printer) return;
+    destination.target = parseTarget(printer->address).value_or(destination.target);
+    destination.replies = printer->replies;
+    destination.settings.stock = printer->stock;
+    destination.settings.resolution = printer->resolution;
+    destination.settings.orientation = printer->orientation;
+    destination.settings.path = printer->path;
+}
+
 }  // namespace
 
 Destination destinationOf(const Options& options) {
     Destination result;
+    if (!options.target || !options.printer.empty()) meanPrinter(options, result);
     if (options.target) result.target = *options.target;
     refuseTerminal(result.target);
     result.name = toText(result.target);

@@ -1,11 +1,36 @@
 #include "tools/tavio/option_values.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <initializer_list>
+#include <string>
 #include <system_error>
 #include <utility>
 
 namespace tavio::tool {
+
+namespace {
+
+// More than 0, at most the limit; digits and at most one point.
+std::optional<double> parseDecimal(std::string_view text, double limit) {
+    if (text.find_first_not_of("0123456789.") != std::string_view::npos) return std::nullopt;
+    double number = 0;
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+    if (!(number > 0 && number <= limit)) return std::nullopt;
+    return number;
+}
+
+// The value of this name.
+template <typename Value>
+std::optional<Value> valueOf(std::string_view name, std::initializer_list<Value> values) {
+    const auto* const found = std::find_if(values.begin(), values.end(),
+                                           [name](Value value) { return name == nameOf(value); });
+    return found == values.end() ? std::nullopt : std::optional(*found);
+}
+
+}  // namespace
 
 std::optional<std::int32_t> parseNumber(std::string_view text) {
     if (text.starts_with('+')) {
@@ -19,13 +44,47 @@ std::optional<std::int32_t> parseNumber(std::string_view text) {
 }
 
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
-    constexpr double kMost = 86'400;
-    if (text.find_first_not_of("0123456789.") != std::string_view::npos) return std::nullopt;
-    double seconds = 0;
-    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
-    if (!(seconds > 0 && seconds <= kMost)) return std::nullopt;
-    return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+    const auto seconds = parseDecimal(text, 86'400);
+    if (!seconds) return std::nullopt;
+    return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*seconds));
+}
+
+std::optional<printing::Stock> parseStockSize(std::string_view text) {
+    const std::size_t cross = text.find('x');
+    if (cross == std::string_view::npos) return std::nullopt;
+    const auto width = parseDecimal(text.substr(0, cross), printing::Stock::kMaxInches);
+    const auto height = parseDecimal(text.substr(cross + 1), printing::Stock::kMaxInches);
+    if (!width || !height) return std::nullopt;
+    return printing::Stock::ofInches(*width, *height);
+}
+
+std::optional<printing::ReplyPattern> parseReplyPattern(std::string_view text) {
+    using printing::Match;
+    using printing::PrinterState;
+    const std::size_t first = text.find(':');
+    if (first == std::string_view::npos) return std::nullopt;
+    const std::size_t second = text.find(':', first + 1);
+    if (second == std::string_view::npos) return std::nullopt;
+    const auto state = valueOf<PrinterState>(
+        text.substr(0, first),
+        {PrinterState::kReady, PrinterState::kOutOfPaper, PrinterState::kCoverOpen,
+         PrinterState::kError, PrinterState::kOther});
+    const auto match = valueOf<Match>(text.substr(first + 1, second - first - 1),
+                                      {Match::kExact, Match::kPrefix, Match::kContains});
+    if (!state || !match) return std::nullopt;
+    return printing::ReplyPattern{*state, *match, std::string(text.substr(second + 1))};
+}
+
+const char* nameOf(printing::Match match) {
+    switch (match) {
+        case printing::Match::kExact:
+            return "exact";
+        case printing::Match::kPrefix:
+            return "prefix";
+        case printing::Match::kContains:
+            break;
+    }
+    return "contains";
 }
 
 std::optional<printing::Format> parseFormat(std::string_view text) {

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "tavio/printing/document_info.h"
+#include "tavio/printing/reply.h"
+#include "tavio/printing/ticket.h"
 
 namespace tavio::tool {
 
@@ -16,6 +18,15 @@ std::optional<std::int32_t> parseNumber(std::string_view text);
 // A number of seconds with or without decimals, more than 0 and up to a day; none for any other
 // text. Rounded up to a millisecond.
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
+
+// A stock of any size: "3.5x2.25", inches as it lies in landscape, each more than 0 and up to
+// printing::Stock::kMaxInches; none for any other text.
+std::optional<printing::Stock> parseStockSize(std::string_view text);
+
+// "ready:exact:OK": the state, how the text matches, and the text; none for any other text.
+std::optional<printing::ReplyPattern> parseReplyPattern(std::string_view text);
+
+const char* nameOf(printing::Match match);
 
 // "pdf", "png", "jpeg", "bmp" or "text"; none for any other text.
 std::optional<printing::Format> parseFormat(std::string_view text);

@@ -10,6 +10,7 @@
 
 #include "tavio/links/deadlines.h"
 #include "tavio/printing/document_info.h"
+#include "tavio/printing/reply.h"
 #include "tavio/printing/ticket.h"
 #include "tools/tavio/page_list.h"
 #include "tools/tavio/settings.h"
@@ -67,7 +68,7 @@ struct Options {
     // Of "printers".
     std::string name;
     std::string address;
-    std::vector<std::string> replies;
+    printing::ReplyTable replies;
 };
 
 // The deadlines of a link: its own, or what --timeout makes of them.

@@ -42,14 +42,18 @@ OptionSpec resolution(Settings& settings) {
 
 OptionSpec stock(Settings& settings) {
     return {.name = "--stock",
-            .help = command_line::stockChoices() + " (see tavio stocks); 0 if not given",
+            .help = command_line::stockChoices() +
+                    " (see tavio stocks), or WIDTHxHEIGHT in inches; 0 if not given",
             .value = "STOCK",
-            .set =
-                [&settings](std::string text) {
-                    std::string wrong = command_line::asStock(text);
-                    if (wrong.empty()) settings.stock = parseNumber(text);
-                    return wrong;
-                },
+            .set = [&settings](std::string text) -> std::string {
+                settings.stock = parseStockSize(text);
+                if (settings.stock) return "";
+                if (std::string wrong = command_line::asStock(text); !wrong.empty()) {
+                    return wrong + ", or WIDTHxHEIGHT in inches";
+                }
+                settings.stock = printing::Stock::ofIndex(parseNumber(text).value_or(0));
+                return "";
+            },
             .group = kGroup};
 }
 

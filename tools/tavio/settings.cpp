@@ -22,7 +22,7 @@ printing::TicketSettings ticketSettings(const Settings& settings) {
     printing::TicketSettings result;
     if (settings.path) result.path = *settings.path;
     if (settings.resolution) result.resolution = *settings.resolution;
-    if (settings.stock) result.stock = printing::Stock::ofIndex(*settings.stock);
+    if (settings.stock) result.stock = *settings.stock;
     if (settings.orientation) result.orientation = *settings.orientation;
     return result;
 }

@@ -14,8 +14,8 @@ struct Settings {
     std::optional<std::string> path;
     std::optional<std::int32_t> resolution;  // 200, 300 or 600 dots per inch
     std::optional<bool> scaled;
-    std::optional<bool> threshold;      // else dithered
-    std::optional<std::int32_t> stock;  // an index of settings::kStocks
+    std::optional<bool> threshold;  // else dithered
+    std::optional<printing::Stock> stock;
     std::optional<printing::Orientation> orientation;
 
     bool operator==(const Settings&) const = default;

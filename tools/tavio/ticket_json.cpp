@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <sstream>
 
 #include "tools/common/json.h"
 
@@ -43,17 +44,29 @@ std::string elementJson(const Composer& composer, const printing::EncodedElement
 
 std::string ticketJson(const printing::TicketSettings& settings,
                        const std::vector<std::string>& elements) {
-    const bool isPortrait = settings.orientation == printing::Orientation::kPortrait;
     return JsonObject()
-        .number("stock", settings.stock.index())
+        .json("stock", stockJson(settings.stock))
         .number("resolution", settings.resolution)
-        .text("orientation", isPortrait ? "portrait" : "landscape")
+        .text("orientation", nameOf(settings.orientation))
         .text("path", settings.path)
         .json("elements", jsonArray(elements))
         .str();
 }
 
 }  // namespace
+
+std::string stockJson(const printing::Stock& stock) {
+    if (!stock.isCustom()) return std::to_string(stock.index());
+    std::ostringstream width;
+    std::ostringstream height;
+    width << stock.inches().width;
+    height << stock.inches().height;
+    return JsonObject().json("width", width.str()).json("height", height.str()).str();
+}
+
+const char* nameOf(printing::Orientation orientation) {
+    return orientation == printing::Orientation::kPortrait ? "portrait" : "landscape";
+}
 
 std::string ticketsJson(const Composer& composer, const printing::Job& job,
                         const std::vector<printing::ElementFate>& fates) {

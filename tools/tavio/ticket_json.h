@@ -10,6 +10,12 @@
 
 namespace tavio::tool {
 
+// The index of a stock, or the size in inches of a custom one.
+std::string stockJson(const printing::Stock& stock);
+
+// "landscape" or "portrait"
+const char* nameOf(printing::Orientation orientation);
+
 // Each ticket with its settings and elements; of these their place in the bytes, and their fates, if
 // there are any.
 std::string ticketsJson(const Composer& composer, const printing::Job& job,

@@ -53,7 +53,7 @@ TEST(Scripts, AreCommandsWithTheirLines) {
 TEST(Scripts, KeepTheSettingsOfALineOfTheirOwn) {
     Settings outside;
     outside.resolution = 200;
-    outside.stock = 3;
+    outside.stock = printing::Stock::receipt();
     const Script script = readScript(
         "cut\n"
         "--resolution 600 --scaled\n"
@@ -72,7 +72,7 @@ TEST(Scripts, KeepTheSettingsOfALineOfTheirOwn) {
     Settings third = second;
     third.resolution = 300;
     third.threshold = true;
-    EXPECT_EQ(script.lines[2].options.settings, third) << "for this line only";
+    EXPECT_EQ(script.lines[2].options.settings, third);  // for this line only
     Settings fourth = second;
     fourth.scaled = false;
     fourth.orientation = printing::Orientation::kPortrait;

@@ -1,10 +1,11 @@
 // Both programs: what one prints comes out of the other.
 
+#include "tools/tavio/virtual_printer.h"
+
 #include <gtest/gtest.h>
 
 #include "tools/tavio/process.h"
 #include "tools/tavio/sample_files.h"
-#include "tools/tavio/virtual_printer.h"
 
 namespace tavio::test {
 namespace {
