@@ -1,6 +1,7 @@
 """Whole processes: a print from the start of a program to its end, and Debian's tools for the
 same kind of work."""
 import dataclasses
+import json
 import shutil
 import statistics
 import subprocess
@@ -188,6 +189,12 @@ def measure(bin, folder, photo_size, brief):
         alternate(f"{bin}/run_measured", present, 1 if brief else 11)
         result[name] = [candidate.summary() for candidate in present]
     return result
+
+
+def measure_server(bin, brief):
+    """Tickets a second with one thread and with all, and the memory of printers in bytes."""
+    return json.loads(subprocess.run([f"{bin}/print_many", "1" if brief else "9"], check=True,
+                                     capture_output=True, text=True).stdout)
 
 
 def measure_start(bin, brief):

@@ -119,6 +119,16 @@ def start_text(start):
     return table(("program", "ms"), [(name, f"{ms:.2f}") for name, ms in start.items()])
 
 
+def server_text(server):
+    rows = [("tickets a second, one thread", f"{server['one']:,.0f}"),
+            (f"tickets a second, {server['threads']} threads", f"{server['all']:,.0f}"),
+            ("their ratio", f"{server['ratio']:.2f}"),
+            ("bytes of memory for a printer", f"{server['printer']:,.0f}"),
+            ("more while it prints a submitted job, on its thread", f"{server['running']:,.0f}"),
+            ("for a waiting job", f"{server['waiting job']:,.0f}")]
+    return table(("", ""), rows)
+
+
 def wire_text(rows):
     return table(
         ("document", "settings", "dots", "bytes sent", "plain one-bit picture", "sent / plain",
@@ -140,6 +150,7 @@ def fill(template, results, notes):
         "encode memory": encode_memory_text(results["encode_memory"]),
         "growth": growth_text(results["growth"]),
         "start": start_text(results["start"]),
+        "server": server_text(results["server"]),
         "wire": wire_text(results["wire"]),
         "photo stages": photo_stages_text(results["stages"], processes["photo"][0]["seconds"]),
         "notes": notes.strip(),

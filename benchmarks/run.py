@@ -35,6 +35,7 @@ def measure(build, folder, brief):
         "start": lambda: processes.measure_start(bin, brief),
         "encode_memory": lambda: processes.measure_encode_memory(bin, folder, brief),
         "stages": lambda: stages.measure(stages_program, folder, brief),
+        "server": lambda: processes.measure_server(bin, brief),
         "growth": lambda: stages.measure_growth(stages_program, folder, brief),
         "wire": lambda: wire.measure(bin, folder, HERE.parent, brief),
     }
