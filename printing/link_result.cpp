@@ -1,7 +1,6 @@
 #include "tavio/printing/link_result.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace tavio::printing {
 
@@ -38,28 +37,28 @@ ElementFate fateOf(const EncodedElement& element, const PrintResult& result) {
 
 }  // namespace
 
-void addRemark(std::vector<Remark>& remarks, RemarkKind kind, std::string sentence) noexcept try {
-    remarks.push_back({kind, std::move(sentence)});
-} catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the outcome tells enough
+void addRemark(std::vector<Remark>& remarks, RemarkKind kind, std::string_view sentence) noexcept {
+    try {
+        Remark& remark = remarks.emplace_back();
+        remark.kind = kind;
+        remark.sentence = sentence;
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the outcome tells enough
+    }
 }
 
 void addFailure(std::vector<Remark>& remarks, const links::LinkReport& report,
-                bool isCancelled) noexcept try {
+                bool isCancelled) noexcept {
     if (report.failure.empty()) return;
     addRemark(remarks, remarkOf(report.failureKind, isCancelled), report.failure);
-} catch (const std::exception&) {
-    addRemark(remarks, RemarkKind::kOutOfMemory, "out of memory");
 }
 
-void addLinkRemark(std::vector<Remark>& remarks, const links::LinkReport& report) noexcept try {
+void addLinkRemark(std::vector<Remark>& remarks, const links::LinkReport& report) noexcept {
     if (report.remark.empty()) return;
     const bool isLate = report.remarkKind == links::LinkRemark::kNotEnded;
     addRemark(remarks, isLate ? RemarkKind::kNotEnded : RemarkKind::kEndedEarly, report.remark);
-} catch (const std::exception&) {
-    addRemark(remarks, RemarkKind::kOutOfMemory, "out of memory");
 }
 
-PrintResult unsent(const Job& job, RemarkKind kind, std::string sentence) noexcept {
+PrintResult unsent(const Job& job, RemarkKind kind, std::string_view sentence) noexcept {
     PrintResult result;
     result.total = job.bytes().size();
     try {
@@ -68,7 +67,7 @@ PrintResult unsent(const Job& job, RemarkKind kind, std::string sentence) noexce
         kind = RemarkKind::kOutOfMemory;
         sentence = "out of memory";
     }
-    addRemark(result.remarks, kind, std::move(sentence));
+    addRemark(result.remarks, kind, sentence);
     return result;
 }
 

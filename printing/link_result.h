@@ -1,7 +1,7 @@
 // The result of a job, from the report of its link.
 #pragma once
 
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "tavio/links/link_report.h"
@@ -10,8 +10,8 @@
 
 namespace tavio::printing {
 
-// Adds the remark; without its sentence if there is no memory for both.
-void addRemark(std::vector<Remark>& remarks, RemarkKind kind, std::string sentence) noexcept;
+// Adds the remark; without its sentence, or not at all, if there is no memory for it.
+void addRemark(std::vector<Remark>& remarks, RemarkKind kind, std::string_view sentence) noexcept;
 
 // The remark on why the link failed; none if it did not. `isCancelled`: a failure without a kind of
 // its own is the cancelling.
@@ -22,7 +22,7 @@ void addFailure(std::vector<Remark>& remarks, const links::LinkReport& report,
 void addLinkRemark(std::vector<Remark>& remarks, const links::LinkReport& report) noexcept;
 
 // Nothing was sent, for this reason.
-PrintResult unsent(const Job& job, RemarkKind kind, std::string sentence) noexcept;
+PrintResult unsent(const Job& job, RemarkKind kind, std::string_view sentence) noexcept;
 
 // Sets outcome, counts and the elements' fates. Takes no memory, so it never fails.
 void setCounts(PrintResult& result, const links::LinkReport& report, const Job& job) noexcept;

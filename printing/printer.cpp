@@ -13,11 +13,12 @@ namespace tavio::printing {
 
 namespace {
 
-using Deliver = std::function<void(const PrintResult&)>;
+// Takes the result of a submitted job.
+using Deliver = std::function<void(PrintResult&&)>;
 
-void deliver(const Deliver& to, const PrintResult& result) noexcept {
+void call(const Printer::Callback& callback, const PrintResult& result) noexcept {
     try {
-        if (to) to(result);
+        if (callback) callback(result);
     } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is left to be told
     }
 }
@@ -99,13 +100,13 @@ void Printer::Impl::submit(const Job& job, const PrintOptions& options, const De
     if (worker_.add([this, submitted] { finish(*submitted); })) return;
     lock.unlock();
     submitted->turn.reset();
-    deliver(to, unsent(job, RemarkKind::kNoThread, "no thread can be started"));
+    to(unsent(job, RemarkKind::kNoThread, "no thread can be started"));
 }
 
 void Printer::Impl::finish(Submitted& submitted) noexcept {
-    const PrintResult result = send(submitted.job, submitted.options, *submitted.turn);
+    PrintResult result = send(submitted.job, submitted.options, *submitted.turn);
     submitted.turn.reset();
-    deliver(submitted.to, result);
+    submitted.to(std::move(result));
 }
 
 // ---- The surface: no function throws ------------------------------------------------------------
@@ -135,19 +136,30 @@ PrintResult Printer::print(const Job& job, const PrintOptions& options) noexcept
 void Printer::submit(const Job& job, const PrintOptions& options,
                      const Callback& callback) noexcept {
     try {
-        if (impl_) return impl_->submit(job, options, callback);
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): told below
+        const auto tell = [callback](PrintResult&& result) { call(callback, result); };
+        if (impl_) return impl_->submit(job, options, tell);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): told below
     }
-    deliver(callback, unsent(job, RemarkKind::kOutOfMemory, "out of memory"));
+    call(callback, unsent(job, RemarkKind::kOutOfMemory, "out of memory"));
 }
 
-std::future<PrintResult> Printer::submit(const Job& job, const PrintOptions& options) noexcept try {
-    auto promise = std::make_shared<std::promise<PrintResult>>();
-    std::future<PrintResult> future = promise->get_future();
-    submit(job, options, [promise](const PrintResult& result) { promise->set_value(result); });
+std::future<PrintResult> Printer::submit(const Job& job, const PrintOptions& options) noexcept {
+    std::shared_ptr<std::promise<PrintResult>> promise;
+    std::future<PrintResult> future;
+    try {
+        promise = std::make_shared<std::promise<PrintResult>>();
+        future = promise->get_future();
+        const auto keep = [promise](PrintResult&& result) {
+            promise->set_value(std::move(result));
+        };
+        if (impl_) {
+            impl_->submit(job, options, keep);
+            return future;
+        }
+    } catch (...) {  // NOLINT(bugprone-empty-catch): told below
+    }
+    if (promise) promise->set_value(unsent(job, RemarkKind::kOutOfMemory, "out of memory"));
     return future;
-} catch (const std::exception&) {
-    return {};
 }
 
 void Printer::cancel() noexcept {

@@ -11,6 +11,9 @@ namespace tavio::printing {
 
 namespace {
 
+// So that there is always room for them.
+constexpr std::size_t kMaxRemarks = 8;
+
 // The progress function of the application, until it throws.
 class Progress {
   public:
@@ -28,9 +31,9 @@ class Progress {
         }
     }
 
-    void addFailure(std::vector<Remark>& remarks) noexcept {
+    void addFailure(std::vector<Remark>& remarks) const noexcept {
         if (failure_.kind == links::FailureKind::kNone) return;
-        addRemark(remarks, RemarkKind::kCallbackFailed, std::move(failure_.sentence));
+        addRemark(remarks, RemarkKind::kCallbackFailed, failure_.sentence);
     }
 
   private:
@@ -105,6 +108,7 @@ PrintResult send(const Job& job, const PrintOptions& options, const ReplyTable& 
     result.total = job.bytes().size();
     try {
         result.elements.resize(job.elements().size());
+        result.remarks.reserve(kMaxRemarks);
         Progress progress(options, result.total);
         if (progress.isWanted()) {
             link.observeProgress([&](const links::Progress& now) { progress.tell(now); });
