@@ -72,7 +72,7 @@ class TAVIO_API Printer {
     const std::string& address() const noexcept;
 
   private:
-    class Impl;
+    class TAVIO_INTERNAL Impl;
     std::unique_ptr<Impl> impl_;  // null if there was no memory for it
 };
 

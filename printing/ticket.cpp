@@ -5,10 +5,9 @@
 
 namespace tavio::printing {
 
-template <typename NewElement>
-Ticket& Ticket::add(NewElement&& element) {
+Ticket& Ticket::add(Element element) {
     try {
-        elements_.emplace_back(std::forward<NewElement>(element));
+        elements_.push_back(std::move(element));
     } catch (const std::exception&) {
         isIncomplete_ = true;
     }

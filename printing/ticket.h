@@ -189,8 +189,7 @@ class TAVIO_API Ticket {
     bool isIncomplete() const { return isIncomplete_; }
 
   private:
-    template <typename NewElement>
-    Ticket& add(NewElement&& element);
+    Ticket& add(Element element);
 
     TicketSettings settings_;
     std::vector<Element> elements_;

@@ -3,3 +3,6 @@
 #pragma once
 
 #define TAVIO_API __attribute__((visibility("default")))
+
+// For a class inside an exported one that only its own library uses.
+#define TAVIO_INTERNAL __attribute__((visibility("hidden")))
