@@ -17,14 +17,14 @@ struct OptionSpec {
     Kind kind = Kind::kValue;
     std::string name;  // "--row", "-o,--output"; of an argument "FILE"
     std::string help;
-    std::string value = "";  // its value's name in the help; of a kValue only
+    std::string value = {};  // its value's name in the help; of a kValue only
 
     // Takes a value (of a flag "true" or "false"): stores it and returns "", or returns a sentence
     // about what is wrong with it. Called once for each value.
     std::function<std::string(const std::string&)> set;
 
-    std::string group = "";
-    std::string excludes = "";  // the option that must not be given with it
+    std::string group = {};
+    std::string excludes = {};  // the option that must not be given with it
 };
 
 using OptionSpecs = std::vector<OptionSpec>;

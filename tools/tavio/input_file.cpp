@@ -60,7 +60,7 @@ bool isStream(const std::string& path) {
            S_ISFIFO(status.st_mode);
 }
 
-InputFile::InputFile(std::string path) : name_(nameOf(path)), file_(openInput(path)) {
+InputFile::InputFile(const std::string& path) : name_(nameOf(path)), file_(openInput(path)) {
     if (!file_.isOpen()) refuse(name_, errno);
 }
 

@@ -26,7 +26,7 @@ bool isStandardInput(const std::string& path);
 //   while (auto bytes = file.next(); !bytes.empty()) printer.feed(bytes);
 class InputFile {
   public:
-    explicit InputFile(std::string path);
+    explicit InputFile(const std::string& path);
 
     // The next bytes, 1 MiB at most, valid until the next call; empty at the end of the file.
     std::span<const Byte> next();

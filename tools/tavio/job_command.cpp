@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "tools/tavio/exit_status.h"
 #include "tools/tavio/failure.h"
 #include "tools/tavio/input_file.h"
+#include "tools/tavio/interrupts.h"
 #include "tools/tavio/script.h"
 #include "tools/tavio/ticket_json.h"
 
@@ -62,20 +64,26 @@ void tellProblems(std::vector<Notice> problems, Report& report) {
     for (const Notice& problem : problems) report.problem(problem);
 }
 
+// The job; none if something is wrong, which has been told. A signal ends the program.
+std::optional<printing::Job> encodeJob(const Options& options, const Destination& destination,
+                                       Composer& composer, Report& report) {
+    const ExitOnSignal interrupts(report.lastWords());
+    report.console().stage("reading");
+    std::vector<Notice> problems =
+        compose(options, options.settings.over(destination.settings), composer);
+    auto job = encodeTickets(composer, report.console(), problems);
+    if (!job) tellProblems(std::move(problems), report);
+    return job;
+}
+
 }  // namespace
 
 int runJob(const Options& options, Report& report) {
     report.outcome(printing::nameOf(links::Outcome::kNothingSent));
     const Destination destination = destinationOf(options);
     Composer composer(replacedFile(destination.target));
-    report.console().stage("reading");
-    std::vector<Notice> problems =
-        compose(options, options.settings.over(destination.settings), composer);
-    const auto job = encodeTickets(composer, report.console(), problems);
-    if (!job) {
-        tellProblems(std::move(problems), report);
-        return static_cast<int>(ExitStatus::kNothingSent);
-    }
+    const auto job = encodeJob(options, destination, composer, report);
+    if (!job) return static_cast<int>(ExitStatus::kNothingSent);
     for (const Notice& warning : warningsOf(*job, composer)) report.warning(warning);
     const Delivery delivery = deliver(*job, destination, options, report);
     report.member("tickets", ticketsJson(composer, *job, delivery.fates));

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "tools/common/printable.h"
+#include "tools/tavio/exit_status.h"
 
 namespace tavio::tool {
 
@@ -58,6 +59,15 @@ void Report::line(std::string_view text) {
 
 void Report::member(std::string_view name, const std::string& value) {
     members_.append(",").append(command_line::jsonText(name)).append(":").append(value);
+}
+
+LastWords Report::lastWords() const {
+    LastWords words;
+    words.err = "tavio: interrupted, nothing was sent\n";
+    for (std::size_t index = 0; isJson_ && index < kInterrupts.size(); ++index) {
+        words.out.at(index) = object(interruptedBy(kInterrupts.at(index))) + "\n";
+    }
+    return words;
 }
 
 std::string Report::object(int status) const {

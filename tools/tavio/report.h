@@ -12,6 +12,7 @@
 #include "tavio/printing/printer.h"
 #include "tools/common/json.h"
 #include "tools/tavio/console.h"
+#include "tools/tavio/interrupts.h"
 
 namespace tavio::tool {
 
@@ -20,7 +21,7 @@ struct Notice {
     std::string kind;
     std::string sentence;                     // without a full stop
     std::size_t line = 0;                     // of the script, from 1; 0 without one
-    std::string document = "";                // what it is about, if the sentence does not tell
+    std::string document = {};                // what it is about, if the sentence does not tell
     std::optional<std::size_t> ticket = {};   // in the list of tickets, from 0
     std::optional<std::size_t> element = {};  // of the ticket, from 0
     std::int64_t count = 0;                   // of a warning: dots, rows, columns or pages
@@ -58,6 +59,9 @@ class Report {
     bool isDone() const { return isDone_; }
 
     std::string object(int status) const;
+
+    // What a signal before the job leaves to tell.
+    LastWords lastWords() const;
 
   private:
     Console& console_;

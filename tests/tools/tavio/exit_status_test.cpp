@@ -4,9 +4,11 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/machine/descriptor.h"
 #include "tools/tavio/process.h"
 #include "tools/tavio/sample_files.h"
 #include "tools/tavio/socket_printer.h"
@@ -180,6 +182,25 @@ TEST_F(ExitStatus, Is128AndTheSignalWhenInterrupted) {
         EXPECT_EQ(ran.err, "tavio: interrupted\n");
         expectMember(ran, R"("outcome":"partly-sent")");
         expectMember(ran, R"({"kind":"cancelled","sentence":"interrupted"})");
+    }
+}
+
+TEST_F(ExitStatus, Is128AndTheSignalWhenInterruptedBeforeAnythingIsSent) {
+    ASSERT_EQ(::mkfifo(at("pipe").c_str(), 0600), 0);
+    for (const auto& [number, status] : {std::pair{SIGINT, 130}, {SIGTERM, 143}}) {
+        for (const bool json : {false, true}) {
+            std::vector<std::string> arguments{"print", "pipe", "--cut"};
+            if (json) arguments.emplace_back("--json");
+            Running running(folder.path(), arguments);
+            // Opening waits until the tool reads.
+            const machine::Descriptor pipe(::open(at("pipe").c_str(), O_WRONLY | O_CLOEXEC));
+            running.signal(number);
+            const Ran ran = running.finish();
+            EXPECT_EQ(ran.status, status);
+            EXPECT_EQ(ran.err, "tavio: interrupted, nothing was sent\n");
+            EXPECT_EQ(ran.out.empty(), !json);
+            if (json) expectMember(ran, R"("outcome":"nothing-sent")");
+        }
     }
 }
 
