@@ -53,6 +53,7 @@ void write(int descriptor, const std::string& text) {
 }
 
 void exitWithWords(int number) {
+    ++handlersRunning;  // for good: the words are there until the program ends
     if (const LastWords* words = wordsToWrite) {
         write(STDERR_FILENO, words->err);
         write(STDOUT_FILENO, words->out.at(number == kInterrupts[0] ? 0 : 1));
@@ -85,6 +86,7 @@ ExitOnSignal::ExitOnSignal(LastWords words) : words_(std::move(words)) {
 ExitOnSignal::~ExitOnSignal() {
     for (int number : kInterrupts) replaceHandler(number, exitWithWords, SIG_DFL);
     wordsToWrite = nullptr;
+    while (handlersRunning != 0) ::sched_yield();
 }
 
 }  // namespace tavio::tool
