@@ -1,5 +1,5 @@
-// Composes, encodes and previews a ticket, and prints it to where no printer is. Writes the job:
-// values FOLDER PHOTO JOB.bin
+// Composes, encodes and previews the ticket of own_transport.cpp, and prints it to where no printer
+// is. Writes the job: values FOLDER PHOTO JOB.bin
 #include <fstream>
 #include <tavio/printing.h>
 
@@ -7,8 +7,11 @@ using namespace tavio::printing;
 
 int main(int argc, char** argv) {
     if (argc != 4) return 2;
+    const Source photo = Source::file(std::string(argv[1]) + "/" + argv[2]);
     Ticket ticket;
-    ticket.picture(Source::file(std::string(argv[1]) + "/" + argv[2]), {.row = 10, .column = 20});
+    for (const auto way : {BlackAndWhite::kDithered, BlackAndWhite::kThreshold})
+        ticket.picture(photo, {10, 20}, {.scaled = true, .blackAndWhite = way});
+    ticket.finish(Finish::kCut);
     const auto job = encode(ticket);
     if (!job || !preview(*job)) return 1;
     std::ofstream(argv[3], std::ios::binary)
