@@ -90,12 +90,16 @@ bool isPrinterAddress(std::string_view text) noexcept try {
     return false;
 }
 
+std::string addressForm(std::string_view text) {
+    const Scheme* scheme = schemeOf(text);
+    return scheme != nullptr ? scheme->form : "";
+}
+
 std::string whyNoPrinterAddress(std::string_view text) {
+    const std::string form = addressForm(text);
     std::string sentence = "\"";
     sentence.append(text).append("\" is no address of a printer: give ");
-    const Scheme* scheme = schemeOf(text);
-    return sentence.append(scheme != nullptr ? scheme->form
-                                             : "tcp://HOST, bt://ADDRESS or tty:DEVICE");
+    return sentence.append(form.empty() ? "tcp://HOST, bt://ADDRESS or tty:DEVICE" : form);
 }
 
 }  // namespace tavio::printing

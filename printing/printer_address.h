@@ -27,6 +27,11 @@ using LinkMaker = std::function<std::shared_ptr<links::Link>()>;
 // True if the text is an address of a printer.
 [[nodiscard]] TAVIO_API bool isPrinterAddress(std::string_view text) noexcept;
 
+// The form of addresses that begin as the text does, to be shown to a person; "" if none does.
+//
+//   addressForm("bt://")  ->  "bt://AA:BB:CC:DD:EE:FF or bt://AA:BB:CC:DD:EE:FF/CHANNEL with ..."
+[[nodiscard]] TAVIO_API std::string addressForm(std::string_view text);
+
 // Why it is none: a sentence without a full stop, with the form to give.
 [[nodiscard]] TAVIO_API std::string whyNoPrinterAddress(std::string_view text);
 

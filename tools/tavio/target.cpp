@@ -2,15 +2,18 @@
 
 #include <array>
 
+#include "tavio/printing/printer_address.h"
+
 namespace tavio::tool {
 
 namespace {
 
-// A kind of target that begins with its scheme.
-struct Scheme {
+constexpr std::string_view kFileScheme = "file:";
+
+// A kind of address, after its scheme.
+struct AddressScheme {
     std::string_view text;
     std::optional<Target> (*parse)(std::string_view rest);
-    const char* wanted;  // the form to give
 };
 
 template <typename Address>
@@ -19,26 +22,15 @@ std::optional<Target> asTarget(const std::optional<Address>& address) {
     return Target(*address);
 }
 
-constexpr std::array<Scheme, 4> kSchemes{{
-    {"file:",
-     [](std::string_view rest) -> std::optional<Target> {
-         if (rest.empty() || rest.find('\0') != std::string_view::npos) return std::nullopt;
-         return FileTarget{std::string(rest)};
-     },
-     "file:NAME"},
-    {"tcp://", [](std::string_view rest) { return asTarget(links::parseTcpAddress(rest)); },
-     "tcp://HOST or tcp://HOST:PORT with a port from 1 to 65535, an IPv6 address in brackets"},
-    {"bt://", [](std::string_view rest) { return asTarget(links::parseRfcommAddress(rest)); },
-     "bt://AA:BB:CC:DD:EE:FF or bt://AA:BB:CC:DD:EE:FF/CHANNEL with a channel from 1 to 30"},
-    {"tty:", [](std::string_view rest) { return asTarget(links::parseSerialAddress(rest)); },
-     "tty:DEVICE or tty:DEVICE?baud=RATE with one of the usual rates from 1200 to 4000000"},
+constexpr std::array<AddressScheme, 3> kAddresses{{
+    {"tcp://", [](std::string_view rest) { return asTarget(links::parseTcpAddress(rest)); }},
+    {"bt://", [](std::string_view rest) { return asTarget(links::parseRfcommAddress(rest)); }},
+    {"tty:", [](std::string_view rest) { return asTarget(links::parseSerialAddress(rest)); }},
 }};
 
-const Scheme* schemeOf(std::string_view text) {
-    for (const Scheme& scheme : kSchemes) {
-        if (text.starts_with(scheme.text)) return &scheme;
-    }
-    return nullptr;
+std::optional<Target> fileTarget(std::string_view name) {
+    if (name.empty() || name.find('\0') != std::string_view::npos) return std::nullopt;
+    return FileTarget{std::string(name)};
 }
 
 }  // namespace
@@ -46,8 +38,10 @@ const Scheme* schemeOf(std::string_view text) {
 std::optional<Target> parseTarget(std::string_view text) {
     if (text == "-") return StandardOutputTarget{false};
     if (text == "png:-") return StandardOutputTarget{true};
-    if (const Scheme* scheme = schemeOf(text))
-        return scheme->parse(text.substr(scheme->text.size()));
+    if (text.starts_with(kFileScheme)) return fileTarget(text.substr(kFileScheme.size()));
+    for (const AddressScheme& scheme : kAddresses) {
+        if (text.starts_with(scheme.text)) return scheme.parse(text.substr(scheme.text.size()));
+    }
     if (!isPictureName(text)) return std::nullopt;
     return PictureTarget{std::string(text)};
 }
@@ -55,7 +49,9 @@ std::optional<Target> parseTarget(std::string_view text) {
 std::string whyNoTarget(std::string_view text) {
     std::string sentence = "\"";
     sentence.append(text).append("\" is no place to print to: give ");
-    if (const Scheme* scheme = schemeOf(text)) return sentence + scheme->wanted;
+    if (text.starts_with(kFileScheme)) return sentence + "file:NAME";
+    const std::string form = printing::addressForm(text);
+    if (!form.empty()) return sentence + form;
     return sentence +
            "a name ending in .png, or file:NAME, -, png:-, tcp://HOST, bt://ADDRESS or tty:DEVICE";
 }
