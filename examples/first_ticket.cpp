@@ -5,10 +5,12 @@
 using namespace tavio::printing;
 
 bool printPhoto(const std::string& photo, const std::string& printerAddress) {
-    Ticket ticket;
-    ticket.picture(Source::file(photo), {.row = 12, .column = 12}).finish(Finish::kCut);
-    const auto job = encode(ticket);
-    if (!job) return std::cerr << job.error().front().sentence << '\n', false;
+    const auto job = encode(
+        Ticket().picture(Source::file(photo), {.row = 12, .column = 12}).finish(Finish::kCut));
+    if (!job) {
+        std::cerr << job.error().front().sentence << '\n';
+        return false;
+    }
     const PrintResult result = Printer(printerAddress).print(*job);
     for (const Remark& remark : result.remarks) std::cerr << remark.sentence << '\n';
     std::cout << result.describe() << '\n';

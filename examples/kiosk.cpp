@@ -45,7 +45,10 @@ int main(int argc, char** argv) {
             continue;
         }
         const std::string todo = help(printer.print(*job, {.readyBefore = true}));
-        if (!todo.empty()) return std::cerr << name << ": " << todo << '\n', 1;
+        if (!todo.empty()) {
+            std::cerr << name << ": " << todo << '\n';
+            return 1;
+        }
         std::cout << "printed for " << name << '\n';
     }
     return 0;

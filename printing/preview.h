@@ -36,9 +36,10 @@ struct TAVIO_API Preview {
 };
 
 struct TAVIO_API PreviewOptions {
-    std::size_t maxTickets = 100;
+    // Further tickets are only counted. A ticket of 11 x 8.5 inches at 600 dots an inch takes 135 MB.
+    std::size_t maxTickets = 20;
 
-    // Leaves TicketPicture::picture (4 bytes a dot) or png empty.
+    // False leaves TicketPicture::picture, which takes most of that (4 bytes a dot), or png empty.
     bool withPictures = true;
     bool withPngs = true;
 };
