@@ -5,9 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/encoder/stream_size.h"
-#include "TavioIpadSDK/session/commands.h"
 #include "tavio/printing/encode_element.h"
 #include "tavio/printing/job.h"
 #include "tavio/printing/read_source.h"
@@ -79,8 +77,7 @@ class TicketsEncoder {
     void tellProgress() {
         try {
             if (options_.progress) options_.progress(number_, count_);
-        } catch (
-            ...) {  // NOLINT(bugprone-empty-catch): the application's function; nothing depends on it
+        } catch (...) {  // NOLINT(bugprone-empty-catch): nothing depends on it
         }
         ++number_;
     }
