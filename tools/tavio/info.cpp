@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <vector>
 
 #include "tavio/printing/document_info.h"
@@ -19,7 +20,7 @@ using command_line::JsonObject;
 // At most two decimals.
 std::string inches(double value) {
     std::array<char, 32> text{};
-    const auto rounded = static_cast<double>(static_cast<std::int64_t>(value * 100 + 0.5)) / 100;
+    const auto rounded = std::round(value * 100) / 100;
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), rounded);
     return error == std::errc() ? std::string(text.data(), end) : "0";
 }
