@@ -16,7 +16,7 @@ inline Lines told(const printing::Problems& problems) {
     Lines lines;
     for (const printing::Problem& problem : problems) {
         std::string line = std::string(nameOf(problem.kind)) + " " + std::to_string(problem.ticket);
-        if (problem.element) line += "." + std::to_string(*problem.element);
+        if (problem.element) line.append(".").append(std::to_string(*problem.element));
         lines.push_back(line + ": " + problem.sentence);
     }
     return lines;
