@@ -92,7 +92,7 @@ using DrawnPage = platform::DrawnPdfPage;
 using PageEngine = std::function<DrawnPage(const Source& document, std::int32_t page)>;
 
 struct TAVIO_API EncodeOptions {
-    // The limits of the program that draws a page. Encoding has no other part that can take long.
+    // The limits of the program that draws a page. Pictures are limited by their pixels alone.
     platform::PdfLimits pageLimits = {};
 
     // The path of that program, "" to look for it where it is installed.
