@@ -1,0 +1,30 @@
+// Grey values become black and white dots.
+#pragma once
+
+#include <cstdint>
+
+#include "TavioIpadSDK/sharp/dots.h"
+#include "TavioIpadSDK/sharp/grey_rows.h"
+#include "TavioIpadSDK/sharp/tone.h"
+
+namespace tavio::sharp {
+
+enum class Method : std::uint8_t {
+    kDithered,   // error diffusion
+    kThreshold,  // darker than the threshold is black
+};
+
+struct Halftone {
+    Method method = Method::kDithered;
+    Byte threshold = 128;  // of grey values after the tone; smaller ones are black
+    Tone tone{};
+};
+
+// All rows as dots. Solid values stay solid: a 0 is a black dot and a 255 a white one, and neither
+// passes an error on. The same bytes on every machine, with and without threads. Throws what the rows
+// throw, std::bad_alloc, and std::length_error above kMaxDots.
+//
+// mayUseThreads: rows may be asked for on another thread, and large pictures be diffused by two.
+Dots halftoned(GreyRows& rows, const Halftone& halftone, bool mayUseThreads);
+
+}  // namespace tavio::sharp
