@@ -3,24 +3,9 @@
 
 #include <cstdint>
 
+#include "TavioIpadSDK/sharp/options.h"
+
 namespace tavio::sharp {
-
-enum class Fit : std::uint8_t {
-    kShrink,   // its own size; if that is larger than the box, as kContain
-    kContain,  // as large as fits into the box; proportions are kept
-    kCover,    // covers the box; proportions are kept, and what lies outside the box is cut off
-    kStretch,  // the size of the box; proportions are not kept
-    kActual,   // its own size, even if that is larger than the box
-};
-
-enum class Turn : std::uint8_t {
-    kAuto,  // a quarter turn clockwise if the picture is too large for its box (or is fitted to it)
-            // and is printed larger that way
-    k0,
-    k90,  // clockwise
-    k180,
-    k270,
-};
 
 struct FitRules {
     Fit fit = Fit::kShrink;
