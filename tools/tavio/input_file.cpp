@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -41,6 +42,14 @@ machine::Descriptor openInput(const std::string& path) {
     return machine::openRegularFile(path);
 }
 
+// A signal that ends the program does so while it waits here. In read() ThreadSanitizer would hold the
+// handler back until bytes come.
+void waitForBytes(int descriptor) {
+    pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+    while (::poll(&waiting, 1, -1) < 0 && errno == EINTR) {
+    }
+}
+
 std::string sizeLimit(std::uint64_t limit) {
     constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20U;
     if (limit % kMebibyte != 0) return std::to_string(limit) + " bytes";
@@ -74,6 +83,7 @@ std::span<const Byte> InputFile::next() {
     buffer_.resize(kMaxAtOnce);
     ssize_t count = 0;
     do {
+        waitForBytes(file_.get());
         count = ::read(file_.get(), buffer_.data(), buffer_.size());
     } while (count < 0 && errno == EINTR);
     if (count < 0) refuse(name_, errno);

@@ -4,7 +4,10 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
+#include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +24,12 @@ constexpr std::size_t kMoreThanBuffersHold = std::size_t{8} << 20U;
 
 void readAll(Client& client) {
     client.read();
+}
+
+// Returns when the reader has taken all bytes, and is about to wait for more.
+void waitUntilRead(const machine::Descriptor& pipe) {
+    int unread = 1;
+    while (::ioctl(pipe.get(), FIONREAD, &unread) == 0 && unread > 0) ::sched_yield();
 }
 
 class ExitStatus : public ToolTest {
@@ -194,6 +203,10 @@ TEST_F(ExitStatus, Is128AndTheSignalWhenInterruptedBeforeAnythingIsSent) {
             Running running(folder.path(), arguments);
             // Opening waits until the tool reads.
             const machine::Descriptor pipe(::open(at("pipe").c_str(), O_WRONLY | O_CLOEXEC));
+            if (json) {
+                EXPECT_EQ(::write(pipe.get(), "A", 1), 1);
+                waitUntilRead(pipe);
+            }
             running.signal(number);
             const Ran ran = running.finish();
             EXPECT_EQ(ran.status, status);
