@@ -142,10 +142,11 @@ constexpr std::size_t kMinPixels = kBlockColumns + 1;
 
 }  // namespace
 
-GrowColumns::GrowColumns(const Axis& axis)
-    : columns_(axis.target()), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
+GrowColumns::GrowColumns(const Axis& axis, std::uint64_t begin, std::uint64_t count)
+    : columns_(count), total_(axis.total()), hasVectorForm_(total_ <= kMaxTotal) {
+    assert(count >= 1 && begin + count <= axis.target());
     for (std::size_t column = 0; column < blocksOf(columns_) * kBlockColumns; ++column) {
-        BlendOfTwo blend = axis.blend(std::min(column, columns_ - 1));
+        BlendOfTwo blend = axis.blend(begin + std::min(column, columns_ - 1));
         // The last pixel alone is the second one of the last pair, with all the weight.
         if (blend.first > 0 && blend.first + 1 == axis.source()) blend = {blend.first - 1, total_};
         first_.push_back(static_cast<std::int32_t>(blend.first));

@@ -14,9 +14,12 @@ namespace tavio::stretch {
 class GrowColumns {
   public:
     // `axis` must grow, or stay as it is.
-    explicit GrowColumns(const Axis& axis);
+    explicit GrowColumns(const Axis& axis) : GrowColumns(axis, 0, axis.target()) {}
 
-    // passed = `row`, axis.source() pixels, blended into axis.target() columns.
+    // Only `count` columns (1 or more) from `begin` on.
+    GrowColumns(const Axis& axis, std::uint64_t begin, std::uint64_t count);
+
+    // passed = `row`, axis.source() pixels, blended into the columns.
     void pass(std::span<const UInt32> row, PassedRow& passed) const;
 
   private:

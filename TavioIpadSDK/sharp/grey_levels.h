@@ -1,0 +1,20 @@
+// How many different grey values a picture has.
+#pragma once
+
+#include "TavioIpadSDK/sharp/grey_source.h"
+
+namespace tavio::sharp {
+
+enum class GreyLevels : std::uint8_t {
+    kBlackAndWhite,  // 0 and 255 only
+    kFew,            // at most kMaxFewLevels
+    kMany,
+};
+
+inline constexpr int kMaxFewLevels = 16;
+
+// Reads the source, of which nothing has been read yet, until it is known. Throws as
+// GreySource::read.
+GreyLevels greyLevels(GreySource& source);
+
+}  // namespace tavio::sharp
