@@ -13,21 +13,9 @@
 
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/sharp/dots.h"
+#include "TavioIpadSDK/sharp/dots_place.h"
 
 namespace tavio::sharp {
-
-// The printer's row and column of the picture's top left dot. In landscape the picture's rows are the
-// printer's rows and its columns the printer's columns. In portrait the picture's columns run along
-// the printer's rows, from `row` downwards to 0, and its rows along the printer's columns: dot (column
-// x, row y) is printed at row `row` - x, column `column` + y.
-struct DotsPlace {
-    bool isLandscape = true;
-    std::int32_t row = 0;
-    std::int32_t column = 0;
-};
-
-// The largest printer row or column that a command names: five digits.
-inline constexpr std::int32_t kMaxPosition = 99'999;
 
 // True if commands can name the places of all the picture's dots: rows and columns from 0 to
 // kMaxPosition.
