@@ -1,17 +1,23 @@
 // The protocol between the library and the program tavio-pdf-page.
 //
-//   command  = tavio-pdf-page CPU MEMORY SIDE PAGE
+//   command  = tavio-pdf-page CPU MEMORY SIDE PAGE [RESOLUTION FIT TURN WIDTH HEIGHT]
 //              CPU     seconds of processor time allowed, a whole number, 1 or more
 //              MEMORY  bytes of address space allowed, a whole number
 //              SIDE    the longest side of the crop box allowed, in points, a decimal number
 //              PAGE    the number of the page, a whole number; the first page is 1
+//              the others, whole numbers, ask for a page in dots (sharp/draw_page.h):
+//              RESOLUTION     dots per inch, 1 or more
+//              FIT TURN       values of sharp::Fit and sharp::Turn
+//              WIDTH HEIGHT   the box in dots, 1 or more
 //   input    = the document, a regular file open for reading as file descriptor 0
 //   answer   = header pixels, on file descriptor 1; nothing follows
-//   header   = the 64 bytes of AnswerHeader, numbers in the machine's own form
+//   header   = the 72 bytes of AnswerHeader, numbers in the machine's own form
 //   pixels   = columns * rows words of 32 bits as in Picture (red, green, blue, 255), the top row
-//              first; only if the outcome is kDrawn
+//              first; of a page in dots, as many bytes as in sharp::GreyRows; only if the outcome is
+//              kDrawn
 //
-// A program that ends before its answer is whole has failed; its exit status or signal says why.
+// The header of a page in dots is sent before its rows are drawn. A program that ends before its
+// answer is whole has failed; its exit status or signal says why.
 #pragma once
 
 #include <cmath>
@@ -23,7 +29,7 @@
 namespace tavio::pdf {
 
 inline constexpr std::uint32_t kAnswerMagic = 0x47505654;  // reads TVPG in memory
-inline constexpr std::uint32_t kAnswerVersion = 2;
+inline constexpr std::uint32_t kAnswerVersion = 3;
 
 // Values of AnswerHeader::outcome.
 enum class Answer : std::uint32_t {
@@ -41,16 +47,17 @@ struct AnswerHeader {
     std::uint32_t version = kAnswerVersion;
     Answer outcome = Answer::kNotPdf;
     std::int32_t pages = 0;  // how many the document has; 0 if it is not known
-    double x = 0;            // the crop box in points
+    double x = 0;            // the crop box in points; of a page in dots, as it is shown at 0, 0
     double y = 0;
     double width = 0;
     double height = 0;
-    std::int32_t left = 0;  // the pixels' place on the canvas
+    std::int32_t left = 0;  // the pixels' place on the canvas, or in the page of dots
     std::int32_t top = 0;
     std::uint32_t columns = 0;
     std::uint32_t rows = 0;
+    double smallestText = 0;  // of a page in dots: in points as printed; 0 if it has no text
 };
-static_assert(sizeof(AnswerHeader) == 64 && std::is_trivially_copyable_v<AnswerHeader>);
+static_assert(sizeof(AnswerHeader) == 72 && std::is_trivially_copyable_v<AnswerHeader>);
 
 // The canvas pixels that a crop box touches. All four are whole numbers; they stay double because
 // a crop box may lie anywhere. The box covers columns x to x + width and rows -y to height - y.

@@ -1,10 +1,13 @@
 # Pages of PDF documents: the library's part, and the program that draws them.
 
 target_sources(tavio_sdk PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/answer_reader.cpp
   ${CMAKE_CURRENT_LIST_DIR}/draw_page.cpp
   ${CMAKE_CURRENT_LIST_DIR}/find_helper.cpp
   ${CMAKE_CURRENT_LIST_DIR}/helper_process.cpp
   ${CMAKE_CURRENT_LIST_DIR}/read_answer.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/sealed_file.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/start_helper.cpp
 )
 
 # The program's folder in the build tree.

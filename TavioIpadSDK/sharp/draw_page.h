@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -30,12 +29,11 @@ struct SharpPage {
     std::int32_t pages = 0;  // how many the document has; 0 if it is not known
 
     // The following only with the outcome kDrawn.
-    double widthPoints = 0;  // of the crop box, before the page is turned
+    double widthPoints = 0;  // of the crop box, turned as the document says
     double heightPoints = 0;
     Fitted fitted;  // the window's size is that of the rows
-    double smallestTextPoints =
-        0;  // the height of the smallest letters' face as it is printed; 0 if
-            // the page has no text
+    // The size of the smallest letters' face as it is printed; 0 if the page has no text.
+    double smallestTextPoints = 0;
     std::unique_ptr<GreyRows> rows;
 };
 
@@ -44,7 +42,8 @@ struct SharpPage {
 // program dies) is a DamagedPicture that the rows throw, so they should be read to their end before
 // anything is printed. Never throws.
 //
-// kTooLarge: a side of the crop box is above the limit, or the page has more than kMaxDots dots.
+// kTooLarge: a side of the crop box is above the limit, or the page has more dots than can be drawn
+// (isDrawable).
 SharpPage drawPage(std::span<const Byte> document, const PageOrder& order,
                    const platform::PdfLimits& limits = {}, const std::string& helper = "") noexcept;
 

@@ -17,7 +17,9 @@
 #include "TavioIpadSDK/machine/write_all.h"
 #include "TavioIpadSDK/pdf/answer.h"
 #include "TavioIpadSDK/pdf/helper/draw_page.h"
+#include "TavioIpadSDK/pdf/helper/draw_rows.h"
 #include "TavioIpadSDK/pdf/helper/memory_guard.h"
+#include "TavioIpadSDK/pdf/helper/record_page.h"
 
 namespace tavio::pdf_helper {
 
@@ -34,6 +36,7 @@ struct Request {
     rlim_t memoryBytes = 0;
     double maxPointsPerSide = 0;
     std::int32_t page = 0;
+    std::optional<DotsRequest> dots;
 };
 
 template <typename Number>
@@ -43,11 +46,31 @@ bool parse(std::string_view text, Number& number) {
     return result.ec == std::errc() && result.ptr == end;
 }
 
+// A number from 0 to the last value of the enumeration.
+template <typename Enumeration>
+bool parse(std::string_view text, Enumeration& value, Enumeration last) {
+    int number = 0;
+    if (!parse(text, number) || number < 0 || number > static_cast<int>(last)) return false;
+    value = static_cast<Enumeration>(number);
+    return true;
+}
+
+bool parseDots(std::span<char* const> arguments, DotsRequest& dots) {
+    return arguments.size() == 5 && parse(arguments[0], dots.resolution) &&
+           parse(arguments[1], dots.fit.fit, sharp::Fit::kActual) &&
+           parse(arguments[2], dots.fit.turn, sharp::Turn::k270) &&
+           parse(arguments[3], dots.fit.boxWidth) && parse(arguments[4], dots.fit.boxHeight) &&
+           dots.resolution >= 1 && dots.fit.boxWidth >= 1 && dots.fit.boxHeight >= 1;
+}
+
 std::optional<Request> parseArguments(std::span<char* const> arguments) {
     Request request;
-    if (arguments.size() != 5 || !parse(arguments[1], request.cpuSeconds) ||
+    if (arguments.size() < 5 || !parse(arguments[1], request.cpuSeconds) ||
         !parse(arguments[2], request.memoryBytes) ||
         !parse(arguments[3], request.maxPointsPerSide) || !parse(arguments[4], request.page)) {
+        return std::nullopt;
+    }
+    if (arguments.size() > 5 && !parseDots(arguments.subspan(5), request.dots.emplace())) {
         return std::nullopt;
     }
     return request;
@@ -128,11 +151,27 @@ int documentDescriptor() {
     return ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
 }
 
+bool answerWithPixels(int document, const Request& request) {
+    const DrawnPage page = drawPage(document, request.page, request.maxPointsPerSide);
+    if (!writeHeader(page.header)) return false;
+    return page.surface == nullptr || writePixels(page);
+}
+
+bool answerWithDots(int document, const Request& request) {
+    const RecordedPage page =
+        recordPage(document, request.page, request.maxPointsPerSide, *request.dots);
+    if (!writeHeader(page.header)) return false;
+    return page.recording == nullptr ||
+           drawRows(page, [](std::span<const Byte> row) { return answerWith(std::as_bytes(row)); });
+}
+
 int run(std::span<char* const> arguments) {
     const std::optional<Request> request = parseArguments(arguments);
     if (!request) {
-        std::fputs("Usage: tavio-pdf-page CPU-SECONDS MEMORY-BYTES MAX-POINTS PAGE < document\n",
-                   stderr);
+        std::fputs(
+            "Usage: tavio-pdf-page CPU-SECONDS MEMORY-BYTES MAX-POINTS PAGE "
+            "[RESOLUTION FIT TURN WIDTH HEIGHT] < document\n",
+            stderr);
         return kBadUsage;
     }
     if (!takeOverStandardOutput()) return kFailed;
@@ -141,9 +180,9 @@ int run(std::span<char* const> arguments) {
 
     const int document = documentDescriptor();
     if (document < 0) return kFailed;
-    const DrawnPage page = drawPage(document, request->page, request->maxPointsPerSide);
-    if (!writeHeader(page.header)) return kFailed;
-    return page.surface == nullptr || writePixels(page) ? 0 : kFailed;
+    const bool isAnswered =
+        request->dots ? answerWithDots(document, *request) : answerWithPixels(document, *request);
+    return isAnswered ? 0 : kFailed;
 }
 
 }  // namespace

@@ -1,0 +1,73 @@
+// What each dot of a drawing is: black, white or grey.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "TavioIpadSDK/machine/bytes.h"
+
+namespace tavio::sharp {
+
+// A drawing is made of pixels; a dot is a square of `factor` by `factor` of them.
+inline constexpr int kMaxPixelsPerDotSide = 4;
+
+// Settles the dots of a drawing row by row, from the top.
+//
+// A pixel is 0x00RRGGBB; its top byte has no meaning. Black and white pixels are those that the eye
+// cannot tell from black and white, and black ink without others (0x231F20). All others are between.
+//
+// Edges are drawn smoothly, so a pixel between may be of a grey or of an edge. What is in a dot and
+// in the eight beside it tells which:
+//
+//   black and white, or nothing between   the dot is black if half or more of it is covered, else white
+//   black or white, and pixels between    they are grey: the dot is that grey if half or more of it is
+//                                         covered by it. The grey is that of the pixel farthest from
+//                                         the solid colour, so that no edge lightens or darkens it
+//   only pixels between                   the dot has their mean
+//
+// At three pixels a side and more, an edge is thinner than a dot: a dot of pixels between only is grey
+// whatever is beside it.
+class DotSettler {
+  public:
+    // width: of the drawing in dots, 1 or more. factor: 1 to kMaxPixelsPerDotSide.
+    DotSettler(std::int32_t width, int factor);
+
+    // The pixels of the next row of dots: `factor` rows of them, the first of each `stride` pixels
+    // after that above. Returns the dots of the row above, none for the first; valid until the next
+    // call.
+    std::span<const Byte> add(const std::uint32_t* pixels, std::size_t stride);
+
+    // After the last row: its dots.
+    std::span<const Byte> finish();
+
+  private:
+    // What is known of a dot from its own pixels.
+    struct Counts {
+        std::uint16_t sum = 0;  // of the pixels' luminance
+        Byte black = 0;         // pixels
+        Byte white = 0;
+        Byte darkest = 255;  // of the pixels between
+        Byte lightest = 0;
+    };
+    struct Row {
+        std::vector<Counts> dots;   // with a dot before and after the row, as those beside them
+        std::vector<Byte> isBlank;  // by piece: all its dots are white
+    };
+
+    void count(const std::uint32_t* pixels, std::size_t stride, Row& row) const;
+    void countPiece(const std::uint32_t* pixels, std::size_t stride, std::span<Counts> dots) const;
+    std::span<const Byte> settle(const Row& above, const Row& row, const Row& below);
+    static Counts around(const std::array<const Counts*, 3>& dots);
+    Byte settled(const Counts& dot, const Counts& around) const;
+
+    std::size_t width_;
+    std::size_t factor_;
+    std::array<Row, 3> rows_;  // the last three
+    std::size_t added_ = 0;
+    std::vector<Byte> settled_;
+};
+
+}  // namespace tavio::sharp
