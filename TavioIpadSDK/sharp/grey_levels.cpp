@@ -24,7 +24,7 @@ GreyLevels kindOf(const Levels& levels) {
 
 }  // namespace
 
-GreyLevels greyLevels(GreySource& source) {
+GreyLevels greyLevels(pictures::StoredGrey& source) {
     const std::int32_t height = source.height();
     const std::int32_t stripRows =
         source.comesWhole() ? height : std::max(kStripPixels / source.width(), 1);

@@ -1,7 +1,7 @@
 // How many different grey values a picture has.
 #pragma once
 
-#include "TavioIpadSDK/sharp/grey_source.h"
+#include "TavioIpadSDK/pictures/stored_grey.h"
 
 namespace tavio::sharp {
 
@@ -14,7 +14,7 @@ enum class GreyLevels : std::uint8_t {
 inline constexpr int kMaxFewLevels = 16;
 
 // Reads the source, of which nothing has been read yet, until it is known. Throws as
-// GreySource::read.
-GreyLevels greyLevels(GreySource& source);
+// pictures::StoredGrey::read.
+GreyLevels greyLevels(pictures::StoredGrey& source);
 
 }  // namespace tavio::sharp

@@ -10,15 +10,17 @@
 #include "TavioIpadSDK/sharp/cropped_rows.h"
 #include "TavioIpadSDK/sharp/dots.h"
 #include "TavioIpadSDK/sharp/grey_levels.h"
-#include "TavioIpadSDK/sharp/grey_source.h"
+#include "TavioIpadSDK/sharp/open_grey.h"
 #include "TavioIpadSDK/sharp/resampled_grey.h"
 #include "TavioIpadSDK/sharp/turned_rows.h"
 
 namespace tavio::sharp {
 namespace {
 
+using pictures::StoredGrey;
+
 // Opens the picture, of which nothing has been read yet.
-using Opener = std::function<std::unique_ptr<GreySource>()>;
+using Opener = std::function<std::unique_ptr<StoredGrey>()>;
 
 Window windowOf(const Fitted& fitted) {
     return {fitted.left, fitted.top, static_cast<std::int32_t>(fitted.windowWidth),
@@ -26,7 +28,7 @@ Window windowOf(const Fitted& fitted) {
 }
 
 // Permits a source to be decoded at the size of which it is printed, or not much above.
-void mayShrinkTo(const Fitted& fitted, GreySource& source) {
+void mayShrinkTo(const Fitted& fitted, StoredGrey& source) {
     if (swapsSides(turnedOrientation(source.orientation(), fitted.quarterTurns)))
         source.mayShrinkTo(fitted.height, fitted.width);
     else
@@ -40,14 +42,14 @@ bool isEnlargedByWholeNumbers(const GreyRows& rows, const Fitted& fitted) {
 // The picture's rows at the size at which they are printed.
 std::unique_ptr<GreyRows> printedRows(const Opener& open, const Fitted& fitted,
                                       bool mayUseThreads) {
-    std::unique_ptr<GreySource> source = open();
+    std::unique_ptr<StoredGrey> source = open();
     mayShrinkTo(fitted, *source);
-    const bool mayHaveFewGreys = source->mayHaveFewGreys();
+    const bool isPhoto = source->isPhoto();
     auto rows = turnedRows(std::move(source), fitted.quarterTurns, mayUseThreads);
     const Window window = windowOf(fitted);
     if (rows->width() == fitted.width && rows->height() == fitted.height)
         return croppedRows(std::move(rows), window);
-    const GreyLevels levels = mayHaveFewGreys ? greyLevels(*open()) : GreyLevels::kMany;
+    const GreyLevels levels = isPhoto ? GreyLevels::kMany : greyLevels(*open());
     const auto width = static_cast<std::int32_t>(fitted.width);
     const auto height = static_cast<std::int32_t>(fitted.height);
     if (levels != GreyLevels::kMany && isEnlargedByWholeNumbers(*rows, fitted))
@@ -106,7 +108,7 @@ bool isTooLarge(const Fitted& fitted) {
 }
 
 SharpPicture fittedPicture(std::shared_ptr<const void> keepsAlive, Opener open,
-                           const GreySource& source, const FitRules& rules, bool mayUseThreads) {
+                           const StoredGrey& source, const FitRules& rules, bool mayUseThreads) {
     const bool isSwapped = swapsSides(source.orientation());
     SharpPicture picture;
     picture.width = isSwapped ? source.height() : source.width();
@@ -126,11 +128,11 @@ SharpPicture openPicture(std::shared_ptr<const Bytes> file, const FitRules& rule
     try {
         const std::span<const Byte> bytes =
             file ? std::span<const Byte>(*file) : std::span<const Byte>();
-        OpenedGrey opened = openGrey(bytes);
+        pictures::OpenedGrey opened = openGrey(bytes);
         if (!opened.source) return refused(std::move(opened.why), opened.refusal);
         // What could be opened once can be opened again, unless memory has run out.
         auto open = [bytes] {
-            OpenedGrey again = openGrey(bytes);
+            pictures::OpenedGrey again = openGrey(bytes);
             if (!again.source) throw pictures::DamagedPicture(again.why);
             return std::move(again.source);
         };

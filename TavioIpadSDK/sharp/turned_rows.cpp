@@ -12,6 +12,8 @@
 namespace tavio::sharp {
 namespace {
 
+using pictures::StoredGrey;
+
 constexpr int kUpright = 1;
 constexpr int kMirrored = 2;
 
@@ -28,7 +30,7 @@ std::int32_t stripRows(std::int32_t width) {
 // Decodes each strip on request.
 class StreamedRows : public GreyRows {
   public:
-    explicit StreamedRows(std::unique_ptr<GreySource> source, int orientation)
+    explicit StreamedRows(std::unique_ptr<StoredGrey> source, int orientation)
         : width_(source->width()),
           height_(source->height()),
           isMirrored_(orientation == kMirrored),
@@ -54,7 +56,7 @@ class StreamedRows : public GreyRows {
     std::int32_t width_;
     std::int32_t height_;
     bool isMirrored_;
-    std::unique_ptr<GreySource> source_;
+    std::unique_ptr<StoredGrey> source_;
     std::int32_t row_ = 0;  // the next one
     machine::UnclearedBytes strip_;
 };
@@ -93,7 +95,7 @@ Steps stepsOf(int orientation, std::ptrdiff_t width, std::ptrdiff_t height) {
 // Decodes the whole picture on the first request.
 class WholeRows : public GreyRows {
   public:
-    WholeRows(std::unique_ptr<GreySource> source, int orientation)
+    WholeRows(std::unique_ptr<StoredGrey> source, int orientation)
         : width_(swapsSides(orientation) ? source->height() : source->width()),
           height_(swapsSides(orientation) ? source->width() : source->height()),
           steps_(stepsOf(orientation, source->width(), source->height())),
@@ -134,7 +136,7 @@ class WholeRows : public GreyRows {
     std::int32_t width_;
     std::int32_t height_;
     Steps steps_;
-    std::unique_ptr<GreySource> source_;  // null after it has been decoded
+    std::unique_ptr<StoredGrey> source_;  // null after it has been decoded
     machine::UnclearedBytes pixels_;
     std::int32_t row_ = 0;  // the next one
     machine::UnclearedBytes strip_;
@@ -154,7 +156,7 @@ int turnedOrientation(int orientation, int quarterTurns) {
     return turnedOrientation(kUpright, quarterTurns);
 }
 
-std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<GreySource> source, int quarterTurns,
+std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<StoredGrey> source, int quarterTurns,
                                      bool /*mayUseThreads*/) {
     const int orientation = turnedOrientation(source->orientation(), quarterTurns);
     const bool keepsItsRows = orientation == kUpright || orientation == kMirrored;

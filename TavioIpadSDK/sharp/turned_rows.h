@@ -3,8 +3,8 @@
 
 #include <memory>
 
+#include "TavioIpadSDK/pictures/stored_grey.h"
 #include "TavioIpadSDK/sharp/grey_rows.h"
-#include "TavioIpadSDK/sharp/grey_source.h"
 
 namespace tavio::sharp {
 
@@ -22,7 +22,7 @@ constexpr bool swapsSides(int orientation) {
 // coding that comes whole is decoded, five.
 //
 // mayUseThreads: a large picture is decoded on a thread of its own.
-std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<GreySource> source, int quarterTurns,
+std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<pictures::StoredGrey> source, int quarterTurns,
                                      bool mayUseThreads);
 
 }  // namespace tavio::sharp

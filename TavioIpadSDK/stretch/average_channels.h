@@ -11,6 +11,11 @@
 
 namespace tavio::stretch {
 
+// Weighted sums of one channel of a PassedBlock.
+struct alignas(64) ChannelSums {
+    double values[kBlockColumns];
+};
+
 // As AverageRows, in one channel.
 class AverageChannels {
   public:
@@ -26,8 +31,11 @@ class AverageChannels {
     void average(std::span<Byte> target);
 
   private:
+    void averagePlainly(std::span<Byte> target) const;
+    void averageInVectors(std::span<Byte> target) const;
+
     std::uint64_t total_;
-    std::vector<double> sums_;  // of whole blocks; empty when nothing has been added
+    std::vector<ChannelSums> sums_;  // empty when nothing has been added
 };
 
 }  // namespace tavio::stretch

@@ -1,19 +1,3 @@
-// Passed rows are added up in double, times their weights. The sums are divided by the total T of
-// the weights and by 2^16, for the fraction bits. Half a unit has been added to every passed row,
-// so truncating rounds:
-//
-//     row 0 * w0 |
-//     row 1 * w1 |  added up: S      result = floor(S / (2^16 * T))
-//     row 2 * w2 |
-//
-// The sums are exact: whole numbers of at most 2^24 * T, below 2^53. Vectors then compute
-//
-//     (S + 1/2) * (1 / (2^16 * T))
-//
-// Proof that truncating this to a whole number is exact for T of up to 2^26: with the 1/2, which S
-// has room for, the exact value is at least 2^-17 / T, so 2^-43, away from a whole number, and it
-// is at most 2^8. The factor and the product have a relative error of 2^-53 each, together an error
-// of at most 2^-44.
 #include "TavioIpadSDK/stretch/average_rows.h"
 
 #include <algorithm>
@@ -26,47 +10,18 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/stretch/average_rows.cpp"
 #include "TavioIpadSDK/machine/vectors-inl.h"
-
-#ifndef TAVIO_STRETCH_AVERAGE_ROWS_ONCE
-#define TAVIO_STRETCH_AVERAGE_ROWS_ONCE
-namespace tavio::stretch {
-namespace {
-
-constexpr std::uint64_t kMaxTotal = 1 << 26;
-
-}  // namespace
-}  // namespace tavio::stretch
-#endif
+#include "TavioIpadSDK/stretch/average-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tavio::stretch::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
 
-namespace hn = hwy::HWY_NAMESPACE;
-
-using Doubles = hn::ScalableTag<double>;
-using Floats = hn::Rebind<float, Doubles>;
-using Words = hn::Rebind<std::int32_t, Doubles>;
-using Word = hn::Vec<Words>;
-
 // sums += rows * weight
 void addBlocks(const PassedBlock* rows, double weight, std::size_t blocks, SumBlock* sums) {
-    const Doubles d;
-    const auto factor = hn::Set(d, weight);
-    for (std::size_t block = 0; block < blocks; ++block) {
-        for (std::size_t at = 0; at < kBlockValues; at += hn::Lanes(d)) {
-            double* sum = sums[block].values + at;
-            const auto value = hn::PromoteTo(d, hn::Load(Floats(), rows[block].values + at));
-            hn::Store(hn::MulAdd(value, factor, hn::Load(d, sum)), d, sum);
-        }
-    }
-}
-
-// (sums + constant) * factor, truncated.
-HWY_INLINE Word averages(const double* sums, hn::Vec<Doubles> constant, hn::Vec<Doubles> factor) {
-    const auto sum = hn::Add(hn::Load(Doubles(), sums), constant);
-    return hn::DemoteTo(Words(), hn::Mul(sum, factor));
+    const auto factor = hn::Set(Doubles(), weight);
+    for (std::size_t block = 0; block < blocks; ++block)
+        addValues<kBlockValues>(rows[block].values, factor, sums[block].values);
 }
 
 // The pixels of whole blocks.
@@ -125,7 +80,7 @@ void AverageRows::add(const PassedRow& row, std::uint64_t weight) {
 
 void AverageRows::average(std::span<UInt32> target) {
     assert(sums_.size() == blocksOf(target.size()));
-    if (total_ > kMaxTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
+    if (total_ > kMaxAverageTotal || machine::instructionSet() == machine::InstructionSet::kPlain) {
         averagePlainly(target);
     } else {
         averageInVectors(target);
@@ -149,9 +104,7 @@ void AverageRows::averagePlainly(std::span<UInt32> target) const {
 }
 
 void AverageRows::averageInVectors(std::span<UInt32> target) const {
-    const auto total = static_cast<double>(total_);
-    const double constant = 0.5 - kMargin * total;
-    const double factor = 1 / (total * (1 << kFractionBits));
+    const auto [constant, factor] = averageFactors(total_);
     const std::size_t blocks = target.size() / kBlockColumns;
     TAVIO_CHOSEN_FORM(averageBlocks)(sums_.data(), constant, factor, blocks, target.data());
     const std::span<UInt32> rest = target.subspan(blocks * kBlockColumns);

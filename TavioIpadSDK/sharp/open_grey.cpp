@@ -1,31 +1,37 @@
-#include "TavioIpadSDK/sharp/grey_source.h"
+#include "TavioIpadSDK/sharp/open_grey.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
+#include "TavioIpadSDK/pictures/decode_grey_jpeg.h"
+#include "TavioIpadSDK/pictures/decode_jpeg.h"
 #include "TavioIpadSDK/pictures/open_file.h"
 #include "TavioIpadSDK/sharp/luminance.h"
 
 namespace tavio::sharp {
 namespace {
 
+using pictures::OpenedGrey;
 using pictures::Picture;
+using pictures::StoredGrey;
 using pictures::StoredPicture;
 
 // Pixels between their decoder and their grey values: few enough to stay in a core's cache.
 constexpr std::size_t kStripPixels = std::size_t{1} << 14;
 
 // The grey values of decoded pixels.
-class GreyOfPixels : public GreySource {
+class GreyOfPixels : public StoredGrey {
   public:
-    explicit GreyOfPixels(std::unique_ptr<StoredPicture> stored) : stored_(std::move(stored)) {}
+    GreyOfPixels(std::unique_ptr<StoredPicture> stored, bool isPhoto)
+        : stored_(std::move(stored)), isPhoto_(isPhoto) {}
 
     std::int32_t width() const override { return stored_->width(); }
     std::int32_t height() const override { return stored_->height(); }
     int orientation() const override { return stored_->orientation(); }
     bool comesWhole() const override { return stored_->comesWhole(); }
+    bool isPhoto() const override { return isPhoto_; }
 
     void read(std::span<Byte> rows) override {
         while (!rows.empty()) {
@@ -46,10 +52,11 @@ class GreyOfPixels : public GreySource {
     }
 
     std::unique_ptr<StoredPicture> stored_;
+    bool isPhoto_;
     std::vector<UInt32> pixels_;
 };
 
-class GreyInMemory : public GreySource {
+class GreyInMemory : public StoredGrey {
   public:
     explicit GreyInMemory(const Picture& picture) : picture_(picture), rest_(picture.pixels) {}
 
@@ -70,12 +77,17 @@ class GreyInMemory : public GreySource {
 }  // namespace
 
 OpenedGrey openGrey(std::span<const Byte> file) {
+    const bool isJpeg = pictures::looksLikeJpeg(file);
+    if (isJpeg) {
+        OpenedGrey opened = pictures::openGreyJpeg(file);
+        if (opened.source || !opened.why.empty()) return opened;
+    }
     pictures::OpenedFile opened = pictures::openFile(file);
     if (!opened.picture) return {nullptr, std::move(opened.why), opened.refusal};
-    return {std::make_unique<GreyOfPixels>(std::move(opened.picture)), {}};
+    return {std::make_unique<GreyOfPixels>(std::move(opened.picture), isJpeg), {}};
 }
 
-std::unique_ptr<GreySource> greyOf(const Picture& picture) {
+std::unique_ptr<StoredGrey> greyOf(const Picture& picture) {
     return std::make_unique<GreyInMemory>(picture);
 }
 
