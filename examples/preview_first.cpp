@@ -31,7 +31,7 @@ int fail(const std::string& sentence) {
 int main(int argc, char** argv) {
     if (argc != 4) return 2;
     Ticket ticket;
-    ticket.document(Source::file(argv[1]), {}, {.scaled = true}).finish(Finish::kCut);
+    ticket.document(Source::file(argv[1]), {}, {.fit = Fit::kContain}).finish(Finish::kCut);
 
     const auto job = encode(ticket);
     if (!job) return fail(job.error().front().sentence);

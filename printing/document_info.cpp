@@ -11,7 +11,7 @@
 #include "TavioIpadSDK/pictures/decode_png.h"
 #include "TavioIpadSDK/pictures/open_picture.h"
 #include "TavioIpadSDK/platform/utf8.h"
-#include "tavio/printing/page_problem.h"
+#include "tavio/printing/encode_noting.h"
 #include "tavio/printing/read_source.h"
 
 namespace tavio::printing {
@@ -37,19 +37,10 @@ Problem unknownFormat(const Source& source) {
             shownName(source) + " is neither a PDF, PNG, JPEG nor BMP file nor UTF-8 text"};
 }
 
-// Printing needs the page that was drawn; its size and number of pages are noted.
-EncodeOptions noting(const EncodeOptions& options, DocumentInfo& info) {
-    EncodeOptions result = options;
-    result.pageEngine = [&options, &info](const Source& document, std::int32_t page) {
-        DrawnPage drawn = askForPage(document.content(), document.name(), page, options);
-        info.pages = drawn.pages;
-        if (drawn.result.page) {
-            info.widthInches = drawn.result.page->width / kPointsPerInch;
-            info.heightInches = drawn.result.page->height / kPointsPerInch;
-        }
-        return drawn;
-    };
-    return result;
+void notePage(const DocumentPage& page, DocumentInfo& info) {
+    info.pages = page.pages;
+    info.widthInches = page.widthPoints / kPointsPerInch;
+    info.heightInches = page.heightPoints / kPointsPerInch;
 }
 
 void notePicture(const std::shared_ptr<const Bytes>& file, std::int32_t resolution,
@@ -85,8 +76,10 @@ Expected<DocumentInfo, Problems> inspectDocument(const Source& source,
 
     const Ticket ticket =
         ticketOf(Source::bytes(*file, shownName(source)), info.format, settings, place, drawing);
-    const auto job = encode(ticket, noting(options, info));
+    std::optional<DocumentPage> page;
+    const auto job = encodeNoting(ticket, options, page);
     if (!job) return tl::unexpected(job.error());
+    if (page) notePage(*page, info);
     info.dots = job->elements().front().size;
     info.warnings = job->warnings();
     return info;

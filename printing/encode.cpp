@@ -7,6 +7,7 @@
 
 #include "TavioIpadSDK/encoder/stream_size.h"
 #include "tavio/printing/encode_element.h"
+#include "tavio/printing/encode_noting.h"
 #include "tavio/printing/job.h"
 #include "tavio/printing/read_source.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 // A document of several pages, and those that are printed.
 struct PrintedDocument {
-    std::string identity;  // Drawing::document
+    std::string identity;  // as in DocumentPage
     std::string name;
     std::int32_t pages = 0;
     std::set<std::int32_t> printed;
@@ -39,6 +40,9 @@ class TicketsEncoder {
         warnOfMorePages();
         return Job(std::make_shared<const Job::Impl>(std::move(job_)));
     }
+
+    // The page that was encoded last, none if there was none.
+    const std::optional<DocumentPage>& lastPage() const { return lastPage_; }
 
   private:
     void encodeTicket(std::size_t index) {
@@ -90,15 +94,17 @@ class TicketsEncoder {
             warning.element = at;
             job_.warnings.push_back(std::move(warning));
         }
-        if (parts.pages > 1) documentOf(parts, ticket, at).printed.insert(parts.page);
+        if (!parts.page) return;
+        if (parts.page->pages > 1)
+            documentOf(*parts.page, ticket, at).printed.insert(parts.page->page);
+        lastPage_ = std::move(parts.page);
     }
 
-    PrintedDocument& documentOf(EncodedParts& parts, std::size_t ticket, std::size_t at) {
-        const auto known =
-            std::ranges::find(documents_, parts.document, &PrintedDocument::identity);
+    PrintedDocument& documentOf(const DocumentPage& page, std::size_t ticket, std::size_t at) {
+        const auto known = std::ranges::find(documents_, page.identity, &PrintedDocument::identity);
         if (known != documents_.end()) return *known;
-        return documents_.emplace_back(PrintedDocument{
-            std::move(parts.document), std::move(parts.name), parts.pages, {}, ticket, at});
+        return documents_.emplace_back(
+            PrintedDocument{page.identity, page.name, page.pages, {}, ticket, at});
     }
 
     void warnOfMorePages() {
@@ -127,6 +133,7 @@ class TicketsEncoder {
     Job::Impl job_;
     Problems problems_;
     std::vector<PrintedDocument> documents_;  // in the order of printing
+    std::optional<DocumentPage> lastPage_;
 };
 
 }  // namespace
@@ -138,6 +145,14 @@ Expected<Job, Problems> encode(std::span<const Ticket> tickets,
     } catch (const std::exception&) {  // no memory for the job
         return outOfMemory();
     }
+}
+
+Expected<Job, Problems> encodeNoting(const Ticket& ticket, const EncodeOptions& options,
+                                     std::optional<DocumentPage>& page) {
+    TicketsEncoder encoder(std::span(&ticket, 1), options);
+    auto job = encoder.encode();
+    page = encoder.lastPage();
+    return job;
 }
 
 Expected<Job, Problems> encode(const Ticket& ticket, const EncodeOptions& options) noexcept {

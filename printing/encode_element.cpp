@@ -9,15 +9,31 @@
 #include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/platform/utf8.h"
 #include "TavioIpadSDK/session/commands.h"
-#include "tavio/printing/drawing.h"
-#include "tavio/printing/graphics.h"
+#include "tavio/printing/box.h"
+#include "tavio/printing/classic_drawing.h"
+#include "tavio/printing/classic_graphics.h"
 #include "tavio/printing/plain_text.h"
 #include "tavio/printing/read_source.h"
+#include "tavio/printing/sharp_drawing.h"
+#include "tavio/printing/sharp_graphics.h"
 
 namespace tavio::printing {
 namespace {
 
 using Result = Expected<EncodedParts, Problem>;
+
+// Options that have no meaning in the classic way are refused rather than ignored.
+std::optional<Problem> problemOf(const DrawOptions& options) {
+    DrawOptions plain;
+    plain.page = options.page;
+    plain.blackAndWhite = options.blackAndWhite;
+    plain.classic = options.classic;
+    if (!options.classic || options == plain) return std::nullopt;
+    return problem(ProblemKind::kBadSetting,
+                   "the classic way has no fit, turn, align, margin, threshold or tone: leave them "
+                   "out")
+        .value();
+}
 
 class ElementEncoder {
   public:
@@ -25,18 +41,16 @@ class ElementEncoder {
         : layout_(layout), options_(options), bytes_(bytes) {}
 
     Result operator()(const element::Document& document) const {
-        return appendDrawing(document, document.options, document.place, std::nullopt);
+        return appendDrawing(document, document.place, std::nullopt);
     }
 
     Result operator()(const element::Pixels& pixels) const {
-        return appendDrawing(pixels, pixels.options, pixels.place, std::nullopt);
+        return appendDrawing(pixels, pixels.place, std::nullopt);
     }
 
     Result operator()(const element::StoreLogo& logo) const {
         return std::visit(
-            [&](const auto& picture) {
-                return appendDrawing(picture, picture.options, {}, logo.number);
-            },
+            [&](const auto& picture) { return appendDrawing(picture, {}, logo.number); },
             logo.picture);
     }
 
@@ -90,20 +104,37 @@ class ElementEncoder {
 
     // picture: element::Document or element::Pixels.
     template <typename Picture>
-    Result appendDrawing(const Picture& picture, const DrawOptions& drawing, Place place,
+    Result appendDrawing(const Picture& picture, Place place,
                          std::optional<std::int32_t> logo) const {
-        auto drawn = drawingOf(picture, layout_, options_);
+        if (auto problem = problemOf(picture.options)) return tl::unexpected(std::move(*problem));
+        return picture.options.classic ? appendClassically(picture, place, logo)
+                                       : appendSharply(picture, place, logo);
+    }
+
+    template <typename Picture>
+    Result appendSharply(const Picture& picture, Place place,
+                         std::optional<std::int32_t> logo) const {
+        const DrawOptions& options = picture.options;
+        const auto box = boxOf(layout_, place, options.margin);
+        if (!box) return tl::unexpected(box.error());
+        auto drawn = sharpDrawingOf(picture, layout_.resolution, fitRules(*box, options), options_);
+        if (!drawn) return tl::unexpected(drawn.error());
+        return appendSharp(std::move(*drawn), layout_,
+                           {*box, options, logo, options_.mayUseThreads}, bytes_);
+    }
+
+    template <typename Picture>
+    Result appendClassically(const Picture& picture, Place place,
+                             std::optional<std::int32_t> logo) const {
+        auto drawn = classicDrawingOf(picture, layout_, options_);
         if (!drawn) return tl::unexpected(drawn.error());
         EncodedParts parts;
         parts.size = Size{drawn->size.width, drawn->size.height};
         if (!logo) parts.rectangle = rectangleAt(layout_, place, *parts.size);
-        parts.pages = drawn->pages;
-        parts.document = drawn->document;
-        parts.name = drawn->name;
-        parts.page = drawing.page;
-        auto warnings =
-            appendGraphics(std::move(*drawn), layout_,
-                           {place, drawing.blackAndWhite, logo, options_.mayUseThreads}, bytes_);
+        parts.page = drawn->page;
+        auto warnings = appendClassic(
+            std::move(*drawn), layout_,
+            {place, picture.options.blackAndWhite, logo, options_.mayUseThreads}, bytes_);
         if (!warnings) return tl::unexpected(warnings.error());
         parts.warnings = std::move(*warnings);
         return parts;

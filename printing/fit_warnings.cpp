@@ -35,22 +35,6 @@ std::int64_t dotsBeyond(const Rectangle& rectangle, Size ticket) {
                      rectangle.top + rectangle.size.height - ticket.height});
 }
 
-std::optional<Warning> beyondTicket(DotSize size, const Layout& layout, const Place& place) {
-    const Rectangle rectangle = rectangleAt(layout, place, {size.width, size.height});
-    const std::int64_t beyond = dotsBeyond(rectangle, layout.ticket);
-    if (beyond == 0) return std::nullopt;
-    const std::string ticket =
-        "the ticket of " + dotsText({layout.ticket.width, layout.ticket.height});
-    std::string sentence = "the picture of " + dotsText(size);
-    if (size.width > layout.ticket.width || size.height > layout.ticket.height) {
-        sentence += " is larger than " + ticket;
-    } else {
-        sentence += " at row " + std::to_string(place.row) + ", column " +
-                    std::to_string(place.column) + " reaches beyond " + ticket;
-    }
-    return warning(WarningKind::kBeyondTicket, beyond, std::move(sentence));
-}
-
 std::optional<Warning> rowsLost(const Losses& losses, bool isLogo) {
     if (losses.rows == 0) return std::nullopt;
     const char* why = isLogo ? ": the top 8 rows of a logo are not stored, nor rows at the bottom "
@@ -75,6 +59,24 @@ std::string dotsText(DotSize size) {
     return std::to_string(size.width) + " x " + std::to_string(size.height) + " dots";
 }
 
+std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout) {
+    const std::int64_t beyond = dotsBeyond(rectangle, layout.ticket);
+    if (beyond == 0) return std::nullopt;
+    const Size& size = rectangle.size;
+    const std::string ticket =
+        "the ticket of " + dotsText({layout.ticket.width, layout.ticket.height});
+    std::string sentence = "the picture of " + dotsText({size.width, size.height});
+    if (size.width > layout.ticket.width || size.height > layout.ticket.height) {
+        sentence += " is larger than " + ticket;
+    } else {
+        const std::int64_t row = layout.isLandscape ? rectangle.top : rectangle.left;
+        const std::int64_t column = layout.isLandscape ? rectangle.left : rectangle.top;
+        sentence += " at row " + std::to_string(row) + ", column " + std::to_string(column) +
+                    " reaches beyond " + ticket;
+    }
+    return warning(WarningKind::kBeyondTicket, beyond, std::move(sentence));
+}
+
 std::vector<Warning> pictureWarnings(const EncodedPicture& picture, const Layout& layout) {
     std::vector<Warning> warnings;
     const auto add = [&warnings](std::optional<Warning> found) {
@@ -82,7 +84,8 @@ std::vector<Warning> pictureWarnings(const EncodedPicture& picture, const Layout
     };
     const auto nothingPrints = fewRows(picture.size, picture.isLogo);
     add(nothingPrints);
-    add(beyondTicket(picture.size, layout, picture.place));
+    add(beyondTicket(rectangleAt(layout, picture.place, {picture.size.width, picture.size.height}),
+                     layout));
     if (!nothingPrints) {
         add(rowsLost(picture.losses, picture.isLogo));
         add(columnsLost(picture.losses));

@@ -1,6 +1,7 @@
-// The warnings about a page or picture that is printed or stored.
+// The warnings about a page or picture that is printed or stored the classic way.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@ namespace tavio::printing {
 
 // "300 x 200 dots"
 std::string dotsText(intake::DotSize size);
+
+// That a picture reaches past the ticket's edge, if it does.
+std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout);
 
 // A picture as it was encoded.
 struct EncodedPicture {

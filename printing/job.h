@@ -34,8 +34,9 @@ struct TAVIO_API Size {
 };
 
 // On the upright ticket, in dots from the top left corner of what can be printed (see ticketSize). It
-// may reach past the ticket. It is where the element is meant to lie: docs/stream.md lists which
-// graphics printers put elsewhere, and a preview (preview.h) shows them there.
+// may reach past the ticket. Drawn the classic way, it is where the element is meant to lie:
+// docs/stream.md lists which graphics printers put elsewhere, and a preview (preview.h) shows them
+// there.
 struct TAVIO_API Rectangle {
     std::int64_t left = 0;
     std::int64_t top = 0;
@@ -86,8 +87,9 @@ class TAVIO_API Job {
 
 // ---- Encoding -----------------------------------------------------------------------------------
 
-// Draws a page (from 1) of a document, whose bytes are Source::content(). What it throws counts as
-// kHelperFailed.
+// Draws a page (from 1) of a document, whose bytes are Source::content(), at one pixel a point. What it
+// throws counts as kHelperFailed. Its pages are pictures, which are resampled: they cannot be as sharp
+// as those of the program.
 using DrawnPage = platform::DrawnPdfPage;
 using PageEngine = std::function<DrawnPage(const Source& document, std::int32_t page)>;
 
@@ -119,9 +121,10 @@ struct TAVIO_API EncodeOptions {
 // The job of the tickets in order, or all their problems: nothing is encoded if anything is wrong.
 // The file of an element is read once. Never throws.
 //
-// The bytes of an element are those that the classic calls send with the same settings: of a page or
-// picture SendFile, of storeLogo DownloadLogo, of logo PrintLogo, of finish PrintCut or PrintNoCut.
-// A plain text is preceded by path, orientation and position.
+// Of a page or picture every dot is printed at its place (docs/stream.md). Drawn the classic way, its
+// bytes are those of SendFile, or of DownloadLogo if it is stored. The bytes of logo are those of
+// PrintLogo, of finish those of PrintCut or PrintNoCut. A plain text is preceded by path, orientation
+// and position.
 [[nodiscard]] TAVIO_API Expected<Job, Problems> encode(std::span<const Ticket> tickets,
                                                        const EncodeOptions& options = {}) noexcept;
 [[nodiscard]] TAVIO_API Expected<Job, Problems> encode(const Ticket& ticket,

@@ -68,13 +68,12 @@ DrawnPage askForPage(const std::shared_ptr<const Bytes>& file, const std::string
     return pdf::drawPage(*file, page, options.pageLimits, options.helper);
 }
 
-tl::unexpected<Problem> pageProblem(const DrawnPage& drawn, const std::string& name,
-                                    std::int32_t page) {
-    const PdfOutcome outcome = drawn.result.outcome;
-    if (outcome == PdfOutcome::kNoPage && drawn.pages > 0) {
+tl::unexpected<Problem> pageProblem(PdfOutcome outcome, const std::string& name, std::int32_t page,
+                                    std::int32_t pages) {
+    if (outcome == PdfOutcome::kNoPage && pages > 0) {
         return problem(ProblemKind::kNoSuchPage, name + " has no page " + std::to_string(page) +
                                                      ", its last one is page " +
-                                                     std::to_string(drawn.pages));
+                                                     std::to_string(pages));
     }
     return problem(kindOf(outcome), name + " cannot be drawn: " + platform::describe(outcome));
 }

@@ -16,8 +16,9 @@ namespace tavio::printing {
 DrawnPage askForPage(const std::shared_ptr<const Bytes>& file, const std::string& name,
                      std::int32_t page, const EncodeOptions& options);
 
-// drawn: without a page. name: the document's, in the sentence.
-tl::unexpected<Problem> pageProblem(const DrawnPage& drawn, const std::string& name,
-                                    std::int32_t page);
+// outcome: other than kDrawn. name: the document's, in the sentence. pages: of the document, 0 if not
+// known.
+tl::unexpected<Problem> pageProblem(platform::PdfOutcome outcome, const std::string& name,
+                                    std::int32_t page, std::int32_t pages);
 
 }  // namespace tavio::printing

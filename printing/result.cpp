@@ -34,6 +34,8 @@ const char* nameOf(ProblemKind kind) noexcept {
             return "helper-failed";
         case ProblemKind::kNoDots:
             return "no-dots";
+        case ProblemKind::kBadPlace:
+            return "bad-place";
         case ProblemKind::kCancelled:
             return "cancelled";
     }
@@ -54,6 +56,12 @@ const char* nameOf(WarningKind kind) noexcept {
             return "transparent-parts";
         case WarningKind::kMorePages:
             return "more-pages";
+        case WarningKind::kSmallModule:
+            return "small-module";
+        case WarningKind::kSmallText:
+            return "small-text";
+        case WarningKind::kShrunkPage:
+            return "shrunk-page";
     }
     return "";
 }

@@ -34,6 +34,7 @@ enum class ProblemKind : std::uint8_t {
     kHelperMissing,      // the program that draws pages cannot be started
     kHelperFailed,       // the program that draws pages died, or gave a malformed answer
     kNoDots,             // the page or picture comes to 0 dots
+    kBadPlace,           // the place, or the picture at it, lies where the printer cannot print
     kCancelled,          // the application asked to stop
 };
 
@@ -61,6 +62,9 @@ enum class WarningKind : std::uint8_t {
     kColumnsLost,   // `count` columns with black dots are not printed: padding blanks them
     kTransparentParts,  // transparent parts of the picture print black
     kMorePages,         // the document has `count` pages more than were printed
+    kSmallModule,       // a code has modules of `count` tenths of a dot: it may not scan
+    kSmallText,         // a page has text whose face is `count` dots high: hard to read
+    kShrunkPage,        // a page is printed at `count` percent of its own size
 };
 
 // What a person should know of a job that can be printed all the same.
@@ -68,7 +72,7 @@ struct TAVIO_API Warning {
     WarningKind kind = WarningKind::kBeyondTicket;
     std::size_t ticket = 0;   // as in Problem
     std::size_t element = 0;  // as in Problem
-    std::int64_t count = 0;   // dots, rows, columns or pages, see WarningKind; else 0
+    std::int64_t count = 0;   // of what WarningKind says, else 0
     std::string sentence;     // without a full stop
 };
 

@@ -17,6 +17,7 @@
 #include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/picture.h"
 #include "TavioIpadSDK/settings/stock_table.h"
+#include "tavio/printing/draw_options.h"
 #include "tavio/printing/source.h"
 
 namespace tavio::printing {
@@ -76,18 +77,6 @@ struct TAVIO_API Place {
     std::int32_t column = 0;
 };
 
-enum class BlackAndWhite : std::uint8_t {
-    kDithered,   // error diffusion
-    kThreshold,  // dark pixels black, light ones white
-};
-
-// How a page or a picture is made into dots.
-struct TAVIO_API DrawOptions {
-    bool scaled = false;  // to the stock's size; else its own size (a pixel is a dot)
-    BlackAndWhite blackAndWhite = BlackAndWhite::kDithered;
-    std::int32_t page = 1;  // of a document, from 1
-};
-
 // The end of a ticket: how it leaves the printer.
 enum class Finish : std::uint8_t { kNothing, kCut, kEject };
 
@@ -143,10 +132,12 @@ class TAVIO_API Ticket {
   public:
     explicit Ticket(TicketSettings settings = {}) : settings_(std::move(settings)) {}
 
-    // A page of a PDF document; without options the first, at its own size in inches.
+    // A page of a PDF document; without options the first, at its own size in inches, or smaller if
+    // the ticket has not as much room.
     Ticket& page(Source document, Place place = {}, DrawOptions options = {});
 
-    // A PNG, JPEG or BMP picture, recognised by its content; without options at one dot a pixel.
+    // A PNG, JPEG or BMP picture, recognised by its content; without options at one dot a pixel, or
+    // smaller if the ticket has not as much room.
     Ticket& picture(Source file, Place place = {}, DrawOptions options = {});
 
     // A picture in memory; it must not be changed afterwards. Null is a problem of encode().
@@ -173,7 +164,8 @@ class TAVIO_API Ticket {
     // Prints the logo that is stored in the printer as `number`.
     Ticket& logo(std::int32_t number, Place place = {});
 
-    // Stores a page or a picture in the printer as logo `number`. Its top 8 rows are not stored.
+    // Stores a page or a picture in the printer as logo `number`. The classic way does not store its
+    // top 8 rows.
     Ticket& storeLogo(std::int32_t number, Source source, DrawOptions options = {});
     Ticket& storeLogo(std::int32_t number, std::shared_ptr<const platform::Picture> pixels,
                       DrawOptions options = {});

@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     const Source photo = Source::file(std::string(argv[1]) + "/" + argv[2]);
     Ticket ticket;
     for (const auto way : {BlackAndWhite::kDithered, BlackAndWhite::kThreshold})
-        ticket.picture(photo, {10, 20}, {.scaled = true, .blackAndWhite = way});
+        ticket.picture(photo, {10, 20}, {.blackAndWhite = way, .fit = Fit::kContain});
     ticket.finish(Finish::kCut);
     const auto job = encode(ticket);
     if (!job || !preview(*job)) return 1;

@@ -97,16 +97,24 @@ TEST(EncodedElements, HaveASizeIfItIsKnownAndARectangleIfTheyArePrinted) {
 
 // ---- Dots ---------------------------------------------------------------------------------------
 
-// In portrait a picture whose first rows are all black lies elsewhere (docs/stream.md), so this one
-// has a white column.
+// Drawn the classic way in portrait, a picture whose first rows are all black lies elsewhere
+// (docs/stream.md), so this one has a white column.
 constexpr std::int32_t kWhiteColumn = 10;
 
-std::shared_ptr<const platform::Picture> nearlyBlack(std::int32_t side) {
+std::shared_ptr<const platform::Picture> nearlyBlack(std::int32_t side, bool isClassic) {
     platform::Picture picture = test::plainPicture(side, side, 0, 0, 0);
-    // Packing moves it by one.
+    // The classic packing moves it by one.
+    const std::int32_t column = isClassic ? kWhiteColumn - 1 : kWhiteColumn;
     for (std::int32_t row = 0; row < side; ++row)
-        picture.pixels[static_cast<std::size_t>(row * side + kWhiteColumn - 1)] = ~UInt32{0};
+        picture.pixels[static_cast<std::size_t>(row * side + column)] = ~UInt32{0};
     return std::make_shared<const platform::Picture>(picture);
+}
+
+DrawOptions drawing(bool isClassic) {
+    DrawOptions options;
+    options.fit = isClassic ? Fit::kShrink : Fit::kActual;
+    if (isClassic) options.classic = Classic{};
+    return options;
 }
 
 // The black dots of a ticket are those of nearlyBlack() at the rectangle, as far as it lies on the
@@ -138,13 +146,15 @@ TEST_P(Dots, OfAPictureFillItsRectangle) {
         const Size ticket = *ticketSize(settings);
         for (const auto& [left, top] :
              {std::pair{0, 0}, {ticket.width - kSide, ticket.height - kSide}, {11, 7}}) {
-            const auto job =
-                encode(Ticket(settings).picture(nearlyBlack(kSide), placeOf(left, top)));
-            ASSERT_EQ(told(job->warnings()), Lines());
-            EXPECT_EQ(job->elements()[0].rectangle, (Rectangle{left, top, {kSide, kSide}}));
-            const test::DrawnJob drawn = test::drawn(*job);
-            EXPECT_EQ(drawn.problems, Lines());
-            EXPECT_TRUE(isFilled(drawn.tickets.at(0), *job->elements()[0].rectangle));
+            for (const bool isClassic : {false, true}) {
+                const auto job = encode(Ticket(settings).picture(
+                    nearlyBlack(kSide, isClassic), placeOf(left, top), drawing(isClassic)));
+                ASSERT_EQ(told(job->warnings()), Lines());
+                EXPECT_EQ(job->elements()[0].rectangle, (Rectangle{left, top, {kSide, kSide}}));
+                const test::DrawnJob drawn = test::drawn(*job);
+                EXPECT_EQ(drawn.problems, Lines());
+                EXPECT_TRUE(isFilled(drawn.tickets.at(0), *job->elements()[0].rectangle));
+            }
         }
     }
 }
@@ -152,7 +162,8 @@ TEST_P(Dots, OfAPictureFillItsRectangle) {
 TEST_P(Dots, BeyondTheTicketAreAsManyAsTheWarningTells) {
     const TicketSettings settings{
         .stock = Stock::ofInches(1, 1), .resolution = 200, .orientation = GetParam()};
-    const auto job = encode(Ticket(settings).picture(nearlyBlack(64), {150, 180}));
+    const auto job =
+        encode(Ticket(settings).picture(nearlyBlack(64, true), {150, 180}, drawing(true)));
     ASSERT_EQ(job->warnings().size(), 1U);
     EXPECT_EQ(job->warnings()[0].count, 44);
     EXPECT_TRUE(isFilled(test::drawn(*job).tickets.at(0), *job->elements()[0].rectangle));

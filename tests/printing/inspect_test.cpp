@@ -64,13 +64,14 @@ TEST(Inspection, TellsTheSizeOfAnUprightPicture) {
 TEST(Inspection, TellsTheDotsOfTheSettingsAndOptions) {
     const Bytes png = test::greyPng(test::allBlack(64, 32), 1);
     const TicketSettings portrait{.resolution = 200, .orientation = Orientation::kPortrait};
-    EXPECT_EQ(infoOf(png, portrait).dots, (Size{32, 64}));
+    EXPECT_EQ(infoOf(png, portrait).dots, (Size{64, 32}));
+    EXPECT_EQ(infoOf(png, portrait, {}, {.classic = Classic{}}).dots, (Size{32, 64}));
     const TicketSettings small{.stock = Stock::ofInches(0.5, 0.25), .resolution = 200};
-    EXPECT_EQ(infoOf(png, small, {}, {.scaled = true}).dots, (Size{100, 50}));
+    EXPECT_EQ(infoOf(png, small, {}, {.fit = Fit::kStretch}).dots, (Size{100, 50}));
 }
 
 TEST(Inspection, TellsWhatPrintingWouldLose) {
-    const DocumentInfo info = infoOf(test::blackBmp(24, 12), {}, {-1, 0});
+    const DocumentInfo info = infoOf(test::blackBmp(24, 12), {}, {-1, 0}, {.classic = Classic{}});
     EXPECT_EQ(
         told(info.warnings),
         (Lines{"beyond-ticket 0.0 (1): the picture of 24 x 12 dots at row -1, column 0 reaches "

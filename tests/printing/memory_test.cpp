@@ -64,7 +64,7 @@ class Memory : public testing::Test {
                 3};
         };
         ticket_.picture(Source::bytes(test::greyPng(test::allBlack(20, 9), 6), "a.png"))
-            .picture(Source::bytes(test::blackBmp(20, 9), "a.bmp"), {-1, 0})
+            .picture(Source::bytes(test::blackBmp(20, 9), "a.bmp"), {-1, 0}, {.classic = Classic{}})
             .picture(Source::bytes(interlacedPng(), "b.png"))
             .document(Source::bytes(jpeg(), "a.jpg"))
             .picture(std::make_shared<const platform::Picture>(test::plainPicture(9, 9, 0, 0, 0)),

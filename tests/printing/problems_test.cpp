@@ -208,7 +208,7 @@ TEST_F(Problematic, APageOfTooManyDotsIsTooLarge) {
         return DrawnPage{{platform::PdfOutcome::kDrawn, page}, 1};
     };
     Ticket ticket({.resolution = 600});
-    ticket.page(Source::bytes(Bytes(), "x"));
+    ticket.page(Source::bytes(Bytes(), "x"), {}, {.classic = Classic{}});
     EXPECT_EQ(told(encode(ticket, options)),
               Lines{"too-large 0.0: x comes to 120000 x 2500 dots, more than can be printed: scale "
                     "it"});
@@ -220,7 +220,7 @@ TEST_F(Problematic, APageOfTooManyDotsIsTooLarge) {
 TEST_F(Problematic, SomethingOfZeroDotsCannotBePrinted) {
     // 0.0024 inches are more than half a dot, but less than one.
     Ticket ticket({.stock = Stock::ofInches(0.0024, 1)});
-    ticket.picture(Source::bytes(greyPng(8), "x"), {}, {.scaled = true});
+    ticket.picture(Source::bytes(greyPng(8), "x"), {}, {.classic = Classic{.scaled = true}});
     EXPECT_EQ(told(encode(ticket)),
               Lines{"no-dots 0.0: x comes to 0 x 300 dots, so there is nothing to print: enlarge "
                     "it"});

@@ -44,7 +44,7 @@ Place randomPlace(Random& random) {
 
 DrawOptions randomOptions(Random& random, bool maybeScaled) {
     DrawOptions options;
-    options.scaled = maybeScaled && chance(random, 20);
+    options.classic = printing::Classic{.scaled = maybeScaled && chance(random, 20)};
     if (chance(random, 40)) options.blackAndWhite = BlackAndWhite::kThreshold;
     return options;
 }
@@ -141,7 +141,7 @@ void addPicture(Ticket& ticket, const RandomElement& element, bool asPixels) {
 
 void configure(const printing::TicketSettings& settings, const DrawOptions& options) {
     const bool isLandscape = settings.orientation == Orientation::kLandscape;
-    ChangeConfiguration(settings.path, settings.resolution, options.scaled,
+    ChangeConfiguration(settings.path, settings.resolution, options.classic->scaled,
                         options.blackAndWhite == BlackAndWhite::kDithered,
                         settings.stock.isCustom() ? 0 : settings.stock.index(),
                         isLandscape ? "<LM>" : "<PM>");

@@ -116,10 +116,18 @@ class Untouched : public test::FreshState {
     }
 
     static DrawOptions anyDrawing(Random& random) {
-        return {.scaled = false,
-                .blackAndWhite =
-                    test::chance(random, 50) ? BlackAndWhite::kDithered : BlackAndWhite::kThreshold,
-                .page = test::between(random, -1, 3)};
+        DrawOptions options;
+        options.page = test::between(random, -1, 3);
+        if (test::chance(random, 50)) options.blackAndWhite = BlackAndWhite::kThreshold;
+        if (test::chance(random, 50)) {
+            options.classic = Classic{};
+        } else {
+            options.fit = static_cast<Fit>(test::between(random, 0, 4));
+            options.turn = static_cast<Turn>(test::between(random, 0, 4));
+            options.align = static_cast<Align>(test::between(random, 0, 8));
+            options.margin = test::between(random, -5, 50);
+        }
+        return options;
     }
 
     void addSomething(Random& random, Ticket& ticket) const {

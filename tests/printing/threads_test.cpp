@@ -30,7 +30,9 @@ Source largePicture() {
 
 Ticket largeTicket() {
     Ticket ticket({.stock = Stock::ofInches(3, 1)});
-    ticket.picture(largePicture(), {}, {.scaled = true}).text("Row F", {}).finish(Finish::kCut);
+    ticket.picture(largePicture(), {}, {.fit = Fit::kStretch})
+        .text("Row F", {})
+        .finish(Finish::kCut);
     return ticket;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -51,6 +52,19 @@ void take(const OptionSpec& spec, const std::string& name, const CLI::results_t&
     }
 }
 
+bool isNumber(const std::string& word) {
+    return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// "--name" "5" becomes "--name=5": the library takes a flag's value only so.
+void joinNumbers(std::vector<std::string>& words, const std::string& name) {
+    for (std::size_t index = 0; index + 1 < words.size() && words[index] != "--"; ++index) {
+        if (words[index] != name || !isNumber(words[index + 1])) continue;
+        words[index] += "=" + words[index + 1];
+        words.erase(words.begin() + static_cast<std::ptrdiff_t>(index) + 1);
+    }
+}
+
 }  // namespace
 
 class CommandLine::Impl {
@@ -62,6 +76,7 @@ class CommandLine::Impl {
     }
 
     Reading read(std::vector<std::string> words) {
+        for (const std::string& name : flagsOrNumbers_) joinNumbers(words, name);
         std::reverse(words.begin(), words.end());  // as the library takes them
         try {
             app_.parse(std::move(words));
@@ -80,7 +95,10 @@ class CommandLine::Impl {
         if (spec.command) {
             app.callback([this, command = *spec.command] { options_.command = command; });
         }
-        for (const OptionSpec& option : spec.options) add(app, option);
+        for (const OptionSpec& option : spec.options) {
+            add(app, option);
+            if (option.kind == OptionSpec::Kind::kFlagOrNumber) flagsOrNumbers_.insert(option.name);
+        }
         if (!spec.commands.empty()) app.require_subcommand(1);
         for (const CommandSpec& command : spec.commands) {
             fill(*app.add_subcommand(command.name, command.what), command);
@@ -88,10 +106,24 @@ class CommandLine::Impl {
     }
 
     static void add(CLI::App& app, const OptionSpec& spec) {
-        CLI::Option* added =
-            spec.kind == OptionSpec::Kind::kFlag ? addFlag(app, spec) : addValue(app, spec);
+        CLI::Option* added = addOfItsKind(app, spec);
         if (!spec.group.empty()) added->group(spec.group);
         if (!spec.excludes.empty()) added->excludes(app.get_option(spec.excludes));
+    }
+
+    static CLI::Option* addOfItsKind(CLI::App& app, const OptionSpec& spec) {
+        if (spec.kind == OptionSpec::Kind::kFlag) return addFlag(app, spec);
+        if (spec.kind == OptionSpec::Kind::kFlagOrNumber) return addFlagOrNumber(app, spec);
+        return addValue(app, spec);
+    }
+
+    static CLI::Option* addFlagOrNumber(CLI::App& app, const OptionSpec& spec) {
+        return app
+            .add_flag_function(
+                spec.name + "{" + spec.value + "}",
+                [spec](std::int64_t number) { take(spec, spec.name, {std::to_string(number)}); },
+                spec.help)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     }
 
     static CLI::Option* addFlag(CLI::App& app, const OptionSpec& spec) {
@@ -121,6 +153,7 @@ class CommandLine::Impl {
 
     Options& options_;
     CLI::App app_;
+    std::set<std::string> flagsOrNumbers_;  // names of options
 };
 
 CommandLine::CommandLine(const CommandSpec& commands, Options& options)

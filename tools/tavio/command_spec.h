@@ -12,12 +12,15 @@ namespace tavio::tool {
 
 // An option, a flag or an argument.
 struct OptionSpec {
-    enum class Kind { kValue, kValues, kFlag, kArgument, kArguments };
+    // kFlagOrNumber: with or without a number from 0 on, "--name", "--name=5" or "--name 5";
+    // "--name=false" is the number -1.
+    enum class Kind { kValue, kValues, kFlag, kFlagOrNumber, kArgument, kArguments };
 
     Kind kind = Kind::kValue;
     std::string name;  // "--row", "-o,--output"; of an argument "FILE"
     std::string help;
-    std::string value = {};  // its value's name in the help; of a kValue only
+    std::string value = {};  // of a kValue, its value's name in the help; of a kFlagOrNumber, the
+                             // value without a number
 
     // Takes a value (of a flag "true" or "false"): stores it and returns "", or returns a sentence
     // about what is wrong with it. Called once for each value.

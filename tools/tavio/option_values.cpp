@@ -12,14 +12,11 @@ namespace tavio::tool {
 
 namespace {
 
-// More than 0, at most the limit; digits and at most one point.
-std::optional<double> parseDecimal(std::string_view text, double limit) {
-    if (text.find_first_not_of("0123456789.") != std::string_view::npos) return std::nullopt;
-    double number = 0;
-    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
-    if (!(number > 0 && number <= limit)) return std::nullopt;
-    return number;
+// More than 0, at most the limit; without a sign.
+std::optional<double> parseSize(std::string_view text, double limit) {
+    if (text.starts_with('-') || text.starts_with('+')) return std::nullopt;
+    const auto number = parseDecimal(text);
+    return number && *number > 0 && *number <= limit ? number : std::nullopt;
 }
 
 // The value of this name.
@@ -43,8 +40,19 @@ std::optional<std::int32_t> parseNumber(std::string_view text) {
     return number;
 }
 
+std::optional<double> parseDecimal(std::string_view text) {
+    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.find_first_not_of("0123456789.", text.starts_with('-') ? 1 : 0) !=
+        std::string_view::npos)
+        return std::nullopt;
+    double number = 0;
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+    return number;
+}
+
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
-    const auto seconds = parseDecimal(text, 86'400);
+    const auto seconds = parseSize(text, 86'400);
     if (!seconds) return std::nullopt;
     return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*seconds));
 }
@@ -52,8 +60,8 @@ std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
 std::optional<printing::Stock> parseStockSize(std::string_view text) {
     const std::size_t cross = text.find('x');
     if (cross == std::string_view::npos) return std::nullopt;
-    const auto width = parseDecimal(text.substr(0, cross), printing::Stock::kMaxInches);
-    const auto height = parseDecimal(text.substr(cross + 1), printing::Stock::kMaxInches);
+    const auto width = parseSize(text.substr(0, cross), printing::Stock::kMaxInches);
+    const auto height = parseSize(text.substr(cross + 1), printing::Stock::kMaxInches);
     if (!width || !height) return std::nullopt;
     return printing::Stock::ofInches(*width, *height);
 }

@@ -15,6 +15,9 @@ namespace tavio::tool {
 // A decimal number of 32 bits with an optional sign and nothing around it; none for any other text.
 std::optional<std::int32_t> parseNumber(std::string_view text);
 
+// A decimal number with an optional sign, with or without decimals; none for any other text.
+std::optional<double> parseDecimal(std::string_view text);
+
 // A number of seconds with or without decimals, more than 0 and up to a day; none for any other
 // text. Rounded up to a millisecond.
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);

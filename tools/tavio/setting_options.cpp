@@ -2,6 +2,7 @@
 
 #include "TavioIpadSDK/platform/text.h"
 #include "tools/common/ticket_options.h"
+#include "tools/tavio/drawing_options.h"
 #include "tools/tavio/option_values.h"
 
 namespace tavio::tool {
@@ -74,26 +75,14 @@ OptionSpec orientation(Settings& settings) {
             .group = kGroup};
 }
 
-OptionSpec grouped(OptionSpec option) {
-    option.group = kGroup;
-    return option;
-}
-
 }  // namespace
-
-OptionSpecs settingOptions(Settings& settings) {
-    return {path(settings),
-            resolution(settings),
-            grouped(flag("--scaled", "stretch pages and pictures to the stock",
-                         [&settings](bool given) { settings.scaled = given; })),
-            grouped(flag("--threshold", "black and white by a threshold, undithered",
-                         [&settings](bool given) { settings.threshold = given; })),
-            stock(settings),
-            orientation(settings)};
-}
 
 OptionSpecs ticketOptions(Settings& settings) {
     return {path(settings), resolution(settings), stock(settings), orientation(settings)};
+}
+
+OptionSpecs settingOptions(Settings& settings) {
+    return ticketOptions(settings) + drawingOptions(settings);
 }
 
 }  // namespace tavio::tool

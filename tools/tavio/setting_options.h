@@ -6,10 +6,10 @@
 
 namespace tavio::tool {
 
-// All of them: --path, --resolution, --scaled, --threshold, --stock, --orientation.
-OptionSpecs settingOptions(Settings& settings);
-
-// Those of a ticket as a whole: all but --scaled and --threshold.
+// Those of a ticket as a whole: --path, --resolution, --stock, --orientation.
 OptionSpecs ticketOptions(Settings& settings);
+
+// These and the drawing options.
+OptionSpecs settingOptions(Settings& settings);
 
 }  // namespace tavio::tool

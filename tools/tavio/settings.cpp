@@ -5,35 +5,66 @@ namespace tavio::tool {
 namespace {
 
 template <typename Value>
-const std::optional<Value>& firstOf(const std::optional<Value>& value,
-                                    const std::optional<Value>& below) {
-    return value ? value : below;
+void fill(std::optional<Value>& value, const std::optional<Value>& below) {
+    if (!value) value = below;
+}
+
+template <typename Value>
+void take(Value& value, const std::optional<Value>& given) {
+    if (given) value = *given;
 }
 
 }  // namespace
 
 Settings Settings::over(const Settings& below) const {
-    return {firstOf(path, below.path),     firstOf(resolution, below.resolution),
-            firstOf(scaled, below.scaled), firstOf(threshold, below.threshold),
-            firstOf(stock, below.stock),   firstOf(orientation, below.orientation)};
+    Settings result = *this;
+    fill(result.path, below.path);
+    fill(result.resolution, below.resolution);
+    fill(result.stock, below.stock);
+    fill(result.orientation, below.orientation);
+    fill(result.classic, below.classic);
+    fill(result.scaled, below.scaled);
+    fill(result.fit, below.fit);
+    fill(result.turn, below.turn);
+    fill(result.align, below.align);
+    fill(result.margin, below.margin);
+    fill(result.blackAndWhite, below.blackAndWhite);
+    fill(result.threshold, below.threshold);
+    fill(result.brightness, below.brightness);
+    fill(result.contrast, below.contrast);
+    fill(result.gamma, below.gamma);
+    fill(result.balancesDotGain, below.balancesDotGain);
+    return result;
 }
 
 printing::TicketSettings ticketSettings(const Settings& settings) {
     printing::TicketSettings result;
-    if (settings.path) result.path = *settings.path;
-    if (settings.resolution) result.resolution = *settings.resolution;
-    if (settings.stock) result.stock = *settings.stock;
-    if (settings.orientation) result.orientation = *settings.orientation;
+    take(result.path, settings.path);
+    take(result.resolution, settings.resolution);
+    take(result.stock, settings.stock);
+    take(result.orientation, settings.orientation);
     return result;
 }
 
 printing::DrawOptions drawOptions(const Settings& settings, std::int32_t page) {
+    const bool isScaled = settings.scaled.value_or(false);
     printing::DrawOptions result;
-    result.scaled = settings.scaled.value_or(false);
-    if (settings.threshold.value_or(false)) {
-        result.blackAndWhite = printing::BlackAndWhite::kThreshold;
-    }
     result.page = page;
+    take(result.blackAndWhite, settings.blackAndWhite);
+    take(result.fit, settings.fit);
+    take(result.turn, settings.turn);
+    take(result.align, settings.align);
+    take(result.margin, settings.margin);
+    take(result.threshold, settings.threshold);
+    take(result.tone.brightness, settings.brightness);
+    take(result.tone.contrast, settings.contrast);
+    take(result.tone.gamma, settings.gamma);
+    take(result.tone.balancesDotGain, settings.balancesDotGain);
+    if (settings.classic.value_or(false)) {
+        result.classic = printing::Classic{.scaled = isScaled};
+    } else if (isScaled) {
+        result.fit = printing::Fit::kStretch;
+    }
     return result;
 }
 

@@ -13,10 +13,22 @@ namespace tavio::tool {
 struct Settings {
     std::optional<std::string> path;
     std::optional<std::int32_t> resolution;  // 200, 300 or 600 dots per inch
-    std::optional<bool> scaled;
-    std::optional<bool> threshold;  // else dithered
     std::optional<printing::Stock> stock;
     std::optional<printing::Orientation> orientation;
+
+    // How pages and pictures are made into dots: see printing::DrawOptions.
+    std::optional<bool> classic;
+    std::optional<bool> scaled;  // Fit::kStretch, or Classic::scaled
+    std::optional<printing::Fit> fit;
+    std::optional<printing::Turn> turn;
+    std::optional<printing::Align> align;
+    std::optional<std::int32_t> margin;
+    std::optional<printing::BlackAndWhite> blackAndWhite;
+    std::optional<Byte> threshold;
+    std::optional<double> brightness;
+    std::optional<double> contrast;
+    std::optional<double> gamma;
+    std::optional<bool> balancesDotGain;
 
     bool operator==(const Settings&) const = default;
 

@@ -71,7 +71,8 @@ TEST(Scripts, KeepTheSettingsOfALineOfTheirOwn) {
     EXPECT_EQ(script.lines[1].options.settings, second);
     Settings third = second;
     third.resolution = 300;
-    third.threshold = true;
+    third.blackAndWhite = printing::BlackAndWhite::kThreshold;
+    third.threshold = 128;
     EXPECT_EQ(script.lines[2].options.settings, third);  // for this line only
     Settings fourth = second;
     fourth.scaled = false;

@@ -1,4 +1,4 @@
-// Every kind of warning with its exact count and sentence.
+// Every kind of warning of the classic way with its exact count and sentence.
 
 #include <gtest/gtest.h>
 
@@ -15,6 +15,8 @@ namespace {
 using test::Lines;
 using test::Rows;
 using test::told;
+
+const DrawOptions kClassic{.classic = Classic{}};
 
 // 200 x 100 dots in landscape, 100 x 200 in portrait.
 TicketSettings smallTicket(Orientation orientation = Orientation::kLandscape) {
@@ -38,7 +40,8 @@ Lines warningsAt(Orientation orientation, Place place) {
     Ticket ticket(smallTicket(orientation));
     // In portrait a picture is printed with its sides exchanged.
     const bool isLandscape = orientation == Orientation::kLandscape;
-    ticket.picture(pixelsOf(isLandscape ? test::allBlack(64, 32) : test::allBlack(32, 64)), place);
+    ticket.picture(pixelsOf(isLandscape ? test::allBlack(64, 32) : test::allBlack(32, 64)), place,
+                   kClassic);
     return warningsOf(ticket);
 }
 
@@ -76,8 +79,8 @@ TEST(Warnings, TellDistancesThatNeedMoreThan32Bits) {
     constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
     const auto job = encode(Ticket(smallTicket())
-                                .picture(pixelsOf(test::allBlack(64, 32)), {0, kMax})
-                                .picture(pixelsOf(test::allBlack(64, 32)), {kMin, 0}));
+                                .picture(pixelsOf(test::allBlack(64, 32)), {0, kMax}, kClassic)
+                                .picture(pixelsOf(test::allBlack(64, 32)), {kMin, 0}, kClassic));
     ASSERT_TRUE(job);
     ASSERT_EQ(job->warnings().size(), 2U);
     EXPECT_EQ(job->warnings()[0].count, std::int64_t{kMax} + 64 - 200);
@@ -87,7 +90,7 @@ TEST(Warnings, TellDistancesThatNeedMoreThan32Bits) {
 TEST(Warnings, TellWhatIsLargerThanTheTicket) {
     const auto wide = pixelsOf(test::allBlack(224, 32));
     EXPECT_EQ(
-        warningsOf(Ticket(smallTicket()).picture(wide).storeLogo(7, wide)),
+        warningsOf(Ticket(smallTicket()).picture(wide, {}, kClassic).storeLogo(7, wide, kClassic)),
         (Lines{"beyond-ticket 0.0 (24): the picture of 224 x 32 dots is larger than the ticket "
                "of 200 x 100 dots",
                "beyond-ticket 0.1 (24): the picture of 224 x 32 dots is larger than the ticket "
@@ -100,34 +103,34 @@ TEST(Warnings, TellWhatIsLargerThanTheTicket) {
 
 TEST(Warnings, TellThatTooFewRowsPrintNothing) {
     const auto rows = [](std::size_t height) { return pixelsOf(test::allBlack(32, height)); };
-    EXPECT_EQ(warningsOf(Ticket().picture(rows(7)).storeLogo(1, rows(15))),
+    EXPECT_EQ(warningsOf(Ticket().picture(rows(7), {}, kClassic).storeLogo(1, rows(15), kClassic)),
               (Lines{"few-rows 0.0 (0): the picture is 32 x 7 dots: of fewer than 8 rows nothing "
                      "prints",
                      "few-rows 0.1 (0): the picture is 32 x 15 dots: of fewer than 16 rows nothing "
                      "is stored as a logo"}));
-    EXPECT_EQ(warningsOf(Ticket().picture(rows(8))), Lines());
+    EXPECT_EQ(warningsOf(Ticket().picture(rows(8), {}, kClassic)), Lines());
 }
 
 TEST(Warnings, TellRowsWithBlackDotsThatDoNotFillABand) {
     Rows rows = test::allBlack(32, 15);
     const std::string why = " lost: rows at the bottom that do not fill 8 are left out";
-    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows))),
+    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows), {}, kClassic)),
               Lines{"rows-lost 0.0 (7): 7 rows with black dots are" + why});
     for (std::size_t row = 8; row < 15; ++row) rows[row] = std::string(32, ' ');
-    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows))), Lines());
+    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows), {}, kClassic)), Lines());
     rows[14][30] = 'X';
-    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows))),
+    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows), {}, kClassic)),
               Lines{"rows-lost 0.0 (1): 1 row with black dots is" + why});
 }
 
 TEST(Warnings, TellColumnsThatPaddingBlanks) {
     EXPECT_EQ(
-        warningsOf(Ticket().picture(pixelsOf(test::allBlack(24, 8)))),
+        warningsOf(Ticket().picture(pixelsOf(test::allBlack(24, 8)), {}, kClassic)),
         Lines{"columns-lost 0.0 (4): 4 columns with black dots at the right are lost: make the "
               "width a multiple of 32"});
     Rows rows = test::allBlack(20, 8);
     for (std::string& row : rows) row.append("   X");
-    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows))),
+    EXPECT_EQ(warningsOf(Ticket().picture(pixelsOf(rows), {}, kClassic)),
               Lines{"columns-lost 0.0 (1): 1 column with black dots at the right is lost: make the "
                     "width a multiple of 32"});
 }
@@ -166,7 +169,7 @@ Rows packed(Rows rows) {
 
 // The bits that a printer makes black if all of them are to be.
 Rows printable(std::size_t width, std::size_t height, bool isLogo) {
-    const auto drawn = test::drawn(jobOf(test::allBlack(width, height), isLogo, {}));
+    const auto drawn = test::drawn(jobOf(test::allBlack(width, height), isLogo, kClassic));
     Rows rows = packed(Rows(height, std::string(width, ' ')));
     for (std::size_t row = 0; row < height; ++row)
         for (std::size_t column = 0; column < rows[row].size(); ++column)
@@ -242,7 +245,7 @@ TEST(Losses, AreExactlyTheDotsThatMakeNoDifference) {
         const auto height = static_cast<std::size_t>(test::between(random, isLogo ? 16 : 8, 40));
         SCOPED_TRACE(testing::Message() << "seed " << seed << ": " << width << " x " << height
                                         << (isLogo ? ", logo" : ""));
-        DrawOptions options;
+        DrawOptions options = kClassic;
         if (test::chance(random, 50)) options.blackAndWhite = BlackAndWhite::kThreshold;
         Rows rows = randomRows(random, width, height);
         if (options.blackAndWhite == BlackAndWhite::kThreshold) rows[0].assign(width, ' ');
@@ -268,15 +271,15 @@ TEST(Warnings, TellTransparentPartsOfAFileAndOfPixels) {
     plan.height = 8;
     plan.samples.assign(std::size_t{32} * 8 * 4, 255);
     Ticket opaque;
-    opaque.picture(Source::bytes(pictures::samples::pngFile(plan)));
+    opaque.picture(Source::bytes(pictures::samples::pngFile(plan)), {}, kClassic);
     EXPECT_EQ(warningsOf(opaque), Lines()) << "RGBA, but opaque";
 
     plan.samples.back() = 254;
     platform::Picture pixels = test::plainPicture(32, 8, 255, 255, 255);
     pixels.pixels[100] = 0xFEFEFEFE;
     Ticket ticket;
-    ticket.picture(Source::bytes(pictures::samples::pngFile(plan)))
-        .picture(std::make_shared<const platform::Picture>(pixels));
+    ticket.picture(Source::bytes(pictures::samples::pngFile(plan)), {}, kClassic)
+        .picture(std::make_shared<const platform::Picture>(pixels), {}, kClassic);
     const std::string what =
         " (0): the picture has transparent parts, which print black: put it on white";
     EXPECT_EQ(warningsOf(ticket),
@@ -288,7 +291,8 @@ TEST(Warnings, TellATransparentPixelAtTheEndOfALargePicture) {
     platform::Picture pixels = test::plainPicture(1024, 512, 255, 255, 255);
     pixels.pixels.back() = 0xFEFEFEFE;
     Ticket ticket({.stock = Stock::receipt()});
-    ticket.picture(std::make_shared<const platform::Picture>(pixels), {}, {.scaled = true});
+    ticket.picture(std::make_shared<const platform::Picture>(pixels), {},
+                   {.classic = Classic{.scaled = true}});
     EXPECT_EQ(warningsOf(ticket),
               Lines{"transparent-parts 0.0 (0): the picture has transparent parts, which print "
                     "black: put it on white"});

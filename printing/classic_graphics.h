@@ -1,4 +1,4 @@
-// Making the printer's graphics of a page or a picture.
+// Making the printer's graphics of a page or a picture the classic way.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/machine/bytes.h"
-#include "tavio/printing/drawing.h"
+#include "tavio/printing/classic_drawing.h"
 #include "tavio/printing/layout.h"
 #include "tavio/printing/result.h"
 #include "tavio/printing/ticket.h"
@@ -14,7 +14,7 @@
 namespace tavio::printing {
 
 // What becomes of a drawing.
-struct GraphicsOrder {
+struct ClassicOrder {
     Place place;
     BlackAndWhite blackAndWhite = BlackAndWhite::kDithered;
     std::optional<std::int32_t> logo;  // stored as this logo; else printed at the place
@@ -24,7 +24,7 @@ struct GraphicsOrder {
 // Appends the commands to `bytes`, the bytes of SendFile or DownloadLogo. Returns the warnings about
 // the dots. Problems: kNoDots, kTooLarge, kDamaged, when the picture's rows turn out to be. Throws
 // std::bad_alloc.
-Expected<std::vector<Warning>, Problem> appendGraphics(Drawing drawing, const Layout& layout,
-                                                       const GraphicsOrder& order, Bytes& bytes);
+Expected<std::vector<Warning>, Problem> appendClassic(ClassicDrawing drawing, const Layout& layout,
+                                                      const ClassicOrder& order, Bytes& bytes);
 
 }  // namespace tavio::printing

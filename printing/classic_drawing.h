@@ -1,4 +1,4 @@
-// A page or a picture that is about to be made into dots.
+// A page or a picture that is about to be made into dots the classic way.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,7 @@
 
 #include "TavioIpadSDK/intake/dot_size.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
+#include "tavio/printing/encoded_parts.h"
 #include "tavio/printing/job.h"
 #include "tavio/printing/layout.h"
 #include "tavio/printing/result.h"
@@ -15,22 +16,20 @@
 
 namespace tavio::printing {
 
-struct Drawing {
+struct ClassicDrawing {
     std::unique_ptr<pictures::PictureRows> rows;  // of the upright picture; 1 x 1 pixel or more
     intake::DotSize size;                         // at which it is printed
     std::string name;                             // in sentences
-
-    // The number of pages of a document, 0 if it is none or the number is not known; and what tells
-    // the document from others.
-    std::int32_t pages = 0;
-    std::string document;
+    std::optional<DocumentPage> page;             // none of a picture
 };
 
 // Reads the file and opens the picture or draws the page. Throws std::bad_alloc.
-Expected<Drawing, Problem> drawingOf(const element::Document& document, const Layout& layout,
-                                     const EncodeOptions& options);
+Expected<ClassicDrawing, Problem> classicDrawingOf(const element::Document& document,
+                                                   const Layout& layout,
+                                                   const EncodeOptions& options);
 
-Expected<Drawing, Problem> drawingOf(const element::Pixels& pixels, const Layout& layout,
-                                     const EncodeOptions& options);
+Expected<ClassicDrawing, Problem> classicDrawingOf(const element::Pixels& pixels,
+                                                   const Layout& layout,
+                                                   const EncodeOptions& options);
 
 }  // namespace tavio::printing

@@ -1,4 +1,4 @@
-#include "tavio/printing/graphics.h"
+#include "tavio/printing/classic_graphics.h"
 
 #include <algorithm>
 #include <span>
@@ -19,6 +19,7 @@
 #include "TavioIpadSDK/stretch/resampled_rows.h"
 #include "tavio/printing/fit_warnings.h"
 #include "tavio/printing/losses.h"
+#include "tavio/printing/read_document.h"
 #include "tavio/printing/read_source.h"
 #include "tavio/printing/transparency.h"
 
@@ -48,7 +49,7 @@ std::unique_ptr<PictureRows> rowsAtSize(std::unique_ptr<PictureRows> rows, DotSi
 
 // The picture as a one-bit bitmap file.
 UnclearedBytes bitmapFileOf(std::unique_ptr<PictureRows> rows, DotSize size,
-                            const GraphicsOrder& order) {
+                            const ClassicOrder& order) {
     const auto entryCount = static_cast<std::size_t>(imaging::paddedWidth(size.width)) *
                             static_cast<std::size_t>(size.height);
     UnclearedBytes entries;
@@ -74,7 +75,7 @@ void append(Bytes& bytes, const std::string& text) {
 }
 
 // False if the bitmap is beyond what the encoder takes.
-bool appendCommands(std::span<const Byte> file, const Layout& layout, const GraphicsOrder& order,
+bool appendCommands(std::span<const Byte> file, const Layout& layout, const ClassicOrder& order,
                     Bytes& bytes) {
     const auto headerBytes = file.first<kHeaderSize>();
     encoder::InfoHeader info = encoder::readInfoHeader(headerBytes);
@@ -104,8 +105,8 @@ tl::unexpected<Problem> tooLarge(const std::string& name, DotSize size) {
 
 }  // namespace
 
-Expected<std::vector<Warning>, Problem> appendGraphics(Drawing drawing, const Layout& layout,
-                                                       const GraphicsOrder& order, Bytes& bytes) {
+Expected<std::vector<Warning>, Problem> appendClassic(ClassicDrawing drawing, const Layout& layout,
+                                                      const ClassicOrder& order, Bytes& bytes) {
     const DotSize size = drawing.size;
     if (size.width <= 0 || size.height <= 0) {
         return problem(ProblemKind::kNoDots, drawing.name + " comes to " + dotsText(size) +
@@ -120,8 +121,7 @@ Expected<std::vector<Warning>, Problem> appendGraphics(Drawing drawing, const La
             std::make_unique<TransparencyWatch>(std::move(drawing.rows), isTransparent), size,
             order);
     } catch (const pictures::DamagedPicture& damage) {
-        return problem(ProblemKind::kDamaged,
-                       drawing.name + " is no picture to print: " + damage.what());
+        return noPicture(drawing.name, pictures::Refusal::kDamaged, damage.what());
     }
     if (!appendCommands(file, layout, order, bytes)) return tooLarge(drawing.name, size);
     const bool isLogo = order.logo.has_value();

@@ -1,0 +1,89 @@
+#include "tavio/printing/sharp_graphics.h"
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "TavioIpadSDK/encoder/encode_bitmap.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
+#include "TavioIpadSDK/sharp/encode_dots.h"
+#include "TavioIpadSDK/sharp/halftone.h"
+#include "tavio/printing/fit_warnings.h"
+#include "tavio/printing/read_document.h"
+#include "tavio/printing/read_source.h"
+#include "tavio/printing/sharp_warnings.h"
+
+namespace tavio::printing {
+namespace {
+
+sharp::Halftone halftoneOf(const DrawOptions& options) {
+    const auto method = options.blackAndWhite == BlackAndWhite::kDithered
+                            ? sharp::Method::kDithered
+                            : sharp::Method::kThreshold;
+    return {method, options.threshold, options.tone};
+}
+
+tl::unexpected<Problem> damaged(const SharpDrawing& drawing, const char* why) {
+    if (!drawing.page) return noPicture(drawing.name, pictures::Refusal::kDamaged, why);
+    return problem(ProblemKind::kHelperFailed, drawing.name + " cannot be drawn: " + why);
+}
+
+tl::unexpected<Problem> tooLarge(const std::string& name, Size size) {
+    return problem(ProblemKind::kTooLarge, name + " comes to " +
+                                               dotsText({size.width, size.height}) +
+                                               ", more than can be printed: make it smaller");
+}
+
+Expected<sharp::Dots, Problem> dotsOf(SharpDrawing& drawing, const SharpOrder& order) {
+    try {
+        return sharp::halftoned(*drawing.rows, halftoneOf(order.options), order.mayUseThreads);
+    } catch (const pictures::DamagedPicture& damage) {
+        return damaged(drawing, damage.what());
+    }
+}
+
+// The logo's place is not known yet: its corner is where its place will be.
+void append(const sharp::Dots& dots, const Layout& layout, const SharpOrder& order,
+            const Rectangle& rectangle, Bytes& bytes) {
+    if (order.logo) {
+        appendLogo(dots, dotsPlaceOf(layout, {0, 0, rectangle.size}),
+                   encoder::openingCommands("", layout.orientation), *order.logo, bytes);
+    } else {
+        appendPicture(dots, dotsPlaceOf(layout, rectangle),
+                      encoder::openingCommands(layout.path, layout.orientation), bytes);
+    }
+}
+
+tl::unexpected<Problem> unreachable(const std::string& name, const Rectangle& rectangle,
+                                    Size ticket) {
+    return problem(ProblemKind::kBadPlace,
+                   name + " of " + dotsText({rectangle.size.width, rectangle.size.height}) +
+                       " reaches beyond the ticket of " + dotsText({ticket.width, ticket.height}) +
+                       " to where the printer has no rows or columns: let it be fitted");
+}
+
+}  // namespace
+
+Expected<EncodedParts, Problem> appendSharp(SharpDrawing drawing, const Layout& layout,
+                                            const SharpOrder& order, Bytes& bytes) {
+    const Size size{drawing.rows->width(), drawing.rows->height()};
+    const Rectangle rectangle = alignedIn(order.box, order.options.align, size);
+    if (!sharp::canBePlaced(size.width, size.height, dotsPlaceOf(layout, rectangle)))
+        return unreachable(drawing.name, rectangle, layout.ticket);
+    const auto dots = dotsOf(drawing, order);
+    if (!dots) return tl::unexpected(dots.error());
+    try {
+        append(*dots, layout, order, rectangle, bytes);
+    } catch (const std::length_error&) {
+        return tooLarge(drawing.name, size);
+    }
+
+    EncodedParts parts;
+    parts.size = size;
+    if (!order.logo) parts.rectangle = rectangle;
+    parts.warnings = sharpWarnings({drawing, *dots, rectangle}, layout);
+    parts.page = std::move(drawing.page);
+    return parts;
+}
+
+}  // namespace tavio::printing

@@ -1,0 +1,58 @@
+#include "tavio/printing/sharp_warnings.h"
+
+#include <cmath>
+#include <utility>
+
+#include "tavio/printing/fit_warnings.h"
+
+namespace tavio::printing {
+namespace {
+
+constexpr double kPointsPerInch = 72;
+
+// 5 points at 200 dots an inch: the smallest face that is read without errors.
+constexpr double kMinFaceDots = 13.8;
+
+// What was made for paper of 10 inches is hard to read on 7.
+constexpr double kMinScale = 0.7;
+
+Warning warning(WarningKind kind, std::int64_t count, std::string sentence) {
+    return {kind, 0, 0, count, std::move(sentence)};
+}
+
+// With one decimal, rounded down so that a number below a limit does not read as the limit.
+std::string decimal(double number) {
+    const auto tenths = static_cast<std::int64_t>(std::floor(number * 10));
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+}
+
+std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
+    if (!drawing.page || drawing.fitted.scale >= kMinScale) return std::nullopt;
+    const auto percent = static_cast<std::int64_t>(std::floor(drawing.fitted.scale * 100));
+    return warning(WarningKind::kShrunkPage, percent,
+                   drawing.name + " is printed at " + std::to_string(percent) +
+                       " % of its size: choose a larger stock, or a part of the page");
+}
+
+}  // namespace
+
+std::optional<Warning> smallText(const std::string& name, double dots) {
+    if (dots <= 0 || dots >= kMinFaceDots) return std::nullopt;
+    return warning(WarningKind::kSmallText, static_cast<std::int64_t>(std::floor(dots)),
+                   name + " has text of " + decimal(dots) +
+                       " dots in height, which is hard to read: make it larger, 14 dots or more");
+}
+
+std::vector<Warning> sharpWarnings(const SharpGraphics& graphics, const Layout& layout) {
+    const SharpDrawing& drawing = graphics.drawing;
+    std::vector<Warning> warnings;
+    const auto add = [&warnings](std::optional<Warning> found) {
+        if (found) warnings.push_back(std::move(*found));
+    };
+    add(beyondTicket(graphics.rectangle, layout));
+    add(smallText(drawing.name, drawing.smallestTextPoints / kPointsPerInch * layout.resolution));
+    add(shrunkPage(drawing));
+    return warnings;
+}
+
+}  // namespace tavio::printing

@@ -1,0 +1,27 @@
+// The warnings about a page or picture that is printed or stored the sharp way.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "TavioIpadSDK/sharp/dots.h"
+#include "tavio/printing/layout.h"
+#include "tavio/printing/result.h"
+#include "tavio/printing/sharp_drawing.h"
+
+namespace tavio::printing {
+
+struct SharpGraphics {
+    const SharpDrawing& drawing;
+    const sharp::Dots& dots;
+    Rectangle rectangle;
+};
+
+// Not yet assigned to an element. Throws std::bad_alloc.
+std::vector<Warning> sharpWarnings(const SharpGraphics& graphics, const Layout& layout);
+
+// That a page has text whose face is printed `dots` high, if that is too small to be read; 0 for a
+// page without text.
+std::optional<Warning> smallText(const std::string& name, double dots);
+
+}  // namespace tavio::printing

@@ -1,0 +1,183 @@
+#include "tools/tavio/drawing_options.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "tools/tavio/option_values.h"
+
+namespace tavio::tool {
+
+namespace {
+
+using printing::Align;
+using printing::BlackAndWhite;
+using printing::Fit;
+using printing::Turn;
+
+const std::string kGroup = "Drawing";
+
+constexpr std::int32_t kFalse = -1;  // "--threshold=false"
+
+constexpr std::int32_t kMaxMargin = 16'384;  // dots of the largest ticket
+
+template <typename Value>
+struct Word {
+    std::string_view text;
+    Value value;
+};
+
+constexpr auto kFits = std::to_array<Word<Fit>>({
+    {"shrink", Fit::kShrink},
+    {"contain", Fit::kContain},
+    {"cover", Fit::kCover},
+    {"stretch", Fit::kStretch},
+    {"actual", Fit::kActual},
+});
+
+constexpr auto kTurns = std::to_array<Word<Turn>>({
+    {"auto", Turn::kAuto},
+    {"0", Turn::k0},
+    {"90", Turn::k90},
+    {"180", Turn::k180},
+    {"270", Turn::k270},
+});
+
+constexpr auto kAligns = std::to_array<Word<Align>>({
+    {"top-left", Align::kTopLeft},
+    {"top", Align::kTop},
+    {"top-right", Align::kTopRight},
+    {"left", Align::kLeft},
+    {"centre", Align::kCentre},
+    {"right", Align::kRight},
+    {"bottom-left", Align::kBottomLeft},
+    {"bottom", Align::kBottom},
+    {"bottom-right", Align::kBottomRight},
+});
+
+constexpr auto kTones = std::to_array<Word<bool>>({
+    {"thermal", true},
+    {"plain", false},
+});
+
+// "shrink, contain, cover, stretch or actual"
+template <typename Words>
+std::string choices(const Words& words) {
+    std::string text;
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        if (index > 0) text += index + 1 == words.size() ? " or " : ", ";
+        text.append(words[index].text);
+    }
+    return text;
+}
+
+template <typename Value, std::size_t count>
+OptionSpec choice(std::string name, std::string help, std::string value,
+                  const std::array<Word<Value>, count>& words, std::optional<Value>& chosen) {
+    return {.name = std::move(name),
+            .help = std::move(help),
+            .value = std::move(value),
+            .set = [&words, &chosen](const std::string& text) -> std::string {
+                const auto found = std::ranges::find(words, text, &Word<Value>::text);
+                if (found == words.end()) return "\"" + text + "\" is none of " + choices(words);
+                chosen = found->value;
+                return "";
+            },
+            .group = kGroup};
+}
+
+struct Range {
+    double min = 0;
+    double max = 0;
+    const char* text = "";
+};
+
+OptionSpec decimal(std::string name, std::string help, Range range, std::optional<double>& value) {
+    return {.name = std::move(name),
+            .help = std::move(help),
+            .value = "N",
+            .set = [range, &value](const std::string& text) -> std::string {
+                value = parseDecimal(text);
+                if (value && *value >= range.min && *value <= range.max) return "";
+                return "\"" + text + "\" is no number from " + range.text;
+            },
+            .group = kGroup};
+}
+
+OptionSpec margin(Settings& settings) {
+    return {.name = "--margin",
+            .help = "dots that stay free on all sides; 0 if not given",
+            .value = "DOTS",
+            .set = [&settings](const std::string& text) -> std::string {
+                settings.margin = parseNumber(text);
+                if (settings.margin && *settings.margin >= 0 && *settings.margin <= kMaxMargin)
+                    return "";
+                return "\"" + text + "\" is no number of dots from 0 to 16384";
+            },
+            .group = kGroup};
+}
+
+OptionSpec threshold(Settings& settings) {
+    return {.kind = OptionSpec::Kind::kFlagOrNumber,
+            .name = "--threshold",
+            .help = "undithered: what is darker than N, 1 to 255, is black; 128 if N is not given",
+            .value = "128",
+            .set = [&settings](const std::string& text) -> std::string {
+                const auto number = parseNumber(text);
+                if (number == kFalse) {
+                    settings.blackAndWhite = BlackAndWhite::kDithered;
+                    return "";
+                }
+                if (!number || *number < 1 || *number > 255)
+                    return "\"" + text + "\" is no number from 1 to 255";
+                settings.blackAndWhite = BlackAndWhite::kThreshold;
+                settings.threshold = static_cast<Byte>(*number);
+                return "";
+            },
+            .group = kGroup,
+            .excludes = "--dither"};
+}
+
+OptionSpec inGroup(OptionSpec option) {
+    option.group = kGroup;
+    return option;
+}
+
+}  // namespace
+
+OptionSpecs drawingOptions(Settings& settings) {
+    OptionSpec scaled =
+        inGroup(flag("--scaled", "short for --fit stretch; with --classic, stretched its way",
+                     [&settings](bool given) { settings.scaled = given; }));
+    scaled.excludes = "--fit";
+    return {choice("--fit",
+                   choices(kFits) + "; shrink if not given: its own size, or smaller if the ticket "
+                                    "has less room",
+                   "HOW", kFits, settings.fit),
+            choice("--rotate", choices(kTurns) + ", clockwise; auto if not given: as it is larger",
+                   "ANGLE", kTurns, settings.turn),
+            choice("--align", choices(kAligns) + "; top-left if not given", "WHERE", kAligns,
+                   settings.align),
+            margin(settings),
+            scaled,
+            inGroup(flag("--dither", "greys as fine dots; so if nothing else is given",
+                         [&settings](bool given) {
+                             if (given) settings.blackAndWhite = BlackAndWhite::kDithered;
+                         })),
+            threshold(settings),
+            decimal("--brightness", "-100, all black, to 100, all white",
+                    {-100, 100, "-100 to 100"}, settings.brightness),
+            decimal("--contrast", "-100, all grey, to 100, only black and white",
+                    {-100, 100, "-100 to 100"}, settings.contrast),
+            decimal("--gamma", "0.1 to 10: more than 1 makes middle greys lighter",
+                    {0.1, 10, "0.1 to 10"}, settings.gamma),
+            choice("--tone",
+                   "thermal or plain; thermal if not given: greys as much lighter as printed dots "
+                   "are larger",
+                   "PAPER", kTones, settings.balancesDotGain),
+            inGroup(flag("--classic", "draw as the classic calls of the library do",
+                         [&settings](bool given) { settings.classic = given; }))};
+}
+
+}  // namespace tavio::tool
