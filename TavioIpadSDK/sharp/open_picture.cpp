@@ -146,6 +146,8 @@ SharpPicture openPicture(std::shared_ptr<const Bytes> file, const FitRules& rule
 SharpPicture openPicture(std::shared_ptr<const pictures::Picture> picture, const FitRules& rules,
                          bool mayUseThreads) noexcept {
     try {
+        if (!picture || picture->pixels.empty())
+            return refused("the picture has no pixels", pictures::Refusal::kDamaged);
         const pictures::Picture& pixels = *picture;
         const auto open = [&pixels] { return greyOf(pixels); };
         return fittedPicture(std::move(picture), open, *open(), rules, mayUseThreads);
