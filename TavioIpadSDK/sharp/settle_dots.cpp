@@ -3,24 +3,46 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "TavioIpadSDK/sharp/luminance.h"
+
 namespace tavio::sharp {
 
 namespace {
 
-constexpr std::size_t kPiece = 32;  // dots that are looked at together
-constexpr std::uint32_t kColour = 0xFFFFFF;
+constexpr std::size_t kPiece = 32;             // dots that are looked at together
+constexpr std::uint32_t kColour = 0xFFFFFF;    // the part of a pixel that is its colour
 constexpr std::uint32_t kBlackInk = 0x231F20;  // how the engine shows black ink without others
-constexpr std::uint32_t kTolerance = 3;        // luminance that the eye does not see
-
-// 0.299 red + 0.587 green + 0.114 blue
-constexpr std::uint32_t luminance(std::uint32_t pixel) {
-    return (77 * (pixel >> 16 & 255) + 150 * (pixel >> 8 & 255) + 29 * (pixel & 255) + 128) >> 8;
-}
+constexpr Byte kTolerance = 3;                 // luminance that the eye does not see
 
 bool isWhite(const std::uint32_t* pixels, std::size_t count) {
     std::uint32_t all = kColour;
     for (std::size_t i = 0; i < count; ++i) all &= pixels[i];
-    return all == kColour;
+    return (all & kColour) == kColour;
+}
+
+bool isColourless(const std::uint32_t* pixels, std::size_t count) {
+    std::uint32_t differences = 0;
+    for (std::size_t i = 0; i < count; ++i) differences |= pixels[i] ^ (pixels[i] >> 8);
+    return (differences & 0xFFFF) == 0;
+}
+
+Byte greyOf(std::uint32_t pixel) {
+    if ((pixel & kColour) == kBlackInk) return 0;
+    return static_cast<Byte>(luminanceOf(pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255));
+}
+
+// The pixels' luminance, black ones 0 and white ones 255.
+void toValues(const std::uint32_t* pixels, std::size_t count, Byte* values) {
+    if (isColourless(pixels, count)) {
+        for (std::size_t i = 0; i < count; ++i) values[i] = static_cast<Byte>(pixels[i] & 255);
+    } else {
+        std::transform(pixels, pixels + count, values, greyOf);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Byte value = values[i];
+        const Byte lighter = value >= 255 - kTolerance ? 255 : value;
+        values[i] = value <= kTolerance ? 0 : lighter;
+    }
 }
 
 }  // namespace
@@ -30,7 +52,10 @@ DotSettler::DotSettler(std::int32_t width, int factor)
       factor_(static_cast<std::size_t>(factor)),
       settled_(width_) {
     for (Row& row : rows_) {
-        row.dots.resize(width_ + 2);
+        row.sums.resize(width_ + 2);
+        for (Bytes* bytes : {&row.black, &row.white, &row.darkest, &row.lightest}) {
+            bytes->resize(width_ + 2);
+        }
         row.isBlank.resize((width_ + kPiece - 1) / kPiece);
     }
 }
@@ -50,118 +75,168 @@ std::span<const Byte> DotSettler::finish() {
     return settle(added_ == 1 ? last : rows_[(added_ - 2) % 3], last, last);
 }
 
-void DotSettler::count(const std::uint32_t* pixels, std::size_t stride, Row& row) const {
-    const auto all = static_cast<Byte>(factor_ * factor_);
-    const Counts blank{static_cast<std::uint16_t>(255 * all), 0, all, 255, 0};
-    for (std::size_t first = 0; first < width_; first += kPiece) {
-        const std::size_t dots = std::min(kPiece, width_ - first);
-        const std::span piece = std::span(row.dots).subspan(first + 1, dots);
-        const std::uint32_t* const corner = pixels + first * factor_;
-        bool isBlank = true;
-        for (std::size_t y = 0; y < factor_ && isBlank; ++y) {
-            isBlank = isWhite(corner + y * stride, dots * factor_);
-        }
-        row.isBlank[first / kPiece] = isBlank ? 1 : 0;
-        if (isBlank) {
-            std::ranges::fill(piece, blank);
-        } else {
-            countPiece(corner, stride, piece);
-        }
-    }
-    row.dots.front() = row.dots[1];
-    row.dots.back() = row.dots[width_];
+std::size_t DotSettler::dotsOf(std::size_t piece) const {
+    return std::min(kPiece, width_ - piece * kPiece);
 }
 
-// First down the columns of pixels, then along them: the first is the most work and has no steps that
-// wait for each other.
-void DotSettler::countPiece(const std::uint32_t* pixels, std::size_t stride,
-                            std::span<Counts> dots) const {
-    constexpr std::size_t kMaxColumns = kPiece * kMaxPixelsPerDotSide;
-    std::array<std::uint16_t, kMaxColumns> sums{};
-    std::array<std::uint16_t, kMaxColumns> solids{};  // black ones, and 256 for each white one
-    std::array<Byte, kMaxColumns> darkest{};
-    std::array<Byte, kMaxColumns> lightest{};
+void DotSettler::count(const std::uint32_t* pixels, std::size_t stride, Row& row) const {
+    for (std::size_t piece = 0; piece < row.isBlank.size(); ++piece) {
+        const std::uint32_t* const corner = pixels + piece * kPiece * factor_;
+        bool isBlank = true;
+        for (std::size_t y = 0; y < factor_ && isBlank; ++y) {
+            isBlank = isWhite(corner + y * stride, dotsOf(piece) * factor_);
+        }
+        if (isBlank) {
+            clearPiece(piece, row);
+        } else if (factor_ == 1) {
+            countPiece<1>(corner, stride, piece, row);
+        } else if (factor_ == 2) {
+            countPiece<2>(corner, stride, piece, row);
+        } else if (factor_ == 3) {
+            countPiece<3>(corner, stride, piece, row);
+        } else {
+            countPiece<4>(corner, stride, piece, row);
+        }
+        row.isBlank[piece] = isBlank ? 1 : 0;
+    }
+    row.sums.front() = row.sums[1];
+    row.sums.back() = row.sums[width_];
+    for (Bytes* bytes : {&row.black, &row.white, &row.darkest, &row.lightest}) {
+        bytes->front() = (*bytes)[1];
+        bytes->back() = (*bytes)[width_];
+    }
+}
+
+// Most pieces of a page are blank, and were so in the row that this one replaces.
+void DotSettler::clearPiece(std::size_t piece, Row& row) const {
+    if (row.isBlank[piece] != 0) return;
+    const auto first = static_cast<std::ptrdiff_t>(piece * kPiece + 1);
+    const std::size_t dots = dotsOf(piece);
+    const std::size_t all = factor_ * factor_;
+    std::fill_n(row.sums.begin() + first, dots, static_cast<std::uint16_t>(255 * all));
+    std::fill_n(row.black.begin() + first, dots, Byte{0});
+    std::fill_n(row.white.begin() + first, dots, static_cast<Byte>(all));
+    std::fill_n(row.darkest.begin() + first, dots, Byte{255});
+    std::fill_n(row.lightest.begin() + first, dots, Byte{0});
+}
+
+// First down the columns of pixels, whose steps do not wait for each other, then along them.
+template <std::size_t kFactor>
+void DotSettler::countPiece(const std::uint32_t* pixels, std::size_t stride, std::size_t piece,
+                            Row& row) const {
+    constexpr std::size_t kColumns = kPiece * kFactor;
+    std::array<Byte, kColumns> values{};
+    std::array<std::uint16_t, kColumns> sums{};
+    std::array<Byte, kColumns> black{};
+    std::array<Byte, kColumns> white{};
+    std::array<Byte, kColumns> darkest{};
+    std::array<Byte, kColumns> lightest{};
     darkest.fill(255);
-    const std::size_t columns = dots.size() * factor_;
-    for (std::size_t y = 0; y < factor_; ++y) {
-        for (std::size_t x = 0; x < columns; ++x) {
-            const std::uint32_t pixel = pixels[y * stride + x] & kColour;
-            const auto value = static_cast<Byte>(luminance(pixel));
-            const bool isBlack = value <= kTolerance || pixel == kBlackInk;
-            const bool isPaper = value >= 255 - kTolerance;
-            const bool isSolid = isBlack || isPaper;
-            sums[x] = static_cast<std::uint16_t>(sums[x] + (isBlack ? 0 : isPaper ? 255 : value));
-            solids[x] = static_cast<std::uint16_t>(solids[x] + (isBlack ? 1 : isPaper ? 256 : 0));
-            darkest[x] = std::min(darkest[x], isSolid ? Byte{255} : value);
-            lightest[x] = std::max(lightest[x], isSolid ? Byte{0} : value);
+    for (std::size_t y = 0; y < kFactor; ++y) {
+        toValues(pixels + y * stride, dotsOf(piece) * kFactor, values.data());
+        for (std::size_t x = 0; x < kColumns; ++x) {
+            const Byte value = values[x];
+            sums[x] = static_cast<std::uint16_t>(sums[x] + value);
+            black[x] = static_cast<Byte>(black[x] + (value == 0 ? 1 : 0));
+            white[x] = static_cast<Byte>(white[x] + (value == 255 ? 1 : 0));
+            darkest[x] = std::min(darkest[x], value == 0 ? Byte{255} : value);
+            lightest[x] = std::max(lightest[x], value == 255 ? Byte{0} : value);
         }
     }
-    for (std::size_t dot = 0; dot < dots.size(); ++dot) {
-        std::uint32_t sum = 0;
-        std::uint32_t solid = 0;
-        Counts& counts = dots[dot] = {};
-        for (std::size_t x = dot * factor_; x < (dot + 1) * factor_; ++x) {
-            sum += sums[x];
-            solid += solids[x];
-            counts.darkest = std::min(counts.darkest, darkest[x]);
-            counts.lightest = std::max(counts.lightest, lightest[x]);
+    const std::size_t first = piece * kPiece + 1;
+    for (std::size_t dot = 0; dot < dotsOf(piece); ++dot) {
+        const std::size_t x = dot * kFactor;
+        std::uint32_t sum = sums[x];
+        std::uint32_t blacks = black[x];
+        std::uint32_t whites = white[x];
+        Byte low = darkest[x];
+        Byte high = lightest[x];
+        for (std::size_t i = x + 1; i < x + kFactor; ++i) {
+            sum += sums[i];
+            blacks += black[i];
+            whites += white[i];
+            low = std::min(low, darkest[i]);
+            high = std::max(high, lightest[i]);
         }
-        counts.sum = static_cast<std::uint16_t>(sum);
-        counts.black = static_cast<Byte>(solid & 255);
-        counts.white = static_cast<Byte>(solid >> 8);
+        row.sums[first + dot] = static_cast<std::uint16_t>(sum);
+        row.black[first + dot] = static_cast<Byte>(blacks);
+        row.white[first + dot] = static_cast<Byte>(whites);
+        row.darkest[first + dot] = low;
+        row.lightest[first + dot] = high;
     }
 }
 
 std::span<const Byte> DotSettler::settle(const Row& above, const Row& row, const Row& below) {
-    const std::size_t all = factor_ * factor_;
-    for (std::size_t first = 0; first < width_; first += kPiece) {
-        const std::size_t end = std::min(first + kPiece, width_);
-        if (row.isBlank[first / kPiece] != 0) {
-            std::fill(settled_.begin() + static_cast<std::ptrdiff_t>(first),
-                      settled_.begin() + static_cast<std::ptrdiff_t>(end), Byte{255});
-            continue;
-        }
-        for (std::size_t x = first; x < end; ++x) {
-            const Counts& dot = row.dots[x + 1];
-            if (dot.white == all || dot.black == all) {
-                settled_[x] = dot.white == all ? 255 : 0;
-            } else {
-                settled_[x] = settled(dot, around({&above.dots[x], &row.dots[x], &below.dots[x]}));
-            }
+    for (std::size_t piece = 0; piece < row.isBlank.size(); ++piece) {
+        const std::size_t first = piece * kPiece;
+        const std::size_t dots = dotsOf(piece);
+        if (row.isBlank[piece] != 0) {
+            std::fill_n(settled_.data() + first, dots, Byte{255});
+        } else if (!settleSolids(row, first, dots)) {
+            settleOthers({&above, &row, &below}, first, dots);
         }
     }
     return settled_;
 }
 
-// dots: the nine dots of which the one in the middle is settled, three to a row.
-DotSettler::Counts DotSettler::around(const std::array<const Counts*, 3>& dots) {
-    Counts sum;
-    for (const Counts* row : dots) {
-        for (const Counts& dot : std::span(row, 3)) {
-            sum.black = std::max(sum.black, dot.black);
-            sum.white = std::max(sum.white, dot.white);
-            sum.darkest = std::min(sum.darkest, dot.darkest);
-            sum.lightest = std::max(sum.lightest, dot.lightest);
-        }
+// Returns true if there are no others.
+bool DotSettler::settleSolids(const Row& row, std::size_t first, std::size_t dots) {
+    const auto all = static_cast<Byte>(factor_ * factor_);
+    const Byte* const white = row.white.data() + first + 1;
+    const Byte* const black = row.black.data() + first + 1;
+    Byte* const settled = settled_.data() + first;
+    Byte others = 0;
+    for (std::size_t dot = 0; dot < dots; ++dot) {
+        const Byte isWhite = white[dot] == all ? 255 : 0;
+        const Byte isBlack = black[dot] == all ? 255 : 0;
+        settled[dot] = isWhite;
+        others = static_cast<Byte>(others | (255 ^ isWhite ^ isBlack));
     }
-    return sum;
+    return others == 0;
 }
 
-Byte DotSettler::settled(const Counts& dot, const Counts& around) const {
+void DotSettler::settleOthers(const std::array<const Row*, 3>& rows, std::size_t first,
+                              std::size_t dots) {
+    const auto all = static_cast<Byte>(factor_ * factor_);
+    for (std::size_t dot = first; dot < first + dots; ++dot) {
+        if (settled_[dot] == 255 || rows[1]->black[dot + 1] == all) continue;
+        settled_[dot] = settled(rows, dot + 1);
+    }
+}
+
+DotSettler::Surroundings DotSettler::around(const std::array<const Row*, 3>& rows,
+                                            std::size_t dot) {
+    Surroundings seen;
+    for (const Row* row : rows) {
+        for (std::size_t i = dot - 1; i <= dot + 1; ++i) {
+            seen.hasBlack = seen.hasBlack || row->black[i] != 0;
+            seen.hasWhite = seen.hasWhite || row->white[i] != 0;
+            seen.darkest = std::min(seen.darkest, row->darkest[i]);
+            seen.lightest = std::max(seen.lightest, row->lightest[i]);
+        }
+    }
+    return seen;
+}
+
+Byte DotSettler::settled(const std::array<const Row*, 3>& rows, std::size_t dot) const {
+    const Row& row = *rows[1];
     const int all = static_cast<int>(factor_ * factor_);
-    const int between = all - dot.black - dot.white;
+    const int sum = row.sums[dot];
+    const int between = all - row.black[dot] - row.white[dot];
     const bool isThinEdge = factor_ >= 3;
-    const bool besideBoth = around.black != 0 && around.white != 0;
+    const Surroundings seen = around(rows, dot);
+    const bool besideBoth = seen.hasBlack && seen.hasWhite;
     if (between == 0 || (besideBoth && !(isThinEdge && between == all))) {
-        return static_cast<Byte>(2 * dot.sum <= 255 * all ? 0 : 255);
+        return 2 * sum <= 255 * all ? 0 : 255;
     }
-    if (besideBoth || (around.black == 0 && around.white == 0)) {
-        return static_cast<Byte>(std::clamp((dot.sum + all / 2) / all, 1, 254));
+    if (besideBoth || (!seen.hasBlack && !seen.hasWhite)) {
+        return static_cast<Byte>(std::clamp((sum + all / 2) / all, 1, 254));
     }
-    const Counts& seen = isThinEdge ? dot : around;
-    const int solid = around.white != 0 ? 255 : 0;
-    const int grey = around.white != 0 ? seen.darkest : seen.lightest;
-    const bool isGrey = 2 * std::abs(dot.sum - solid * all) >= std::abs(grey - solid) * all;
+    const int solid = seen.hasWhite ? 255 : 0;
+    const int darkest = isThinEdge ? row.darkest[dot] : seen.darkest;
+    const int lightest = isThinEdge ? row.lightest[dot] : seen.lightest;
+    const int grey = seen.hasWhite ? darkest : lightest;
+    const bool isGrey = 2 * std::abs(sum - solid * all) >= std::abs(grey - solid) * all;
     return static_cast<Byte>(isGrey ? grey : solid);
 }
 

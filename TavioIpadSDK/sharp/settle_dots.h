@@ -44,30 +44,41 @@ class DotSettler {
     std::span<const Byte> finish();
 
   private:
-    // What is known of a dot from its own pixels.
-    struct Counts {
-        std::uint16_t sum = 0;  // of the pixels' luminance
-        Byte black = 0;         // pixels
-        Byte white = 0;
-        Byte darkest = 255;  // of the pixels between
-        Byte lightest = 0;
-    };
+    // What is known of each dot of a row from its own pixels, with a dot before and after the row that
+    // are as those beside them.
     struct Row {
-        std::vector<Counts> dots;   // with a dot before and after the row, as those beside them
-        std::vector<Byte> isBlank;  // by piece: all its dots are white
+        std::vector<std::uint16_t> sums;  // of the pixels' luminance
+        Bytes black;                      // pixels
+        Bytes white;
+        Bytes darkest;  // of the pixels between; 255 if there are none
+        Bytes lightest;
+        Bytes isBlank;  // by piece: all its dots are white
+    };
+    // What is known of a dot and those beside it.
+    struct Surroundings {
+        bool hasBlack = false;
+        bool hasWhite = false;
+        Byte darkest = 255;
+        Byte lightest = 0;
     };
 
     void count(const std::uint32_t* pixels, std::size_t stride, Row& row) const;
-    void countPiece(const std::uint32_t* pixels, std::size_t stride, std::span<Counts> dots) const;
+    void clearPiece(std::size_t piece, Row& row) const;
+    template <std::size_t kFactor>
+    void countPiece(const std::uint32_t* pixels, std::size_t stride, std::size_t piece,
+                    Row& row) const;
+    std::size_t dotsOf(std::size_t piece) const;
     std::span<const Byte> settle(const Row& above, const Row& row, const Row& below);
-    static Counts around(const std::array<const Counts*, 3>& dots);
-    Byte settled(const Counts& dot, const Counts& around) const;
+    bool settleSolids(const Row& row, std::size_t first, std::size_t dots);
+    void settleOthers(const std::array<const Row*, 3>& rows, std::size_t first, std::size_t dots);
+    Byte settled(const std::array<const Row*, 3>& rows, std::size_t dot) const;
+    static Surroundings around(const std::array<const Row*, 3>& rows, std::size_t dot);
 
     std::size_t width_;
     std::size_t factor_;
     std::array<Row, 3> rows_;  // the last three
     std::size_t added_ = 0;
-    std::vector<Byte> settled_;
+    Bytes settled_;
 };
 
 }  // namespace tavio::sharp

@@ -78,6 +78,17 @@ std::string endlessDocument() {
     return builder.finish("/Root 1 0 R");
 }
 
+std::string annotatedDocument(const std::string& subtype, const std::string& flags) {
+    PdfBuilder builder;
+    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
+    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
+    builder.add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Annots [4 0 R] >>");
+    builder.add("<< /Type /Annot /Subtype /" + subtype + " /Rect [0 0 10 10] " + flags +
+                " /AP << /N 5 0 R >> >>");
+    builder.addStream("/Type /XObject /Subtype /Form /BBox [0 0 10 10]", "0 0 10 10 re f");
+    return builder.finish("/Root 1 0 R");
+}
+
 platform::Url DocumentFolder::write(std::string_view name, std::string_view bytes) const {
     std::ofstream file(path(name), std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

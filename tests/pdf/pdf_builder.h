@@ -2,10 +2,12 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/platform/url.h"
 #include "support/temporary_folder.h"
 
@@ -39,6 +41,13 @@ std::string encryptedDocument();
 // A document whose page takes far too long to draw: nested forms that each draw the next one fifty
 // times, 50^5 rectangles.
 std::string endlessDocument();
+
+inline std::span<const Byte> bytesOf(const std::string& text) {
+    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
+}
+
+// A page of 100 by 100 points with a black annotation of 10 by 10 at its bottom left corner.
+std::string annotatedDocument(const std::string& subtype, const std::string& flags);
 
 // A folder for documents, gone with the object. What cannot be written throws.
 class DocumentFolder : public TemporaryFolder {

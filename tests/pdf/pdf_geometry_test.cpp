@@ -192,25 +192,13 @@ TEST_F(PdfGeometry, ATurnedPageWithAnOriginOfItsOwnStaysInItsBox) {
     EXPECT_EQ(marksOn(page), (Marks{40 + 75, -60, 10, 10, true}));
 }
 
-// A page of 100 by 100 points with a black annotation of 10 by 10 at its bottom left corner.
-std::string annotated(const std::string& subtype, const std::string& flags) {
-    PdfBuilder builder;
-    builder.add("<< /Type /Catalog /Pages 2 0 R >>");
-    builder.add("<< /Type /Pages /Count 1 /Kids [3 0 R] >>");
-    builder.add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Annots [4 0 R] >>");
-    builder.add("<< /Type /Annot /Subtype /" + subtype + " /Rect [0 0 10 10] " + flags +
-                " /AP << /N 5 0 R >> >>");
-    builder.addStream("/Type /XObject /Subtype /Form /BBox [0 0 10 10]", "0 0 10 10 re f");
-    return builder.finish("/Root 1 0 R");
-}
-
 TEST_F(PdfGeometry, AnnotationsAreDrawnIfTheyAreToBePrinted) {
     const Marks shown{0, 90, 10, 10, true};
-    EXPECT_EQ(marksOn(drawn(annotated("Stamp", "/F 4"))), shown) << "to be printed";
-    EXPECT_EQ(marksOn(drawn(annotated("Stamp", "/F 36"))), shown) << "only to be printed";
-    EXPECT_EQ(marksOn(drawn(annotated("Stamp", ""))), Marks{}) << "for the screen only";
-    EXPECT_EQ(marksOn(drawn(annotated("Stamp", "/F 6"))), Marks{}) << "hidden";
-    EXPECT_EQ(marksOn(drawn(annotated("Link", "/F 4"))), Marks{}) << "no part of the page";
+    EXPECT_EQ(marksOn(drawn(annotatedDocument("Stamp", "/F 4"))), shown) << "to be printed";
+    EXPECT_EQ(marksOn(drawn(annotatedDocument("Stamp", "/F 36"))), shown) << "only to be printed";
+    EXPECT_EQ(marksOn(drawn(annotatedDocument("Stamp", ""))), Marks{}) << "for the screen only";
+    EXPECT_EQ(marksOn(drawn(annotatedDocument("Stamp", "/F 6"))), Marks{}) << "hidden";
+    EXPECT_EQ(marksOn(drawn(annotatedDocument("Link", "/F 4"))), Marks{}) << "no part of the page";
 }
 
 TEST(PdfPixelBox, HoldsEveryPixelThatTheCropBoxTouches) {

@@ -27,10 +27,6 @@ using platform::PdfLimits;
 using platform::PdfOutcome;
 using platform::PdfPage;
 
-std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
-
 std::string sampleFile(const std::string& name) {
     return std::string(TAVIO_CORPUS_DIR "/pdf/") + name;
 }

@@ -13,10 +13,6 @@
 
 namespace tavio::test {
 
-inline std::span<const Byte> bytesOf(const std::string& text) {
-    return {reinterpret_cast<const Byte*>(text.data()), text.size()};
-}
-
 // All rows of a page.
 struct PageDots {
     int width = 0;

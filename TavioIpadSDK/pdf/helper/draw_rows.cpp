@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "TavioIpadSDK/sharp/settle_dots.h"
 
@@ -43,6 +44,10 @@ class Strip {
     Surface surface_;
 };
 
+void append(std::vector<Byte>& rows, std::span<const Byte> row) {
+    rows.insert(rows.end(), row.begin(), row.end());
+}
+
 }  // namespace
 
 bool drawRows(const RecordedPage& page, const std::function<bool(std::span<const Byte>)>& send) {
@@ -52,12 +57,14 @@ bool drawRows(const RecordedPage& page, const std::function<bool(std::span<const
     const int dotsAtOnce = std::clamp(kStripBytes / (4 * factor * factor * width), 1, height);
     Strip strip(width * factor, dotsAtOnce * factor);
     sharp::DotSettler settler(width, factor);
+    std::vector<Byte> rows;
     for (int first = 0; first < height; first += dotsAtOnce) {
         if (!strip.draw(page.recording.get(), first * factor)) return false;
+        rows.clear();
         for (int dot = 0; dot < std::min(dotsAtOnce, height - first); ++dot) {
-            const std::span<const Byte> row = settler.add(strip.row(dot * factor), strip.stride());
-            if (!row.empty() && !send(row)) return false;
+            append(rows, settler.add(strip.row(dot * factor), strip.stride()));
         }
+        if (!send(rows)) return false;
     }
     return send(settler.finish());
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "TavioIpadSDK/pdf/helper/even_lines.h"
 #include "TavioIpadSDK/sharp/fit_page.h"
 #include "TavioIpadSDK/sharp/settle_dots.h"
 
@@ -89,12 +90,15 @@ pdf::AnswerHeader headerOf(const Sides& page, const Fitted& fit) {
     return header;
 }
 
-cairo_status_t record(PopplerPage* page, const cairo_matrix_t& matrix, cairo_surface_t* surface) {
+cairo_status_t record(PopplerPage* page, const cairo_matrix_t& matrix, int factor,
+                      cairo_surface_t* surface) {
     const Context context(cairo_create(surface));
     cairo_set_source_rgb(context.get(), 1, 1, 1);
     cairo_paint(context.get());
     cairo_set_matrix(context.get(), &matrix);
+    keepLinesEven(surface, factor);
     poppler_page_render(page, context.get());
+    keepLinesEven(nullptr, 1);
     cairo_surface_flush(surface);
     return cairo_status(context.get());
 }
@@ -115,7 +119,7 @@ Answer recordInto(RecordedPage& recorded, double maxPointsPerSide, const DotsReq
     showWhatIsPrinted(page);
     // After an error a context draws nothing more, and half a page is worse than none.
     const cairo_status_t status =
-        record(page, matrixOf(sides, fit, recorded.factor), surface.get());
+        record(page, matrixOf(sides, fit, recorded.factor), recorded.factor, surface.get());
     if (status == CAIRO_STATUS_NO_MEMORY) return Answer::kOutOfMemory;
     if (status != CAIRO_STATUS_SUCCESS) return Answer::kNotPdf;
     recorded.recording = std::move(surface);
