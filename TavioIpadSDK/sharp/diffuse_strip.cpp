@@ -28,9 +28,9 @@
 #include <array>
 #include <cassert>
 #include <cstring>
+#include <type_traits>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
-#include "TavioIpadSDK/machine/uncleared_bytes.h"
 #include "TavioIpadSDK/sharp/diffusion_noise.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -58,6 +58,7 @@ constexpr int kRows = kVectors * kLanes;
 constexpr int kPiece = 16;                  // steps
 constexpr int kGroup = 4;                   // steps whose columns are turned at once
 constexpr int kFours = (kLanes + 31) / 32;  // four bytes of bits each
+static_assert(4 * (kVectors * kFours + 1) <= DiffusionState::kStepBytes);
 constexpr int kNoisePeriod = kNoiseSide;
 static_assert(kNoisePeriod % kPiece == 0);
 
@@ -183,7 +184,7 @@ struct Buffers {
 
 class StripWave {
   public:
-    StripWave(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors);
+    StripWave(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state);
     void run();
     void writeRows(std::span<Byte> bits);
 
@@ -202,9 +203,8 @@ class StripWave {
     Byte* const errors_;
     const int steps_;
     const Noise noise_;
-    machine::UnclearedBytes
-        bits_;  // for each vector and four: steps from the last one, 4 bytes each
-    machine::UnclearedBytes planes_;  // for each byte of a four: steps from the last one
+    Byte* const bits_;    // for each vector and four: the steps from the last one, 4 bytes each
+    Byte* const planes_;  // for each byte of a four: the steps from the last one
     Wave waves_[kVectors] = {makeWave(), makeWave()};
     Buffers buffers_;
 };
@@ -214,13 +214,13 @@ HWY_INLINE VecU8 inLane0(Byte value) {
     return hn::IfThenElse(hn::FirstN(kU8, 1), splat(value), splat(128));
 }
 
-StripWave::StripWave(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors)
+StripWave::StripWave(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state)
     : strip_(strip),
-      errors_(errors.data()),
+      errors_(state.errors()),
       steps_(strip.steps()),
       noise_(skewedNoise().steps[firstRow / kRows % kPhases]),
-      bits_(static_cast<std::size_t>(steps_) * kVectors * kFours * 4),
-      planes_(static_cast<std::size_t>(steps_) * 4) {
+      bits_(state.scratch()),
+      planes_(bits_ + std::ptrdiff_t{steps_} * kVectors * kFours * 4) {
     assert(strip.rows() == kRows && firstRow % kRows == 0);
     waves_[0].arrived = inLane0(errors_[0]);
     waves_[0].arriving = inLane0(errors_[1]);
@@ -307,7 +307,7 @@ void StripWave::keepErrors(int first) {
 
 HWY_INLINE Byte* StripWave::bitsOf(int vector, int four, int step) {
     const std::ptrdiff_t steps = steps_;
-    return bits_.data() + 4 * ((vector * kFours + four) * steps + steps - 1 - step);
+    return bits_ + 4 * ((vector * kFours + four) * steps + steps - 1 - step);
 }
 
 HWY_INLINE void StripWave::keepBits(int vector, int step, const Bits& bits) {
@@ -318,7 +318,7 @@ HWY_INLINE void StripWave::keepBits(int vector, int step, const Bits& bits) {
 // Takes the bytes of a four apart.
 void StripWave::readPlanes(int vector, int four) {
     const Byte* from = bitsOf(vector, four, steps_ - 1);
-    Byte* to = planes_.data();
+    Byte* to = planes_;
     for (int step = 0; step < steps_; step += kLanes, from += 4 * kLanes, to += kLanes) {
         VecU8 a, b, c, d;
         hn::LoadInterleaved4(kU8, from, a, b, c, d);
@@ -329,18 +329,34 @@ void StripWave::readPlanes(int vector, int four) {
     }
 }
 
-// Since the steps lie backwards, 64 of them have the order of the bits of a word.
+// As many bits as a vector has lanes.
+using LaneBits = std::conditional_t<kLanes == 16, std::uint16_t,
+                                    std::conditional_t<kLanes == 32, std::uint32_t, std::uint64_t>>;
+
+// The lanes that have this bit clear.
+HWY_INLINE std::uint64_t lanesWithout(VecU8 v, VecU8 bit) {
+    alignas(8) Byte bytes[8];
+    hn::StoreMaskBits(kU8, hn::Eq(hn::And(v, bit), hn::Zero(kU8)), bytes);
+    LaneBits bits;
+    std::memcpy(&bits, bytes, sizeof(bits));
+    return bits;
+}
+
+// Stores the word's highest byte first.
+HWY_INLINE void storeFromTop(std::uint64_t word, Byte* to) {
+    for (int i = 0; i < 8; ++i) to[i] = static_cast<Byte>(word >> (56 - 8 * i));
+}
+
+// Since the steps lie backwards, the first of 64 is the top bit of a word.
 HWY_INLINE void StripWave::writeRow(const Byte* plane, int bit, int row, std::span<Byte> to) const {
     const VecU8 mask = splat(1 << bit);
     const Byte* end = plane + steps_ - std::ptrdiff_t{kSkew} * row;
     for (std::size_t at = 0; at < to.size(); at += 8) {
         end -= 64;
-        alignas(8) Byte word[8];
-        for (int i = 0; i < 64; i += kLanes) {
-            const auto isBlack = hn::Eq(hn::And(hn::LoadU(kU8, end + i), mask), hn::Zero(kU8));
-            hn::StoreMaskBits(kU8, isBlack, word + i / 8);
-        }
-        std::reverse_copy(word, word + 8, to.data() + at);
+        std::uint64_t black = 0;
+        for (int i = 0; i < 64; i += kLanes)
+            black |= lanesWithout(hn::LoadU(kU8, end + i), mask) << i;
+        storeFromTop(black, to.data() + at);
     }
 }
 
@@ -350,15 +366,15 @@ void StripWave::writeRows(std::span<Byte> bits) {
     for (int row = 0; row < rows; ++row) {
         const int lane = row % kLanes;
         if (lane % 32 == 0) readPlanes(row / kLanes, lane / 32);
-        const Byte* plane = planes_.data() + std::ptrdiff_t{steps_} * (lane % 32 / 8);
+        const Byte* plane = planes_ + std::ptrdiff_t{steps_} * (lane % 32 / 8);
         writeRow(plane, lane % 8, row,
                  bits.subspan(static_cast<std::size_t>(row) * rowBytes, rowBytes));
     }
 }
 
-void diffuseVectors(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors,
+void diffuseVectors(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state,
                     std::span<Byte> bits) {
-    StripWave wave(strip, firstRow, errors);
+    StripWave wave(strip, firstRow, state);
     wave.run();
     wave.writeRows(bits);
 }
@@ -370,7 +386,7 @@ std::int32_t rowsOfVectors() {
 #else
 
 void diffuseVectors(const SkewedStrip& /*strip*/, std::int32_t /*firstRow*/,
-                    PassedErrors& /*errors*/, std::span<Byte> /*bits*/) {}
+                    DiffusionState& /*state*/, std::span<Byte> /*bits*/) {}
 
 std::int32_t rowsOfVectors() {
     return 0;
@@ -388,6 +404,11 @@ constexpr std::int32_t kPlainRows = 32;
 
 constexpr std::int32_t roundedUp(std::int32_t value, std::int32_t unit) {
     return (value + unit - 1) / unit * unit;
+}
+
+// Enough for the last row's words of bits, and one more for its errors.
+constexpr std::int32_t stepsOf(std::int32_t width, std::int32_t rows) {
+    return roundedUp(std::max(roundedUp(width, 64), width + 1) + kSkew * (rows - 1), 64);
 }
 
 // One row, pixel by pixel: the plain form.
@@ -428,13 +449,13 @@ class PlainRow {
     int second_ = 0;  // for the pixel below
 };
 
-void diffusePlainly(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors,
+void diffusePlainly(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state,
                     std::span<Byte> bits) {
     const std::size_t rowBytes = (static_cast<std::size_t>(strip.width()) + 63) / 64 * 8;
     std::ranges::fill(bits, Byte{0});
     for (std::size_t row = 0; row * rowBytes < bits.size(); ++row) {
         const auto y = static_cast<std::int32_t>(row);
-        PlainRow errorsOfRow(errors.data(), firstRow + y);
+        PlainRow errorsOfRow(state.errors(), firstRow + y);
         for (std::int32_t x = 0; x < strip.width(); ++x) {
             const bool isBlack = errorsOfRow.diffuse(x, static_cast<std::int8_t>(strip.row(y)[x]));
             Byte& byte = bits[row * rowBytes + static_cast<std::size_t>(x) / 8];
@@ -457,8 +478,7 @@ std::int32_t stripRows() {
 SkewedStrip::SkewedStrip(std::int32_t width, std::int32_t rows)
     : width_(width),
       rows_(rows),
-      // The last row's words of bits, and a step more for its errors.
-      steps_(roundedUp(std::max(roundedUp(width, 64), width + 1) + kSkew * (rows - 1), 64)),
+      steps_(stepsOf(width, rows)),
       stride_(steps_ + 64),
       values_(static_cast<std::size_t>(stride_) * static_cast<std::size_t>(rows), Byte{127}) {}
 
@@ -466,13 +486,14 @@ void SkewedStrip::whiten(std::int32_t first) {
     std::fill(values_.begin() + first * stride_, values_.end(), Byte{127});
 }
 
-PassedErrors::PassedErrors(std::int32_t width)
-    : bytes_(static_cast<std::size_t>(width) + 2 * kMargin, Byte{128}) {}
+DiffusionState::DiffusionState(std::int32_t width, std::int32_t rows)
+    : errors_(static_cast<std::size_t>(width) + 2 * kMargin, Byte{128}),
+      scratch_(static_cast<std::size_t>(stepsOf(width, rows)) * kStepBytes) {}
 
-void diffuseStrip(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors,
+void diffuseStrip(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state,
                   std::span<Byte> bits) {
-    if (isPlain()) return diffusePlainly(strip, firstRow, errors, bits);
-    TAVIO_CHOSEN_FORM(diffuseVectors)(strip, firstRow, errors, bits);
+    if (isPlain()) return diffusePlainly(strip, firstRow, state, bits);
+    TAVIO_CHOSEN_FORM(diffuseVectors)(strip, firstRow, state, bits);
 }
 
 }  // namespace tavio::sharp

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/machine/uncleared_bytes.h"
 
 namespace tavio::sharp {
 
@@ -56,18 +56,25 @@ class SkewedStrip {
     Bytes values_;
 };
 
-// The errors that a row passes down, summed for each column below it, plus 128. A strip reads them
-// and leaves those of its own last row. The first row of a picture gets none.
-class PassedErrors {
+// What the kernel keeps from strip to strip of a picture.
+class DiffusionState {
   public:
-    explicit PassedErrors(std::int32_t width);
+    // As for SkewedStrip. Throws std::bad_alloc.
+    DiffusionState(std::int32_t width, std::int32_t rows);
 
-    // Of column 0. The kernel may read and write kMargin bytes before it and after the last one.
-    Byte* data() { return bytes_.data() + kMargin; }
+    // The errors that the last row passes down, summed for each column below it, plus 128. A strip
+    // reads them and leaves its own. Column 0; the kernel may read and write kMargin bytes before it and
+    // after the last one.
+    Byte* errors() { return errors_.data() + kMargin; }
+
+    // Memory without a meaning between strips: kStepBytes for each step.
+    Byte* scratch() { return scratch_.data(); }
+    static constexpr std::size_t kStepBytes = 20;
 
   private:
     static constexpr std::size_t kMargin = 512;
-    Bytes bytes_;
+    Bytes errors_;
+    machine::UnclearedBytes scratch_;
 };
 
 // Turns the strip into dots. `firstRow`: the strip's first row in the picture, a multiple of
@@ -82,7 +89,7 @@ class PassedErrors {
 // whole numbers h = half the error, q, o and s = half of the one before, each rounded up:
 //
 //   right h - s        below left error - h - q - s        below q + s        below right s
-void diffuseStrip(const SkewedStrip& strip, std::int32_t firstRow, PassedErrors& errors,
+void diffuseStrip(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state,
                   std::span<Byte> bits);
 
 }  // namespace tavio::sharp

@@ -16,15 +16,16 @@ enum class Method : std::uint8_t {
 
 struct Halftone {
     Method method = Method::kDithered;
-    Byte threshold = 128;  // of grey values after the tone; smaller ones are black
+    Byte threshold = 128;  // smaller grey values are black, after brightness, contrast and gamma
     Tone tone{};
 };
 
-// All rows as dots. Solid values stay solid: a 0 is a black dot and a 255 a white one, and neither
-// passes an error on. The same bytes on every machine, with and without threads. Throws what the rows
+// All rows as dots. Values that are solid after the tone stay solid: a 0 is a black dot and a 255 a white
+// one, and neither passes an error on. A threshold makes no greys, so it does not balance dot gain. The same bytes on every machine, with and without threads. Throws what the rows
 // throw, std::bad_alloc, and std::length_error above kMaxDots.
 //
-// mayUseThreads: rows may be asked for on another thread, and large pictures be diffused by two.
+// mayUseThreads: large pictures are diffused on another thread than the one that asks for their rows,
+// which is the caller's.
 Dots halftoned(GreyRows& rows, const Halftone& halftone, bool mayUseThreads);
 
 }  // namespace tavio::sharp
