@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
     addUnit(*stages);
     if (!options.photo.empty()) addDecode(*stages, options.photo);
     addImaging(*stages);
+    addSharp(*stages);
     addEncoder(*stages);
     tavio::benchmarks::registerGrowth(options.maxMegadots);
     benchmark::RunSpecifiedBenchmarks();

@@ -29,7 +29,10 @@ def of_stages(stages):
     dither = stages["dither, one core"]
     judged = "AVX2" if "AVX2" in dither else list(dither)[-1]
     yield Goal(f"dither, one core, {judged}", dither[judged]["copies"], 1.3, " copies")
-    for name, most in (("dither, two cores", 0.8), ("threshold", 0.8), ("pack", 0.1)):
+    yield Goal(f"halftone, one core, {judged}", stages["halftone, one core"][judged]["copies"], 0.8,
+               " copies")
+    for name, most in (("dither, two cores", 0.8), ("threshold", 0.8), ("pack", 0.1),
+                       ("sharp threshold", 0.5)):
         yield Goal(name, best(stages[name])["copies"], most, " copies")
     for kind in JUDGED_PICTURES:
         encode = best(stages[f"encode, {kind}"])

@@ -47,6 +47,7 @@ class Stages : public std::enable_shared_from_this<Stages> {
 
 void addUnit(Stages& stages);     // the unit itself
 void addImaging(Stages& stages);  // dither, threshold, pack, all of it, resample
+void addSharp(Stages& stages);    // halftone and threshold of the sharp road
 void addDecode(Stages& stages, const std::string& photo);  // of the photo in this file
 void addEncoder(Stages& stages);                           // encode, of ready one-bit pictures
 

@@ -19,7 +19,7 @@
 //
 // Numbers:
 //   Values are kept less 128, as signed bytes. value + errors, saturated, has the sign that decides.
-//   The same sum, not saturated, is the error plus 128 if the dot is black, and less one if it is
+//   The same sum, not saturated, is the error plus 128 if the dot is black, and one less if it is
 //   white. Halves are byte averages with 128. Sums of two numbers plus 128 are without it.
 //   With no errors, a solid 0 is -128, which is an error of 0, and 255 is 127, plus 1 the same.
 #include "TavioIpadSDK/sharp/diffuse_strip.h"
@@ -99,17 +99,17 @@ HWY_INLINE VecU8 laneDown(VecU8 v, VecU8 above) {
 
 using Bits = std::array<Byte, 4 * kFours>;
 
-// One step of a vector of lanes: sets a bit for each lane that is white, and returns the summed errors
-// for the column before in the row below.
-HWY_INLINE VecU8 step(Wave& wave, Vec8 value, VecU8 noise, Bits& whiteBits) {
+// One step of a vector of lanes: sets a bit for each lane that is black, and returns the summed errors
+// for the column before in the row below. `solid`: -127.
+HWY_INLINE VecU8 step(Wave& wave, Vec8 value, VecU8 noise, Vec8 solid, Bits& blackBits) {
     const Vec8 next = hn::Add(value, hn::Set(k8, 1));  // solid ones are -127 and -128
-    const auto isGrey = hn::Gt(next, hn::Set(k8, -127));
     const Vec8 fromAbove = hn::BitCast(k8, hn::Add(wave.arrived, noise));
-    const Vec8 passed = hn::IfThenElseZero(isGrey, hn::SaturatedAdd(fromAbove, wave.fromLeft));
-    const auto isWhite = hn::Gt(hn::SaturatedAdd(value, passed), hn::Set(k8, -1));
-    hn::StoreMaskBits(k8, isWhite, whiteBits.data());
+    const Vec8 passed =
+        hn::IfThenElseZero(hn::Gt(next, solid), hn::SaturatedAdd(fromAbove, wave.fromLeft));
+    const auto isBlack = hn::Lt(hn::SaturatedAdd(value, passed), hn::Zero(k8));
+    hn::StoreMaskBits(k8, isBlack, blackBits.data());
     const VecU8 error =
-        hn::BitCast(kU8, hn::Sub(hn::Add(value, passed), hn::VecFromMask(k8, isWhite)));
+        hn::BitCast(kU8, hn::Add(hn::Add(next, passed), hn::VecFromMask(k8, isBlack)));
     const VecU8 half = hn::AverageRound(error, splat(128));
     const VecU8 quarter = hn::AverageRound(half, splat(128));
     const VecU8 sixteenth = hn::AverageRound(hn::AverageRound(quarter, splat(128)), splat(128));
@@ -191,11 +191,11 @@ class StripWave {
   private:
     using Noise = const Byte (*)[kVectors][kLanes];
 
-    HWY_INLINE void turnFirstHalf(int firstStep, int quarter);
+    HWY_INLINE void turnQuarter(int firstStep, int quarter);
     void runPiece(int first);
     void keepErrors(int first);
-    Byte* bitsOf(int vector, int four, int step);
-    HWY_INLINE void keepBits(int vector, int step, const Bits& bits);
+    HWY_INLINE Byte* bitsOf(int vector, int step);
+    HWY_INLINE void keepBits(const Bits& bits, Byte* first, int i) const;
     void readPlanes(int vector, int four);
     HWY_INLINE void writeRow(const Byte* plane, int bit, int row, std::span<Byte> to) const;
 
@@ -203,6 +203,7 @@ class StripWave {
     Byte* const errors_;
     const int steps_;
     const Noise noise_;
+    const Vec8 solid_ = hn::Set(k8, -127);  // compilers make more of a constant that they see
     Byte* const bits_;    // for each vector and four: the steps from the last one, 4 bytes each
     Byte* const planes_;  // for each byte of a four: the steps from the last one
     Wave waves_[kVectors] = {makeWave(), makeWave()};
@@ -227,29 +228,32 @@ StripWave::StripWave(const SkewedStrip& strip, std::int32_t firstRow, DiffusionS
 }
 
 void StripWave::run() {
-    for (int quarter = 0; quarter < 4; ++quarter) turnFirstHalf(0, quarter);
+    for (int quarter = 0; quarter < 4; ++quarter) turnQuarter(0, quarter);
     for (int first = 0; first < steps_; first += kPiece) {
         runPiece(first);
         keepErrors(first);
     }
 }
 
-// A quarter of the first half of turning the piece that begins with this step.
-HWY_INLINE void StripWave::turnFirstHalf(int firstStep, int quarter) {
-    const std::ptrdiff_t stride = strip_.stride();
-    for (int vector = 0; vector < kVectors; ++vector) {
-        const Byte* from = strip_.lane(vector * kLanes + quarter) + firstStep;
-        VecU8 a = sixteenBytes(kU8, from, 16 * stride);
-        VecU8 b = sixteenBytes(kU8, from + 4 * stride, 16 * stride);
-        VecU8 c = sixteenBytes(kU8, from + 8 * stride, 16 * stride);
-        VecU8 d = sixteenBytes(kU8, from + 12 * stride, 16 * stride);
-        interleave(a, b, c, d);
-        Byte(*const to)[kLanes] = buffers_.half[firstStep / kPiece % 2][vector] + 4 * quarter;
-        hn::Store(a, kU8, to[0]);
-        hn::Store(b, kU8, to[1]);
-        hn::Store(c, kU8, to[2]);
-        hn::Store(d, kU8, to[3]);
-    }
+// A quarter of the first half of turning a piece, of one vector of lanes: four by four rows from
+// `from` on, each four rows apart.
+HWY_INLINE void turnFirstHalf(const Byte* from, std::ptrdiff_t stride, Byte (*to)[kLanes]) {
+    VecU8 a = sixteenBytes(kU8, from, 16 * stride);
+    VecU8 b = sixteenBytes(kU8, from + 4 * stride, 16 * stride);
+    VecU8 c = sixteenBytes(kU8, from + 8 * stride, 16 * stride);
+    VecU8 d = sixteenBytes(kU8, from + 12 * stride, 16 * stride);
+    interleave(a, b, c, d);
+    hn::Store(a, kU8, to[0]);
+    hn::Store(b, kU8, to[1]);
+    hn::Store(c, kU8, to[2]);
+    hn::Store(d, kU8, to[3]);
+}
+
+HWY_INLINE void StripWave::turnQuarter(int firstStep, int quarter) {
+    auto& half = buffers_.half[firstStep / kPiece % 2];
+    for (int vector = 0; vector < kVectors; ++vector)
+        turnFirstHalf(strip_.lane(vector * kLanes + quarter) + firstStep, strip_.stride(),
+                      half[vector] + kGroup * quarter);
 }
 
 // The values of four steps.
@@ -267,29 +271,30 @@ HWY_INLINE Columns turnSecondHalf(const Byte (*half)[kLanes], int group) {
 void StripWave::runPiece(int first) {
     Wave upper = waves_[0];
     Wave lower = waves_[1];
+    const Noise noise = noise_ + first % kNoisePeriod;
+    const Byte* const above = errors_ + first + 2 - (kLanes - 1);
+    Byte* const upperBits = bitsOf(0, first);
+    Byte* const lowerBits = bitsOf(1, first);
     const auto both = [&](int i, VecU8 upperValues, VecU8 lowerValues) HWY_ATTR {
-        const int now = first + i;
-        const auto& noise = noise_[now % kNoisePeriod];
-        Bits upperBits{};
-        Bits lowerBits{};
+        Bits bits{};
         const VecU8 upperErrors =
-            step(upper, hn::BitCast(k8, upperValues), hn::Load(kU8, noise[0]), upperBits);
+            step(upper, hn::BitCast(k8, upperValues), hn::Load(kU8, noise[i][0]), solid_, bits);
+        keepBits(bits, upperBits, i);
         const VecU8 lowerErrors =
-            step(lower, hn::BitCast(k8, lowerValues), hn::Load(kU8, noise[1]), lowerBits);
-        keepBits(0, now, upperBits);
-        keepBits(1, now, lowerBits);
-        const VecU8 above = hn::LoadU(kU8, errors_ + now + 2 - (kLanes - 1));
-        upper.arriving = laneDown(upperErrors, above);
+            step(lower, hn::BitCast(k8, lowerValues), hn::Load(kU8, noise[i][1]), solid_, bits);
+        keepBits(bits, lowerBits, i);
+        upper.arriving = laneDown(upperErrors, hn::LoadU(kU8, above + i));
         lower.arriving = laneDown(lowerErrors, upperErrors);
         hn::Store(lowerErrors, kU8, buffers_.complete[i]);
     };
     const auto& half = buffers_.half[first / kPiece % 2];
+    HWY_UNROLL(4)
     for (int group = 0; group < kPiece / kGroup; ++group) {
         const Columns a = turnSecondHalf(half[0], group);
         const Columns b = turnSecondHalf(half[1], group);
         both(kGroup * group, a.first, b.first);
         both(kGroup * group + 1, a.second, b.second);
-        turnFirstHalf(first + kPiece, group);
+        turnQuarter(first + kPiece, group);
         both(kGroup * group + 2, a.third, b.third);
         both(kGroup * group + 3, a.fourth, b.fourth);
     }
@@ -305,19 +310,21 @@ void StripWave::keepErrors(int first) {
 
 // ---- Bits ---------------------------------------------------------------------------------------
 
-HWY_INLINE Byte* StripWave::bitsOf(int vector, int four, int step) {
+// The first four of this step.
+HWY_INLINE Byte* StripWave::bitsOf(int vector, int step) {
     const std::ptrdiff_t steps = steps_;
-    return bits_ + 4 * ((vector * kFours + four) * steps + steps - 1 - step);
+    return bits_ + 4 * (vector * kFours * steps + steps - 1 - step);
 }
 
-HWY_INLINE void StripWave::keepBits(int vector, int step, const Bits& bits) {
+// Keeps the bits of the step that is `i` steps after the one whose bits lie at `first`.
+HWY_INLINE void StripWave::keepBits(const Bits& bits, Byte* first, int i) const {
     for (int four = 0; four < kFours; ++four)
-        std::memcpy(bitsOf(vector, four, step), bits.data() + 4 * std::ptrdiff_t{four}, 4);
+        std::memcpy(first + 4 * (std::ptrdiff_t{four} * steps_ - i), bits.data() + 4 * four, 4);
 }
 
 // Takes the bytes of a four apart.
 void StripWave::readPlanes(int vector, int four) {
-    const Byte* from = bitsOf(vector, four, steps_ - 1);
+    const Byte* from = bitsOf(vector, steps_ - 1) + 4 * std::ptrdiff_t{four} * steps_;
     Byte* to = planes_;
     for (int step = 0; step < steps_; step += kLanes, from += 4 * kLanes, to += kLanes) {
         VecU8 a, b, c, d;
@@ -333,10 +340,10 @@ void StripWave::readPlanes(int vector, int four) {
 using LaneBits = std::conditional_t<kLanes == 16, std::uint16_t,
                                     std::conditional_t<kLanes == 32, std::uint32_t, std::uint64_t>>;
 
-// The lanes that have this bit clear.
-HWY_INLINE std::uint64_t lanesWithout(VecU8 v, VecU8 bit) {
+// The lanes that have this bit.
+HWY_INLINE std::uint64_t lanesWith(VecU8 v, VecU8 bit) {
     alignas(8) Byte bytes[8];
-    hn::StoreMaskBits(kU8, hn::Eq(hn::And(v, bit), hn::Zero(kU8)), bytes);
+    hn::StoreMaskBits(kU8, hn::TestBit(v, bit), bytes);
     LaneBits bits;
     std::memcpy(&bits, bytes, sizeof(bits));
     return bits;
@@ -354,8 +361,7 @@ HWY_INLINE void StripWave::writeRow(const Byte* plane, int bit, int row, std::sp
     for (std::size_t at = 0; at < to.size(); at += 8) {
         end -= 64;
         std::uint64_t black = 0;
-        for (int i = 0; i < 64; i += kLanes)
-            black |= lanesWithout(hn::LoadU(kU8, end + i), mask) << i;
+        for (int i = 0; i < 64; i += kLanes) black |= lanesWith(hn::LoadU(kU8, end + i), mask) << i;
         storeFromTop(black, to.data() + at);
     }
 }
