@@ -31,6 +31,8 @@ inline constexpr std::size_t kMaxNumberSize = 11;  // of 32 bits: ten digits and
 
 // The number of characters of a number, its sign included: 1 to kMaxNumberSize.
 constexpr std::size_t numberSize(std::int32_t number) {
+    const auto small = static_cast<std::uint32_t>(number);  // places on a ticket: without a branch
+    if (small < 10000) return std::size_t{1} + (small >= 10) + (small >= 100) + (small >= 1000);
     std::size_t size = number < 0 ? 2 : 1;
     for (std::int32_t n = number / 10; n != 0; n /= 10) ++size;
     return size;

@@ -1,17 +1,14 @@
 // Each lane of a vector is a row on which a band begins, so no bit moves from lane to lane. Of a band
 // of one row more the columns are those of the band before, and the new row's.
-//
-// Drawing out within a word takes a few shifts: by 1, 2, 4, 8 and the rest, each of all dots so far.
-// What the word before spills into this one is a single run at its left end. It is as long as the
-// rightmost of the last `price` dots demands: moved to the top of a word, s, all bits from the lowest
-// 1 bit of s up, which are s | -s.
 #include "TavioIpadSDK/sharp/band_costs.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cassert>
 
 #include "TavioIpadSDK/machine/instruction_set.h"
+#include "TavioIpadSDK/sharp/drawn_out.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TavioIpadSDK/sharp/band_costs.cpp"
@@ -24,8 +21,9 @@ namespace tavio::sharp::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// drawnOut() of each lane.
 template <class V>
-HWY_INLINE V drawnOut(V dots, V before, int price) {
+HWY_INLINE V drawnOutVector(V dots, V before, int price) {
     dots = hn::Or(dots, hn::ShiftRight<1>(dots));
     dots = hn::Or(dots, hn::ShiftRight<2>(dots));
     dots = hn::Or(dots, hn::ShiftRight<4>(dots));
@@ -53,13 +51,13 @@ HWY_INLINE void costsOfRows(D d, const std::uint64_t* words, std::size_t wordCou
             const V row = hn::LoadU(d, words + kBlockStride * w + (height - 1));
             const V dots = hn::Or(row, hn::LoadU(d, ors + kBlockStride * w));
             hn::StoreU(dots, d, ors + kBlockStride * w);
-            const V paid = drawnOut(dots, before, price);
+            const V paid = drawnOutVector(dots, before, price);
             counts = hn::Add(counts, hn::PopulationCount(hn::BitCast(bytes, paid)));
             before = dots;
         }
         sum = hn::Add(sum, hn::SumsOf8(counts));
     }
-    const V paid = drawnOut(hn::Zero(d), before, price);  // after the last word
+    const V paid = drawnOutVector(hn::Zero(d), before, price);  // after the last word
     sum = hn::Add(sum, hn::SumsOf8(hn::PopulationCount(hn::BitCast(bytes, paid))));
     hn::StoreU(sum, d, cost);
 }
@@ -90,15 +88,6 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::sharp {
 namespace {
 
-constexpr std::uint64_t drawnOutPlainly(std::uint64_t dots, std::uint64_t before, int price) {
-    for (int step = 1, done = 0; done < price; done += step, step *= 2) {
-        step = std::min(step, price - done);
-        dots |= dots >> step;
-    }
-    const std::uint64_t spilling = before << (64 - price);
-    return dots | spilling | (0 - spilling);
-}
-
 std::uint64_t costPlainly(const std::uint64_t* words, std::size_t wordCount, int price, int height,
                           std::uint64_t* ors) {
     std::uint64_t before = 0;
@@ -106,22 +95,25 @@ std::uint64_t costPlainly(const std::uint64_t* words, std::size_t wordCount, int
     for (std::size_t w = 0; w < wordCount; ++w) {
         std::uint64_t& dots = ors[kBlockStride * w];
         dots |= words[kBlockStride * w + static_cast<std::size_t>(height - 1)];
-        sum += std::popcount(drawnOutPlainly(dots, before, price));
+        sum += std::popcount(drawnOut(dots, before, price));
         before = dots;
     }
-    return static_cast<std::uint64_t>(sum + std::popcount(drawnOutPlainly(0, before, price)));
+    return static_cast<std::uint64_t>(sum + std::popcount(drawnOut(0, before, price)));
 }
 
-// The columns of the bands that are one row lower than the lowest asked for.
-void startOrs(std::span<const std::uint64_t> words, std::size_t rowCount, int minHeight,
-              std::span<std::uint64_t> ors) {
+// The columns of the bands of minHeight - 1 rows: 0 or 7.
+void startOrs(std::span<const std::uint64_t> words, int minHeight, std::span<std::uint64_t> ors) {
+    if (minHeight == 1) {
+        std::fill_n(ors.begin(), words.size(), std::uint64_t{0});
+        return;
+    }
+    std::array<std::uint64_t, kBlockStride> two{}, four{};  // rows, ORed
     for (std::size_t first = 0; first < words.size(); first += kBlockStride) {
-        const std::uint64_t* const from = words.data() + first;
-        std::uint64_t* const to = ors.data() + first;
-        std::fill_n(to, kBlockStride, std::uint64_t{0});
-        for (int row = 0; row + 1 < minHeight; ++row)
-            for (std::size_t y = 0; y < rowCount; ++y)
-                to[y] |= from[y + static_cast<std::size_t>(row)];
+        const std::uint64_t* const one = words.data() + first;
+        std::uint64_t* const seven = ors.data() + first;
+        for (std::size_t y = 0; y + 1 < kBlockStride; ++y) two[y] = one[y] | one[y + 1];
+        for (std::size_t y = 0; y + 3 < kBlockStride; ++y) four[y] = two[y] | two[y + 2];
+        for (std::size_t y = 0; y < kBlockRows; ++y) seven[y] = four[y] | four[y + 3];
     }
 }
 
@@ -131,10 +123,10 @@ void bandCosts(std::span<const std::uint64_t> words, std::size_t rowCount, int p
                std::span<std::uint64_t> ors, std::span<std::uint64_t> costs) {
     assert(words.size() % kBlockStride == 0 && ors.size() >= words.size());
     assert(rowCount <= kBlockRows && costs.size() >= kMaxBandRows * kBlockRows);
-    assert(price >= 8 && price <= kMaxPrice && minHeight >= 1 && minHeight <= kMaxBandRows);
+    assert(price >= 8 && price <= kMaxPrice && (minHeight == 1 || minHeight == kMaxBandRows));
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     const std::size_t wordCount = words.size() / kBlockStride;
-    startOrs(words, rowCount, minHeight, ors);
+    startOrs(words, minHeight, ors);
     for (int height = minHeight; height <= kMaxBandRows; ++height) {
         std::uint64_t* const to = costs.data() + kBlockRows * static_cast<std::size_t>(height - 1);
         std::size_t y = 0;

@@ -25,14 +25,15 @@ void BandChooser::chooseOnRow(std::size_t row, std::size_t rowOfBlock, int minHe
         height_[row] = 0;
         return;
     }
-    best_[row] = ~std::uint64_t{0};
-    for (int height = kMaxBandRows; height >= minHeight; --height) {
+    // A cost and the rows that the band lacks in one number: of equal costs the highest band is best.
+    std::uint64_t best = ~std::uint64_t{0};
+    for (int height = minHeight; height <= kMaxBandRows; ++height) {
         const auto rows = static_cast<std::size_t>(height);
         const std::uint64_t cost = costs_[kBlockRows * (rows - 1) + rowOfBlock] + best_[row + rows];
-        if (cost >= best_[row]) continue;
-        best_[row] = cost;
-        height_[row] = static_cast<std::uint8_t>(height);
+        best = std::min(best, cost * kMaxBandRows + (kMaxBandRows - rows));
     }
+    best_[row] = best / kMaxBandRows;
+    height_[row] = static_cast<std::uint8_t>(kMaxBandRows - best % kMaxBandRows);
 }
 
 std::span<const Band> BandChooser::choose(const Rectangle& island, int price) {

@@ -1,5 +1,7 @@
 #include "TavioIpadSDK/sharp/cut_band.h"
 
+#include <algorithm>
+
 #include "TavioIpadSDK/encoder/command_text.h"
 
 namespace tavio::sharp {
@@ -8,7 +10,19 @@ namespace {
 // Two counts of columns differ by this many digits or fewer: counts have one to six.
 constexpr std::int64_t kMaxDigitsSaved = 5;
 
+// The bytes of a stretch's commands without the digits of its count.
+std::size_t commandBytes(const PrinterPosition& at) {
+    return encoder::StretchCommands::size(at.row, at.column, 0) - encoder::numberSize(0);
+}
+
 }  // namespace
+
+std::int32_t maxJoined(const DotsPlace& place, const Rectangle& part, std::int32_t top) {
+    const PrinterPosition left = positionOf(place, part.left, top);
+    const PrinterPosition right = positionOf(place, part.right - 1, top);
+    return static_cast<std::int32_t>(
+        commandBytes({std::min(left.row, right.row), std::min(left.column, right.column)}));
+}
 
 // Of two starts the later one has the shorter number of columns, so an earlier one with no smaller
 // base is never better. A later one whose base is larger by all the digits that it could save is
@@ -39,8 +53,7 @@ std::span<const Run> BandCutter::cut(std::span<const Run> runs, std::int32_t top
     bytes_ = 0;
     for (std::size_t i = 0; i < runs.size(); ++i) {
         const PrinterPosition at = positionOf(place_, runs[i].start, top);
-        const auto commands = static_cast<std::int64_t>(
-            encoder::StretchCommands::size(at.row, at.column, 0) - encoder::numberSize(0));
+        const auto commands = static_cast<std::int64_t>(commandBytes(at));
         addStart({bytes_ + commands - runs[i].start, runs[i].start, i});
         endAt(runs[i].end);
     }

@@ -10,9 +10,10 @@
 
 namespace tavio::sharp {
 
-// Blank runs up to this length are never worth a new stretch, whatever its numbers: its commands have
-// 8 bytes and the digits of three numbers, and to join two stretches adds a digit at most.
-inline constexpr std::int32_t kMaxJoined = 10;
+// Blank runs of the rectangle's bands up to this length are never worth a new stretch: its commands
+// have as many bytes as this and the digits of its count, and to join two stretches adds no more digits
+// than their two counts have. top: as in cut().
+std::int32_t maxJoined(const DotsPlace& place, const Rectangle& part, std::int32_t top);
 
 // Cuts any number of bands; its memory is used again for each.
 class BandCutter {

@@ -65,9 +65,11 @@ class DotWindow {
     }
 
     bool isBlank(std::int32_t row) const {
-        std::uint64_t any = 0;
-        forEachWord(row, [&any](std::size_t, std::uint64_t word) { any |= word; });
-        return any == 0;
+        const Byte* const at = dots_.row(row).data() + 8 * first_;
+        if ((dotWord(at) & firstMask_) != 0) return false;
+        for (std::size_t i = 1; i + 1 < words_; ++i)
+            if (dotWord(at + 8 * i) != 0) return false;
+        return words_ == 1 || (dotWord(at + 8 * (words_ - 1)) & lastMask_) == 0;
     }
 
   private:
