@@ -81,19 +81,19 @@ void BandWriter::findRuns(std::int32_t firstColumn, std::int32_t joined) {
         before = dots;
     }
     runs_.clear();
-    forEachRun(isBlack_, [this, firstColumn, joined](const Run& run) {
+    forEachRun(isBlack_, [this, firstColumn, joined](const DotRun& run) {
         runs_.push_back({firstColumn + run.start, firstColumn + run.end - joined});
     });
 }
 
-void BandWriter::writeStretches(std::span<const Run> stretches, std::int32_t firstColumn,
+void BandWriter::writeStretches(std::span<const DotRun> stretches, std::int32_t firstColumn,
                                 std::int32_t top) {
     if (bytes_.size() > maxBytes_ || cutter_.bytes() > maxBytes_ - bytes_.size())
         throw encoder::StreamTooLong();
     stretches_.resize(static_cast<std::size_t>(cutter_.bytes()) + encoder::StretchCommands::kRoom);
     Byte* to = stretches_.data();
     for (std::size_t i = stretches.size(); i-- > 0;) {
-        const Run& run = stretches[i];
+        const DotRun& run = stretches[i];
         const PrinterPosition at = positionOf(place_, run.start, top);
         const std::int32_t count = run.end - run.start;
         to = commands_.write(at.row, at.column, count, to);

@@ -31,7 +31,8 @@ class BandWriter {
   private:
     void readRows(const DotWindow& window, const Band& band, std::int32_t top);
     void findRuns(std::int32_t firstColumn, std::int32_t joined);
-    void writeStretches(std::span<const Run> stretches, std::int32_t firstColumn, std::int32_t top);
+    void writeStretches(std::span<const DotRun> stretches, std::int32_t firstColumn,
+                        std::int32_t top);
 
     const Dots& dots_;
     const DotsPlace place_;
@@ -44,7 +45,7 @@ class BandWriter {
     // Of the band that is being written.
     Bytes rows_;                          // as encoder::transposeBand() takes them
     std::vector<std::uint64_t> isBlack_;  // a bit for each column
-    std::vector<Run> runs_;
+    std::vector<DotRun> runs_;
     Bytes columns_;
     Bytes stretches_;
 };

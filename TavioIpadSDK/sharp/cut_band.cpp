@@ -46,7 +46,7 @@ void BandCutter::endAt(std::int32_t end) {
     begin_.push_back(best->run);
 }
 
-std::span<const Run> BandCutter::cut(std::span<const Run> runs, std::int32_t top) {
+std::span<const DotRun> BandCutter::cut(std::span<const DotRun> runs, std::int32_t top) {
     starts_.clear();
     begin_.clear();
     stretches_.clear();

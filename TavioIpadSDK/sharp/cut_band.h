@@ -26,7 +26,7 @@ class BandCutter {
     //
     // From the left to the right, the fewest bytes up to the end of each run are known: those of the
     // best place to begin the stretch that ends there, and of what is to the left of that.
-    std::span<const Run> cut(std::span<const Run> runs, std::int32_t top);
+    std::span<const DotRun> cut(std::span<const DotRun> runs, std::int32_t top);
 
     // The bytes of the stretches last cut, commands included.
     std::uint64_t bytes() const { return static_cast<std::uint64_t>(bytes_); }
@@ -47,7 +47,7 @@ class BandCutter {
     std::int64_t bytes_ = 0;
     std::vector<Start> starts_;       // worth a look: later ones have larger bases
     std::vector<std::size_t> begin_;  // the run on which the stretch that ends with this run begins
-    std::vector<Run> stretches_;
+    std::vector<DotRun> stretches_;
 };
 
 }  // namespace tavio::sharp

@@ -81,11 +81,11 @@ class DotWindow {
 };
 
 // Successive dots that are black: [start, end).
-struct Run {
+struct DotRun {
     std::int32_t start = 0;
     std::int32_t end = 0;
 
-    bool operator==(const Run&) const = default;
+    bool operator==(const DotRun&) const = default;
 };
 
 // Calls use(run) for each run of 1 bits, from the top bit of the first word on.
@@ -103,11 +103,11 @@ void forEachRun(std::span<const std::uint64_t> words, Use use) {
             if (isInRun == 0) {
                 start = at;
             } else {
-                use(Run{start, at});
+                use(DotRun{start, at});
             }
         }
     }
-    if (isInRun != 0) use(Run{start, static_cast<std::int32_t>(64 * words.size())});
+    if (isInRun != 0) use(DotRun{start, static_cast<std::int32_t>(64 * words.size())});
 }
 
 }  // namespace tavio::sharp

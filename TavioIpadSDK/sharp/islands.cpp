@@ -11,9 +11,9 @@ constexpr int kMaxCuts = 8;
 using Words = std::vector<std::uint64_t>;
 
 // The runs of 1 bits, those with fewer than `minGap` 0 bits between them as one.
-std::vector<Run> groupsOf(const Words& words, std::int32_t minGap) {
-    std::vector<Run> groups;
-    forEachRun(words, [&](const Run& run) {
+std::vector<DotRun> groupsOf(const Words& words, std::int32_t minGap) {
+    std::vector<DotRun> groups;
+    forEachRun(words, [&](const DotRun& run) {
         if (!groups.empty() && run.start - groups.back().end < minGap) {
             groups.back().end = run.end;
         } else {
@@ -75,7 +75,7 @@ std::vector<Rectangle> IslandCutter::betweenBlankRows(const Rectangle& whole) co
             isBlack[static_cast<std::size_t>(y) / 64] |= std::uint64_t{1} << 63 >> (y % 64);
     }
     std::vector<Rectangle> parts;
-    for (const Run& group : groupsOf(isBlack, kMinBlankRows))
+    for (const DotRun& group : groupsOf(isBlack, kMinBlankRows))
         parts.push_back({whole.left, whole.top + group.start, whole.right, whole.top + group.end});
     return parts;
 }
@@ -87,7 +87,7 @@ std::vector<Rectangle> IslandCutter::betweenBlankColumns(const Rectangle& whole)
         window.forEachWord(y, [&](std::size_t i, std::uint64_t word) { isBlack[i] |= word; });
     std::vector<Rectangle> parts;
     const std::int32_t first = window.firstColumn();
-    for (const Run& group : groupsOf(isBlack, minBlankColumns_))
+    for (const DotRun& group : groupsOf(isBlack, minBlankColumns_))
         parts.push_back({first + group.start, whole.top, first + group.end, whole.bottom});
     return parts;
 }

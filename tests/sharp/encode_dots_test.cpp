@@ -1,10 +1,14 @@
 #include "TavioIpadSDK/sharp/encode_dots.h"
 
 #include <algorithm>
+#include <limits>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/sharp/band_writer.h"
 #include "support/bitmaps.h"
 #include "support/instruction_sets.h"
 #include "support/random_dots.h"
@@ -168,6 +172,116 @@ TEST(EncodeDots, StayAmongThePlacesThatCommandsName) {
     EXPECT_EQ(stretchesOf(dot, {true, 99'992, 99'999}), "<RC99992,99999><G1>{80}");
     EXPECT_EQ(stretchesOf(dot, {true, 99'999, 0}), "<RC99992,0><G1>{01}");
     EXPECT_EQ(stretchesOf(dot, {false, 99'999, 99'998}), "<RC99999,99992><G1>{02}");
+}
+
+// All pictures of up to 9 dots, and all columns of 9.
+TEST(EncodeDots, PrintEverySmallPicture) {
+    const TicketSize size{12, 12, 300};
+    ComparingPrinter printer(size);
+    const std::pair<std::int32_t, std::int32_t> kSizes[] = {{1, 1}, {2, 2}, {3, 3}, {1, 9}, {9, 1}};
+    for (const auto& [width, height] : kSizes) {
+        for (unsigned bits = 0; bits < 1U << static_cast<unsigned>(width * height); ++bits) {
+            const Dots dots =
+                test::dotsWhere(width, height, [&, w = width](std::int32_t x, std::int32_t y) {
+                    return (bits >> static_cast<unsigned>(y * w + x) & 1) != 0;
+                });
+            for (const bool isLandscape : {true, false}) {
+                const DotsPlace place{isLandscape, isLandscape ? 2 : 2 + width, 1};
+                drawOn(printer.expected, dots, place);
+                ASSERT_TRUE(printer.prints(pictureBytes(dots, place))) << width << " " << bits;
+            }
+        }
+    }
+}
+
+TEST(EncodeDots, OfSeveralPicturesLeaveEachOtherAlone) {
+    const TicketSize size{150, 170, 300};
+    ComparingPrinter printer(size);
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        test::Random random(seed);
+        Bytes bytes;
+        for (int count = between(random, 2, 4); count > 0; --count) {
+            const Dots dots =
+                test::randomDots(random, between(random, 1, 90), between(random, 1, 90));
+            const DotsPlace place = randomPlace(random, dots, size);
+            drawOn(printer.expected, dots, place);
+            appendPicture(dots, place, openingOf(place), bytes);
+        }
+        ASSERT_TRUE(printer.prints(bytes)) << "seed " << seed;
+    }
+}
+
+TEST(EncodeDots, OfALogoPrintItWhole) {
+    const TicketSize size{150, 170, 300};
+    ComparingPrinter printer(size);
+    for (unsigned seed = 0; seed < 1000; ++seed) {
+        test::Random random(seed);
+        const Dots dots = test::randomDots(random, between(random, 1, 80), between(random, 1, 80));
+        const DotsPlace place = randomPlace(random, dots, {100, 110, 300});
+        const std::int32_t number = between(random, 0, 99);
+        const std::int32_t row = between(random, 0, 50), column = between(random, 0, 60);
+        Bytes bytes;
+        appendLogo(dots, place, openingOf(place), number, bytes);
+        const std::string print = "<SP" + std::to_string(row) + "," + std::to_string(column) +
+                                  "><LD" + std::to_string(number) + ">";
+        bytes.insert(bytes.end(), print.begin(), print.end());
+        drawOn(printer.expected, dots, {place.isLandscape, place.row + row, place.column + column});
+        ASSERT_TRUE(printer.prints(bytes)) << "seed " << seed;
+    }
+}
+
+TEST(EncodeDots, OfALogoHaveItsNumberAndEnd) {
+    Bytes bytes;
+    appendLogo(test::dotsOf({"X "}), {true, 0, 0}, "<LM>", 7, bytes);
+    EXPECT_EQ(test::readable(bytes), "<LM><RC0,0><7>{1B}<RC0,0><G1>{80}{1B}");
+}
+
+// The classic encoder takes these columns for a command; the printer reads by count.
+TEST(EncodeDots, MaySpellCommands) {
+    const std::string columns = "<RC1,1>\x1B";
+    const Dots dots = test::dotsWhere(8, 8, [&](std::int32_t x, std::int32_t y) {
+        return (columns[static_cast<std::size_t>(x)] >> (7 - y) & 1) != 0;
+    });
+    EXPECT_EQ(stretchesOf(dots, {true, 4, 4}), "<RC4,4><G8><RC1,1>{1B}");
+    ComparingPrinter printer({20, 20, 300});
+    for (const DotsPlace& place : {DotsPlace{true, 4, 4}, DotsPlace{false, 15, 4}}) {
+        drawOn(printer.expected, dots, place);
+        EXPECT_TRUE(printer.prints(pictureBytes(dots, place)));
+        drawOn(printer.expected, dots, place);
+        Bytes logo;
+        appendLogo(dots, place, openingOf(place), 1, logo);
+        for (const char c : std::string_view("<SP0,0><LD1>")) logo.push_back(static_cast<Byte>(c));
+        EXPECT_TRUE(printer.prints(logo));
+    }
+}
+
+TEST(EncodeDots, CanBePlacedIfCommandsNameAllTheirPlaces) {
+    EXPECT_TRUE(canBePlaced(10, 20, {true, 0, 0}));
+    EXPECT_TRUE(canBePlaced(10, 20, {true, 99'980, 99'990}));
+    EXPECT_FALSE(canBePlaced(10, 20, {true, 99'981, 0}));
+    EXPECT_FALSE(canBePlaced(10, 20, {true, 0, 99'991}));
+    EXPECT_FALSE(canBePlaced(10, 20, {true, -1, 0}));
+    EXPECT_FALSE(canBePlaced(10, 20, {true, 0, -1}));
+    EXPECT_TRUE(canBePlaced(10, 20, {false, 9, 0}));
+    EXPECT_TRUE(canBePlaced(10, 20, {false, 99'999, 99'980}));
+    EXPECT_FALSE(canBePlaced(10, 20, {false, 8, 0}));
+    EXPECT_FALSE(canBePlaced(10, 20, {false, 100'000, 0}));
+    EXPECT_FALSE(canBePlaced(10, 20, {false, 9, 99'981}));
+    EXPECT_FALSE(canBePlaced(10, 20, {false, 9, -1}));
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    EXPECT_FALSE(canBePlaced(kMax, kMax, {true, kMax, kMax}));
+    EXPECT_FALSE(canBePlaced(kMax, kMax, {false, 0, kMax}));
+}
+
+TEST(EncodeDots, AreRefusedPastTheLongestStream) {
+    const Dots dots = test::dotsOf({"XX"});
+    Bytes bytes(5);
+    BandWriter writer(dots, {}, bytes, 5 + 13);
+    EXPECT_THROW(BandWriter(dots, {}, bytes, 5 + 12).write({0, 0, 2, 1}, {0, 1}),
+                 std::length_error);
+    EXPECT_EQ(bytes.size(), 5U);
+    writer.write({0, 0, 2, 1}, {0, 1});
+    EXPECT_EQ(bytes.size(), 5U + 13U);
 }
 
 }  // namespace
