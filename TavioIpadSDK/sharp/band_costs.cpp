@@ -3,7 +3,6 @@
 #include "TavioIpadSDK/sharp/band_costs.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cassert>
 
@@ -101,19 +100,21 @@ std::uint64_t costPlainly(const std::uint64_t* words, std::size_t wordCount, int
     return static_cast<std::uint64_t>(sum + std::popcount(drawnOut(0, before, price)));
 }
 
-// The columns of the bands of minHeight - 1 rows: 0 or 7.
+// The columns of the bands of minHeight - 1 rows: of as many rows as fit twice over, and so on.
 void startOrs(std::span<const std::uint64_t> words, int minHeight, std::span<std::uint64_t> ors) {
-    if (minHeight == 1) {
-        std::fill_n(ors.begin(), words.size(), std::uint64_t{0});
-        return;
-    }
-    std::array<std::uint64_t, kBlockStride> two{}, four{};  // rows, ORed
+    const auto wanted = static_cast<std::size_t>(minHeight - 1);
     for (std::size_t first = 0; first < words.size(); first += kBlockStride) {
-        const std::uint64_t* const one = words.data() + first;
-        std::uint64_t* const seven = ors.data() + first;
-        for (std::size_t y = 0; y + 1 < kBlockStride; ++y) two[y] = one[y] | one[y + 1];
-        for (std::size_t y = 0; y + 3 < kBlockStride; ++y) four[y] = two[y] | two[y + 2];
-        for (std::size_t y = 0; y < kBlockRows; ++y) seven[y] = four[y] | four[y + 3];
+        std::uint64_t* const to = ors.data() + first;
+        if (wanted == 0) {
+            std::fill_n(to, kBlockStride, std::uint64_t{0});
+            continue;
+        }
+        std::copy_n(words.data() + first, kBlockStride, to);
+        for (std::size_t rows = 1; rows < wanted;) {
+            const std::size_t more = std::min(rows, wanted - rows);
+            for (std::size_t y = 0; y + more < kBlockStride; ++y) to[y] |= to[y + more];
+            rows += more;
+        }
     }
 }
 
@@ -123,7 +124,7 @@ void bandCosts(std::span<const std::uint64_t> words, std::size_t rowCount, int p
                std::span<std::uint64_t> ors, std::span<std::uint64_t> costs) {
     assert(words.size() % kBlockStride == 0 && ors.size() >= words.size());
     assert(rowCount <= kBlockRows && costs.size() >= kMaxBandRows * kBlockRows);
-    assert(price >= 8 && price <= kMaxPrice && (minHeight == 1 || minHeight == kMaxBandRows));
+    assert(price >= 8 && price <= kMaxPrice && minHeight >= 1 && minHeight <= kMaxBandRows);
     const bool isPlain = machine::instructionSet() == machine::InstructionSet::kPlain;
     const std::size_t wordCount = words.size() / kBlockStride;
     startOrs(words, minHeight, ors);

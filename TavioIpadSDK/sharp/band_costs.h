@@ -19,7 +19,7 @@ inline constexpr std::size_t kBlockStride = kBlockRows + kMaxBandRows;
 inline constexpr int kMaxPrice = 30;
 
 // costs[kBlockRows * (height - 1) + y] = the bytes of a band of rows [y, y + height), for each height
-// from minHeight (1 or kMaxBandRows) to kMaxBandRows and each y below rowCount.
+// from minHeight to kMaxBandRows and each y below rowCount.
 //
 // A stretch costs its columns and `price` bytes for its commands, so a blank run is left out if it is
 // longer than that. In other words, each black column is paid together with the `price` columns after

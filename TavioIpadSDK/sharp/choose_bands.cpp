@@ -5,6 +5,12 @@
 
 namespace tavio::sharp {
 
+int BandChooser::minHeightFor(std::size_t words) const {
+    if (words > kMaxWords) return kMaxBandRows;
+    const bool isLarge = std::int64_t{dots_.width} * dots_.height > kMaxDotsForLowBands;
+    return isLarge ? kMinLargeHeight : 1;
+}
+
 // The rows from firstRow on, those from `bottom` on as blank ones.
 void BandChooser::readBlock(const DotWindow& window, std::int32_t firstRow, std::int32_t bottom) {
     block_.assign(kBlockStride * window.words(), 0);
@@ -39,7 +45,7 @@ void BandChooser::chooseOnRow(std::size_t row, std::size_t rowOfBlock, int minHe
 std::span<const Band> BandChooser::choose(const Rectangle& island, int price) {
     const DotWindow window(dots_, island);
     const auto rows = static_cast<std::size_t>(island.bottom - island.top);
-    const int minHeight = rows * window.words() > kMaxWordsForLowBands ? kMaxBandRows : 1;
+    const int minHeight = minHeightFor(rows * window.words());
     best_.assign(rows + kMaxBandRows, 0);
     height_.assign(rows, 0);
     ors_.resize(kBlockStride * window.words());

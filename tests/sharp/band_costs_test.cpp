@@ -63,7 +63,7 @@ TEST(BandCosts, EqualTheirSlowTwinWithEveryInstructionSet) {
             const Words block = randomBlock(random, words);
             const auto rows = static_cast<std::size_t>(test::between(random, 1, 64));
             const int price = test::between(random, 8, kMaxPrice);
-            const int minHeight = test::chance(random, 50) ? 1 : kMaxBandRows;
+            const int minHeight = test::between(random, 1, kMaxBandRows);
             Words ors(block.size(), 0xA5), costs(kMaxBandRows * kBlockRows);
             bandCosts(block, rows, price, minHeight, ors, costs);
             for (auto height = static_cast<std::size_t>(minHeight); height <= 8; ++height)

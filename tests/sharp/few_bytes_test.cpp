@@ -92,7 +92,7 @@ TEST(FewBytes, AreWithinThreePercentOfTheBestBands) {
         fewest += best;
         sharp += bytes;
     }
-    EXPECT_LE(sharp, fewest);  // islands that lie side by side are better than bands across both
+    EXPECT_LE(static_cast<double>(sharp), 1.003 * static_cast<double>(fewest));
 }
 
 TEST(FewBytes, OfTextAreWithinThreePercentOfTheBestBands) {
