@@ -22,7 +22,7 @@ CommandSpec print(Options& options) {
     return {Command::kPrint,
             "print",
             "Print text files, pages of PDFs, and PNG, JPEG or BMP pictures.",
-            "tavio print page.pdf --scaled --stock cinema --cut --to page.png",
+            "tavio print page.pdf --stock 8.3x11.7 --cut --to page.png",
             OptionSpecs{filesArgument(options, "FILE", "the documents; - for standard input")} +
                 placeOptions(options) + finishOptions(options) + pageOptions(options) +
                 sequenceOptions(options) + OptionSpecs{typeOption(options)},
@@ -32,8 +32,7 @@ CommandSpec print(Options& options) {
 CommandSpec storeLogo(Options& options) {
     return {Command::kLogoStore,
             "store",
-            "Store a picture or a page of a PDF in the printer as logo N. The top 8 rows of a logo "
-            "are not stored.",
+            "Store a picture or a page of a PDF in the printer as logo N.",
             "tavio logo store 7 seal.png --to file:seal.bin",
             OptionSpecs{logoNumber(options),
                         fileArgument(options, "FILE", "the picture or PDF; - for standard input")} +
@@ -218,7 +217,7 @@ CommandSpec toolCommands(Options& options) {
     CommandSpec root{std::nullopt,
                      "tavio",
                      kAbout,
-                     "tavio print photo.jpg --scaled --stock receipt --cut\n"
+                     "tavio print photo.jpg --fit cover --stock receipt --cut\n"
                      "prints onto a preview of the ticket, ticket.png; --to tcp://192.168.1.50 "
                      "prints it. tavio COMMAND --help tells more.",
                      {},

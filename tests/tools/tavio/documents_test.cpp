@@ -93,7 +93,7 @@ TEST_F(Documents, HaveNoOtherPages) {
 
 TEST_F(Documents, AreNamedInWarningsIfThereAreSeveral) {
     writeFile(at("low.bmp"), greyBmp(32, 7));
-    Ran ran = tavio({"print", "b.bmp", "low.bmp"});
+    Ran ran = tavio({"print", "b.bmp", "low.bmp", "--classic"});
     EXPECT_EQ(ran.err,
               "tavio: warning: low.bmp: the picture is 32 x 7 dots: of fewer than 8 rows nothing "
               "prints\n");

@@ -60,7 +60,7 @@ TEST_F(Info, TellsOfAText) {
 
 TEST_F(Info, TellsWhatWouldBeLost) {
     writeFile(at("a.bmp"), greyBmp(32, 20));
-    Ran ran = tavio({"info", "a.bmp", "--row", "590", "--json"});
+    Ran ran = tavio({"info", "a.bmp", "--classic", "--row", "590", "--json"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_EQ(
         ran.err,

@@ -119,7 +119,7 @@ TEST_F(Preview, WritesAHundredTicketsAndCountsTheRest) {
 TEST_F(Preview, ReplacesNoTicketWhenTheJobFails) {
     writeFile(at("ticket.png"), "old");
     writeFile(at("speck.pdf"), pdf(0.1, 0.1));
-    expectRefusal({"print", "speck.pdf", "--cut"},
+    expectRefusal({"print", "speck.pdf", "--classic", "--cut"},
                   "tavio: speck.pdf comes to 0 x 0 dots, so there is nothing to print: enlarge it");
 }
 
@@ -132,7 +132,7 @@ TEST_F(Preview, WarnsOfUnknownCommandsWithTheirPlace) {
 
 TEST_F(Preview, WarnsOfDotsOffTheTicket) {
     writeFile(at("black.bmp"), greyBmp(32, 16));
-    Ran ran = tavio({"print", "black.bmp", "--column", "1640"});
+    Ran ran = tavio({"print", "black.bmp", "--fit", "actual", "--rotate", "0", "--column", "1640"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_TRUE(
         ran.err.starts_with("tavio: warning: the picture of 32 x 16 dots at row 0, column "
@@ -166,7 +166,6 @@ TEST_F(Preview, DrawsABlankTicketForAnEmptyJob) {
     EXPECT_EQ(marksOf(at("ticket.png")).black, 0);
 }
 
-// The top 8 rows of a logo are not stored: of 32 rows 24 print, 8 rows below the logo's place.
 TEST_F(Preview, PrintsALogoThatItStoredBefore) {
     writeFile(at("black.bmp"), greyBmp(32, 32));
     std::string job = bytesOf({"logo", "store", "3", "black.bmp"}) +
@@ -174,10 +173,10 @@ TEST_F(Preview, PrintsALogoThatItStoredBefore) {
     writeFile(at("both.bin"), job);
     expectSilentSuccess({"preview", "both.bin"});
     Marks marks = marksOf(at("ticket.png"));
-    EXPECT_EQ(marks.black, 32 * 24);
+    EXPECT_EQ(marks.black, 32 * 32);
     EXPECT_EQ(marks.left, 50);
     EXPECT_EQ(marks.right, 81);
-    EXPECT_EQ(marks.top, 108);
+    EXPECT_EQ(marks.top, 100);
     EXPECT_EQ(marks.bottom, 131);
 }
 

@@ -175,7 +175,7 @@ TEST_F(Printers, AreNotReachedForForADocumentThatIsDamaged) {
           {"a.bmp",
            "a.bmp is no picture to print: the BMP file has a pixel outside of its palette"}}) {
         const links::test::Port closed;
-        Ran ran = tavio({"print", name, "--cut", "--to", "tcp://" + closed.address()});
+        Ran ran = tavio({"print", name, "--classic", "--cut", "--to", "tcp://" + closed.address()});
         EXPECT_EQ(ran.status, 1);
         EXPECT_EQ(ran.out, "") << "there was no job";
         EXPECT_EQ(ran.err, std::string("tavio: ") + why + "\n");

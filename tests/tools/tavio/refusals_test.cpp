@@ -163,9 +163,9 @@ TEST_F(Refusals, PagesOfLessThanADot) {
     writeFile(at("speck.pdf"), pdf(0.1, 0.1));
     const std::string line =
         "tavio: speck.pdf comes to 0 x 0 dots, so there is nothing to print: enlarge it";
-    expectRefusal({"print", "speck.pdf", "--cut"}, line);
-    expectRefusal({"print", "speck.pdf", "--cut", "--to", "file:job.bin"}, line);
-    expectRefusal({"logo", "store", "1", "speck.pdf", "--to", "file:job.bin"}, line);
+    expectRefusal({"print", "speck.pdf", "--classic", "--cut"}, line);
+    expectRefusal({"print", "speck.pdf", "--classic", "--cut", "--to", "file:job.bin"}, line);
+    expectRefusal({"logo", "store", "1", "speck.pdf", "--classic", "--to", "file:job.bin"}, line);
 }
 
 TEST_F(Refusals, PlacesThatCannotBeWritten) {

@@ -87,7 +87,7 @@ TEST_F(Run, TellsEveryWrongLineAndSendsNothing) {
 
 TEST_F(Run, WarnsWithTheLine) {
     writeFile(at("low.bmp"), greyBmp(32, 7));
-    Ran ran = tavioFrom("cut\nprint low.bmp\n", {"run", "-"});
+    Ran ran = tavioFrom("cut\nprint low.bmp --classic\n", {"run", "-"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_EQ(ran.err,
               "tavio: warning: line 2: the picture is 32 x 7 dots: of fewer than 8 rows nothing "

@@ -41,8 +41,8 @@ bool terminalsAreToBeHad() {
 TEST_F(Terminal, LeavesNoStageBehind) {
     if (!terminalsAreToBeHad()) GTEST_SKIP() << "no pseudo-terminals here";
     writeFile(at("black.bmp"), greyBmp(32, 7));
-    std::string shown = onTerminal(
-        folder.path(), {"print", "black.bmp", "--trace", "--cut", "--to", "file:job.bin"});
+    std::string shown = onTerminal(folder.path(), {"print", "black.bmp", "--classic", "--trace",
+                                                   "--cut", "--to", "file:job.bin"});
     EXPECT_EQ(withoutStages(shown),
               "tavio: warning: the picture is 32 x 7 dots: of fewer than 8 rows nothing prints\r\n"
               "tavio: trace: open\r\n"
