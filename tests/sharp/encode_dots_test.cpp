@@ -137,10 +137,20 @@ TEST(EncodeDots, PrintLargePicturesWithEachInstructionSet) {
     });
 }
 
-TEST(EncodeDots, OfTheDocumentedExample) {
+TEST(EncodeDots, OfABlackSquareAreOneStretch) {
     const Dots dots = test::dotsOf(test::allBlack(8, 8));
     EXPECT_EQ(test::readable(pictureBytes(dots, {true, 10, 20})),
               "<P1><LM><RE0><DI><RC10,20><G8>{FF}{FF}{FF}{FF}{FF}{FF}{FF}{FF}");
+}
+
+// docs/stream.md
+TEST(EncodeDots, OfTheDocumentedExample) {
+    const Dots dots = test::dotsWhere(26, 12, [](std::int32_t x, std::int32_t y) {
+        return (x < 3 && y < 10) || (x >= 24 && y >= 4);
+    });
+    EXPECT_EQ(test::readable(pictureBytes(dots, {true, 10, 20})),
+              "<P1><LM><RE0><DI><RC10,20><G3>{FF}{FF}{FF}<RC14,20><G3>{0C}{0C}{0C}"
+              "<RC14,44><G2>{FF}{FF}");
 }
 
 // Eleven blank columns and a digit of the count, or twelve bytes of commands.
