@@ -13,7 +13,7 @@ browser_packages=(chromium) # and Node.js with npm, see need_node
 # To build for AArch64 and run the programs; name:architecture is another processor's package.
 cross_packages=(g++-aarch64-linux-gnu qemu-user libpng-dev:arm64 libjpeg62-turbo-dev:arm64 libhwy-dev:arm64)
 
-bench_packages=(libbenchmark-dev python3 python3-pil) # and python3-pil is a peer
+bench_packages=(libbenchmark-dev python3 python3-numpy python3-pil) # and python3-pil is a peer
 # Tools for the same kind of work, to compare with.
 peer_packages=(ghostscript graphicsmagick libvips-tools mupdf-tools netpbm poppler-utils)
 

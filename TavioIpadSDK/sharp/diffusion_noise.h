@@ -1,4 +1,4 @@
-// Noise that keeps error diffusion from making worms of equal greys. Made by scripts/compare-halftones.
+// Noise that keeps error diffusion from making worms of equal greys. Made by benchmarks/halftones.py.
 #pragma once
 
 #include <array>
@@ -10,9 +10,9 @@ namespace tavio::sharp {
 // The noise repeats every so many columns and rows.
 inline constexpr std::int32_t kNoiseSide = 64;
 
-// What is added to the grey value in row y, column x: kDiffusionNoise[y % 64 * 64 + x % 64]. Its sum is
-// 0. It has the effect of a threshold that varies by blue noise from 108 to 148, without larger errors:
-// it is the noise less the share of it that the neighbours pass on.
+// What is added to the grey value in row y, column x: kDiffusionNoise[y % 64 * 64 + x % 64]. Its sum
+// is 0. It has the effect of a threshold that varies by blue noise from 108 to 148, without larger
+// errors: it is the noise less the share of it that the neighbours pass on.
 //
 // clang-format off
 inline constexpr std::array<std::int8_t, kNoiseSide * kNoiseSide> kDiffusionNoise = {
