@@ -1,4 +1,4 @@
-// Ten thousand random tickets: an element's bytes are those that the classic calls send.
+// Random tickets (ten thousand; fewer under emulation): an element's bytes are those that the classic calls send.
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace tavio::printing {
 namespace {
 
 constexpr unsigned kShards = 20;
-constexpr unsigned kTicketsPerShard = 500;
+constexpr unsigned kTicketsPerShard = TAVIO_RANDOM_TICKETS / kShards;
 
 class RandomTickets : public test::FreshState, public testing::WithParamInterface<unsigned> {
   protected:
