@@ -77,6 +77,7 @@ int main(int argc, char** argv) {
     if (!options.photo.empty()) addDecode(*stages, options.photo);
     addImaging(*stages);
     addSharp(*stages);
+    addSharpPictures(*stages, options.photo);
     addEncoder(*stages);
     tavio::benchmarks::registerGrowth(options.maxMegadots);
     benchmark::RunSpecifiedBenchmarks();

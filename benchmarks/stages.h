@@ -49,7 +49,9 @@ void addUnit(Stages& stages);     // the unit itself
 void addImaging(Stages& stages);  // dither, threshold, pack, all of it, resample
 void addSharp(Stages& stages);    // halftone and threshold of the sharp road
 void addDecode(Stages& stages, const std::string& photo);  // of the photo in this file
-void addEncoder(Stages& stages);                           // encode, of ready one-bit pictures
+// Of pictures in grey, and of the photo in this file, if there is one.
+void addSharpPictures(Stages& stages, const std::string& photo);
+void addEncoder(Stages& stages);  // encode, of ready one-bit pictures
 
 // Pictures that become 1, 2, 4 ... million dots, up to this many millions: "growth/MILLIONS", with
 // the counter "dots" for the exact number.

@@ -27,12 +27,13 @@ Window windowOf(const Fitted& fitted) {
             static_cast<std::int32_t>(fitted.windowHeight)};
 }
 
-// Permits a source to be decoded at the size of which it is printed, or not much above.
+// Permits the source to be decoded at a size not far above that at which it is printed.
 void mayShrinkTo(const Fitted& fitted, StoredGrey& source) {
-    if (swapsSides(turnedOrientation(source.orientation(), fitted.quarterTurns)))
+    if (swapsSides(turnedOrientation(source.orientation(), fitted.quarterTurns))) {
         source.mayShrinkTo(fitted.height, fitted.width);
-    else
+    } else {
         source.mayShrinkTo(fitted.width, fitted.height);
+    }
 }
 
 bool isEnlargedByWholeNumbers(const GreyRows& rows, const Fitted& fitted) {
