@@ -14,6 +14,8 @@ constexpr std::uint32_t kColour = 0xFFFFFF;    // the part of a pixel that is it
 constexpr std::uint32_t kBlackInk = 0x231F20;  // how the engine shows black ink without others
 constexpr Byte kTolerance = 3;                 // luminance that the eye does not see
 
+constexpr int kMinStroke = 4;  // a thin stroke covers a quarter of a dot or more
+
 bool isWhite(const std::uint32_t* pixels, std::size_t count) {
     std::uint32_t all = kColour;
     for (std::size_t i = 0; i < count; ++i) all &= pixels[i];
@@ -227,7 +229,7 @@ Byte DotSettler::settled(const std::array<const Row*, 3>& rows, std::size_t dot)
     const Surroundings seen = around(rows, dot);
     const bool besideBoth = seen.hasBlack && seen.hasWhite;
     if (between == 0 || (besideBoth && !(isThinEdge && between == all))) {
-        return 2 * sum <= 255 * all ? 0 : 255;
+        return 2 * sum <= 255 * all || isThinStroke(rows, dot, 255 * all) ? 0 : 255;
     }
     if (besideBoth || (!seen.hasBlack && !seen.hasWhite)) {
         return static_cast<Byte>(std::clamp((sum + all / 2) / all, 1, 254));
@@ -236,8 +238,32 @@ Byte DotSettler::settled(const std::array<const Row*, 3>& rows, std::size_t dot)
     const int darkest = isThinEdge ? row.darkest[dot] : seen.darkest;
     const int lightest = isThinEdge ? row.lightest[dot] : seen.lightest;
     const int grey = seen.hasWhite ? darkest : lightest;
-    const bool isGrey = 2 * std::abs(sum - solid * all) >= std::abs(grey - solid) * all;
+    const int full = std::abs(grey - solid) * all;
+    const bool isGrey =
+        2 * std::abs(sum - solid * all) >= full || (seen.hasWhite && isThinStroke(rows, dot, full));
     return static_cast<Byte>(isGrey ? grey : solid);
+}
+
+bool DotSettler::isThinStroke(const std::array<const Row*, 3>& rows, std::size_t dot,
+                              int full) const {
+    const int all = static_cast<int>(factor_ * factor_);
+    std::array<std::array<int, 3>, 3> ink{};
+    for (std::size_t y = 0; y < 3; ++y) {
+        for (std::size_t x = 0; x < 3; ++x) ink[y][x] = 255 * all - rows[y]->sums[dot + x - 1];
+    }
+    if (kMinStroke * ink[1][1] < full) return false;
+    const auto isAcross = [&](int before, int after) {
+        return before < ink[1][1] && after <= ink[1][1];
+    };
+    const auto goesOn = [&](int one, int other) {
+        return kMinStroke * std::min(one, other) >= full ||
+               (kMinStroke * std::max(one, other) >= full && 2 * std::max(one, other) < full);
+    };
+    const auto mostOf = [](int a, int b, int c) { return std::max({a, b, c}); };
+    return (isAcross(ink[0][1], ink[2][1]) && goesOn(mostOf(ink[0][0], ink[1][0], ink[2][0]),
+                                                     mostOf(ink[0][2], ink[1][2], ink[2][2]))) ||
+           (isAcross(ink[1][0], ink[1][2]) && goesOn(mostOf(ink[0][0], ink[0][1], ink[0][2]),
+                                                     mostOf(ink[2][0], ink[2][1], ink[2][2])));
 }
 
 }  // namespace tavio::sharp

@@ -28,6 +28,12 @@ inline constexpr int kMaxPixelsPerDotSide = 4;
 //                                         the solid colour, so that no edge lightens or darkens it
 //   only pixels between                   the dot has their mean
 //
+// A stroke that is thinner than a dot is one dot wide: a dot that is covered by a quarter or more is
+// taken as covered if
+//   - those on both of two opposite sides are covered less (one of them may be equally so), and
+//   - along the stroke it goes on at both ends, or at one end in dots that are less than half covered:
+//     what ends at a dot of its own width is no stroke but the edge of an area.
+//
 // At three pixels a side and more, an edge is thinner than a dot: a dot of pixels between only is grey
 // whatever is beside it.
 class DotSettler {
@@ -72,6 +78,8 @@ class DotSettler {
     bool settleSolids(const Row& row, std::size_t first, std::size_t dots);
     void settleOthers(const std::array<const Row*, 3>& rows, std::size_t first, std::size_t dots);
     Byte settled(const std::array<const Row*, 3>& rows, std::size_t dot) const;
+    // full: the ink of a dot that is covered all over.
+    bool isThinStroke(const std::array<const Row*, 3>& rows, std::size_t dot, int full) const;
     static Surroundings around(const std::array<const Row*, 3>& rows, std::size_t dot);
 
     std::size_t width_;

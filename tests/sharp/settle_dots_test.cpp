@@ -67,7 +67,8 @@ Rows dotsOf(const Rows& drawing, int factor) {
 
 TEST(SettleDots, AreBlackIfHalfOrMoreOfThemIsCovered) {
     EXPECT_EQ(dotsOf({"#.......", "##......"}, 2), (Rows{"#..."}));
-    EXPECT_EQ(dotsOf({"#...#...", "#......."}, 2), (Rows{"#..."}));
+    EXPECT_EQ(dotsOf({"........", "........", "#...#...", "#.......", "........", "........"}, 2),
+              (Rows{"....", "#...", "...."}));
     EXPECT_EQ(dotsOf({"###...", "##....", "......"}, 3), (Rows{"#."}));
     EXPECT_EQ(dotsOf({"###...", "#.....", "......"}, 3), (Rows{".."}));
 }
@@ -94,6 +95,28 @@ TEST(SettleDots, TheSmoothEdgeOfBlackOnGreyIsBlackOrTheGrey) {
     EXPECT_EQ(dotsOf({"##2666", "##5666"}, 1), (Rows{"###666", "##6666"}));
     EXPECT_EQ(dotsOf({"#3666666", "#3666666", "#3666666", "#3666666"}, 4), (Rows{"66"}));
     EXPECT_EQ(dotsOf({"##366666", "##366666", "##366666", "##366666"}, 4), (Rows{"#6"}));
+}
+
+// The same row of pixels in each row of `rows` dots.
+Rows repeated(const std::string& row, int rows, int factor) {
+    return Rows(static_cast<std::size_t>(rows * factor), row);
+}
+
+TEST(SettleDots, AStrokeThinnerThanADotIsOneDotWide) {
+    const Rows one{".#.", ".#."};
+    EXPECT_EQ(dotsOf(repeated("....#.......", 2, 4), 4), one);
+    Rows tooThin = repeated("....#.......", 2, 4);
+    for (std::size_t i = 0; i < tooThin.size(); i += 2) tooThin[i] = "............";
+    EXPECT_EQ(dotsOf(tooThin, 4), (Rows{"...", "..."}));
+    EXPECT_EQ(dotsOf(repeated(".......##.......", 2, 4), 4), (Rows{".#..", ".#.."}))
+        << "between two dots: one of them";
+}
+
+TEST(SettleDots, TheEdgeOfAnAreaIsNoStroke) {
+    Rows drawing = repeated("................", 1, 4);
+    for (int i = 0; i < 4; ++i) drawing.emplace_back("....#####.......");
+    for (int i = 0; i < 4; ++i) drawing.emplace_back("................");
+    EXPECT_EQ(dotsOf(drawing, 4), (Rows{"....", ".#..", "...."}));
 }
 
 TEST(SettleDots, AGreyWithABlackOutlineKeepsItsValueBesideIt) {
@@ -156,9 +179,8 @@ class Twin {
         const bool hasBlack = std::ranges::count(near, 0) > 0;
         const bool hasWhite = std::ranges::count(near, 255) > 0;
         const auto between = std::ranges::count_if(own, isBetween);
-        if (between == 0) return 2 * sum <= 255 * all ? 0 : 255;
-        if (hasBlack && hasWhite && (factor_ < 3 || between < all)) {
-            return 2 * sum <= 255 * all ? 0 : 255;
+        if (between == 0 || (hasBlack && hasWhite && (factor_ < 3 || between < all))) {
+            return 2 * sum <= 255 * all || isThinStroke(x, y, 255 * all) ? 0 : 255;
         }
         if (hasBlack == hasWhite) return static_cast<Byte>((sum + all / 2) / all);
 
@@ -166,8 +188,36 @@ class Twin {
         std::erase_if(greys, [&](int value) { return !isBetween(value); });
         const int solid = hasWhite ? 255 : 0;
         const int grey = hasWhite ? std::ranges::min(greys) : std::ranges::max(greys);
-        const bool isGrey = 2 * std::abs(sum - solid * all) >= std::abs(grey - solid) * all;
+        const int full = std::abs(grey - solid) * all;
+        const bool isGrey =
+            2 * std::abs(sum - solid * all) >= full || (hasWhite && isThinStroke(x, y, full));
         return static_cast<Byte>(isGrey ? grey : solid);
+    }
+
+    // Of a dot; outside of the drawing, of the nearest one inside.
+    int ink(int x, int y) const {
+        const int column = std::clamp(x, 0, width_ - 1);
+        const int row = std::clamp(y, 0, height_ - 1);
+        int ink = 0;
+        for (const int value : values(column, row, column + 1, row + 1)) ink += 255 - value;
+        return ink;
+    }
+
+    bool isThinStroke(int x, int y, int full) const {
+        if (4 * ink(x, y) < full) return false;
+        const auto goesOn = [&](std::vector<int> before, std::vector<int> after) {
+            const int one = std::ranges::max(before);
+            const int other = std::ranges::max(after);
+            const int most = std::max(one, other);
+            return 4 * std::min(one, other) >= full || (4 * most >= full && 2 * most < full);
+        };
+        const bool isLevel = ink(x, y - 1) < ink(x, y) && ink(x, y + 1) <= ink(x, y) &&
+                             goesOn({ink(x - 1, y - 1), ink(x - 1, y), ink(x - 1, y + 1)},
+                                    {ink(x + 1, y - 1), ink(x + 1, y), ink(x + 1, y + 1)});
+        const bool isUpright = ink(x - 1, y) < ink(x, y) && ink(x + 1, y) <= ink(x, y) &&
+                               goesOn({ink(x - 1, y - 1), ink(x, y - 1), ink(x + 1, y - 1)},
+                                      {ink(x - 1, y + 1), ink(x, y + 1), ink(x + 1, y + 1)});
+        return isLevel || isUpright;
     }
 
     const std::vector<std::uint32_t>& pixels_;
