@@ -30,12 +30,12 @@ Sides sidesOf(PopplerPage* page) {
 // As many as are drawn in little more time than the program takes to start.
 int pixelsPerDot(const Fitted& fit) {
     constexpr std::int64_t kMaxPixels = 40'000'000;
-    int factor = sharp::kMaxPixelsPerDotSide;
+    std::int64_t factor = sharp::kMaxPixelsPerDotSide;
     while (factor > 1 && (factor * factor * fit.windowWidth * fit.windowHeight > kMaxPixels ||
                           factor * fit.windowWidth > sharp::kMaxWindowWidth)) {
         --factor;
     }
-    return factor;
+    return static_cast<int>(factor);
 }
 
 // Maps the page's points, from its top left corner, to the window's pixels.
