@@ -8,10 +8,8 @@
 
 namespace tavio::pictures {
 
-// The rows of `source`, made by a thread of its own while earlier rows are being used:
-//
-//   this thread     |use 0|use 1|use 2|use 3|
-//   its own    |make 0|make 1|make 2|make 3|          at most two strips wait
+// The rows of `source`, made by a thread of its own while earlier rows are being used
+// (strips_ahead.h).
 //
 // Rows are made in strips of `strip` (1 or more) rows, fewer if they are very long; next() gives at
 // most the rest of one strip. An exception of `source` is thrown in its place among the rows. The

@@ -29,7 +29,7 @@ PassedGreys::PassedGreys(std::unique_ptr<GreyRows> source, const stretch::Axis& 
       pixels_(line_) {}
 
 stretch::PassedChannel PassedGreys::row(std::uint64_t index) {
-    const std::uint64_t group = index / kGroup;
+    const std::uint64_t group = groupOf(index);
     stretch::PassedRow& passed = kept_[group % kept_.size()];
     while (groups_ <= group) {
         const Rows rows = nextGroup();

@@ -26,8 +26,11 @@ class PassedGreys {
     PassedGreys(std::unique_ptr<GreyRows> source, const stretch::Axis& columns, std::uint64_t begin,
                 std::uint64_t count);
 
-    // Valid until the next call but one for a later row. `index` must not be smaller than that of the
-    // last call by more than 1.
+    // The group that a row is passed with.
+    static constexpr std::uint64_t groupOf(std::uint64_t index) { return index / kGroup; }
+
+    // Valid until a row of the next group but one is asked for. `index` must not be smaller than that
+    // of the last call by more than 1.
     stretch::PassedChannel row(std::uint64_t index);
 
     // Reads what is left of the source.

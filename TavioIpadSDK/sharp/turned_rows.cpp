@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <system_error>
 #include <utility>
 
 #include "TavioIpadSDK/machine/uncleared_bytes.h"
+#include "TavioIpadSDK/pictures/strips_ahead.h"
 
 namespace tavio::sharp {
 namespace {
@@ -27,10 +29,10 @@ std::int32_t stripRows(std::int32_t width) {
     return rows < 4 ? rows : rows / 4 * 4;
 }
 
-// Decodes each strip on request.
+// The rows as they are stored, or mirrored. Decodes them on request.
 class StreamedRows : public GreyRows {
   public:
-    explicit StreamedRows(std::unique_ptr<StoredGrey> source, int orientation)
+    StreamedRows(std::unique_ptr<StoredGrey> source, int orientation)
         : width_(source->width()),
           height_(source->height()),
           isMirrored_(orientation == kMirrored),
@@ -40,19 +42,27 @@ class StreamedRows : public GreyRows {
     std::int32_t height() const override { return height_; }
 
     std::span<const Byte> next(std::int32_t maxRows) override {
-        const std::int32_t count = std::min({maxRows, stripRows(width_), height_ - row_});
-        if (count == 0) return {};
-        const auto line = static_cast<std::size_t>(width_);
-        strip_.resize(static_cast<std::size_t>(count) * line);
-        source_->read(strip_);
-        for (std::size_t at = 0; isMirrored_ && at < strip_.size(); at += line)
-            std::ranges::reverse(std::span(strip_).subspan(at, line));
+        strip_.resize(static_cast<std::size_t>(std::min(maxRows, stripRows(width_))) * line());
+        return std::span(strip_).first(nextInto(strip_));
+    }
+
+    // The next rows, as many as there is room for; returns the number of pixels.
+    std::size_t nextInto(std::span<Byte> target) {
+        const auto room = static_cast<std::int32_t>(target.size() / line());
+        const std::int32_t count = std::min(room, height_ - row_);
+        if (count == 0) return 0;
+        const auto rows = target.first(static_cast<std::size_t>(count) * line());
+        source_->read(rows);
+        for (std::size_t at = 0; isMirrored_ && at < rows.size(); at += line())
+            std::ranges::reverse(rows.subspan(at, line()));
         row_ += count;
         if (row_ == height_) source_.reset();  // frees much memory of a progressive JPEG
-        return strip_;
+        return rows.size();
     }
 
   private:
+    std::size_t line() const { return static_cast<std::size_t>(width_); }
+
     std::int32_t width_;
     std::int32_t height_;
     bool isMirrored_;
@@ -60,6 +70,44 @@ class StreamedRows : public GreyRows {
     std::int32_t row_ = 0;  // the next one
     machine::UnclearedBytes strip_;
 };
+
+// Decodes strips on a thread of its own.
+class StreamedAhead : public GreyRows {
+  public:
+    // Takes `rows` only after the thread has been started.
+    explicit StreamedAhead(std::unique_ptr<StreamedRows>& rows)
+        : width_(rows->width()),
+          height_(rows->height()),
+          strips_(static_cast<std::size_t>(std::min(stripRows(width_), height_)) * line(),
+                  [&source = *rows](std::span<Byte> target) { return source.nextInto(target); }) {
+        rows_ = std::move(rows);
+    }
+
+    std::int32_t width() const override { return width_; }
+    std::int32_t height() const override { return height_; }
+
+    std::span<const Byte> next(std::int32_t maxRows) override {
+        return strips_.next(static_cast<std::size_t>(maxRows) * line());
+    }
+
+  private:
+    std::size_t line() const { return static_cast<std::size_t>(width_); }
+
+    const std::int32_t width_;
+    const std::int32_t height_;
+    std::unique_ptr<StreamedRows> rows_;  // used by the thread only, which ends before it
+    pictures::StripsAhead<Byte> strips_;
+};
+
+std::unique_ptr<GreyRows> streamed(std::unique_ptr<StreamedRows> rows, bool mayUseThreads) {
+    const std::int64_t pixels = std::int64_t{rows->width()} * rows->height();
+    if (!mayUseThreads || pixels < pictures::kMinPixelsAhead) return rows;
+    try {
+        return std::make_unique<StreamedAhead>(rows);
+    } catch (const std::system_error&) {  // no thread can be started
+        return rows;
+    }
+}
 
 // Where the pixels of a turned picture are stored: (column, row) at origin + column * columnStep + row
 // * rowStep.
@@ -157,11 +205,12 @@ int turnedOrientation(int orientation, int quarterTurns) {
 }
 
 std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<StoredGrey> source, int quarterTurns,
-                                     bool /*mayUseThreads*/) {
+                                     bool mayUseThreads) {
     const int orientation = turnedOrientation(source->orientation(), quarterTurns);
     const bool keepsItsRows = orientation == kUpright || orientation == kMirrored;
     if (keepsItsRows && !source->comesWhole())
-        return std::make_unique<StreamedRows>(std::move(source), orientation);
+        return streamed(std::make_unique<StreamedRows>(std::move(source), orientation),
+                        mayUseThreads);
     return std::make_unique<WholeRows>(std::move(source), orientation);
 }
 

@@ -22,17 +22,20 @@ namespace tavio::stretch::HWY_NAMESPACE {
 void blendChannelBlocks(const PassedChannel& upper, const PassedChannel& lower, double share,
                         std::size_t begin, std::size_t end, Byte* target) {
     const Words d;
+    const hn::RebindToUnsigned<Words> words;
     const hn::Rebind<std::uint8_t, Words> bytes;
     const auto factor = hn::Set(Floats(), static_cast<float>(share));
+    const PassedChannel above = upper;  // copies, which the stores below cannot change
+    const PassedChannel below = lower;
     for (std::size_t block = begin; block < end; ++block, target += kBlockColumns) {
-        const float* above = upper.values(block);
-        const float* below = lower.values(block);
+        const float* u = above.values(block);
+        const float* v = below.values(block);
         for (std::size_t at = 0; at < kBlockColumns; at += hn::Lanes(d)) {
-            Word halves = blended(above + at, below + at, factor);
+            Word halves = blended(u + at, v + at, factor);
             if (HWY_UNLIKELY(!hn::AllFalse(d, doubtful(halves))))
-                halves = exactly(above + at, below + at, share);
-            const Word values = hn::And(hn::ShiftRight<kHalvesBits>(halves), hn::Set(d, 0xFF));
-            hn::StoreU(hn::DemoteTo(bytes, values), bytes, target + at);
+                halves = exactly(u + at, v + at, share);
+            const auto values = hn::BitCast(words, hn::ShiftRight<kHalvesBits>(halves));
+            hn::StoreU(hn::TruncateTo(bytes, values), bytes, target + at);
         }
     }
 }

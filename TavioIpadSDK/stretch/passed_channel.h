@@ -18,6 +18,11 @@ struct PassedChannel {
     const float* values(std::size_t block) const {
         return blocks[block].values + channel * kBlockColumns;
     }
+
+    // `count` columns from `begin` on, where a block begins.
+    PassedChannel part(std::size_t begin, std::size_t count) const {
+        return {blocks.subspan(begin / kBlockColumns, blocksOf(count)), channel};
+    }
 };
 
 }  // namespace tavio::stretch
