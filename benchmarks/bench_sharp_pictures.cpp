@@ -2,16 +2,13 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <span>
 #include <string>
 #include <utility>
 
-#include "TavioIpadSDK/pictures/picture.h"
 #include "TavioIpadSDK/sharp/fit.h"
-#include "TavioIpadSDK/sharp/luminance.h"
 #include "TavioIpadSDK/sharp/open_picture.h"
 #include "TavioIpadSDK/sharp/resampled_grey.h"
-#include "benchmarks/bench_inputs.h"
+#include "benchmarks/grey_inputs.h"
 #include "benchmarks/stages.h"
 
 namespace tavio::benchmarks {
@@ -23,40 +20,10 @@ void takeAll(sharp::GreyRows& rows) {
     while (!rows.next(kStripRows).empty()) continue;
 }
 
-// Grey values in memory.
-class GreysInMemory : public sharp::GreyRows {
-  public:
-    GreysInMemory(std::shared_ptr<const Bytes> values, DotSize size)
-        : values_(std::move(values)), size_(size), rest_(*values_) {}
-
-    std::int32_t width() const override { return size_.width; }
-    std::int32_t height() const override { return size_.height; }
-
-    std::span<const Byte> next(std::int32_t maxRows) override {
-        const std::size_t wanted =
-            static_cast<std::size_t>(maxRows) * static_cast<std::size_t>(size_.width);
-        const std::span<const Byte> rows = rest_.first(std::min(wanted, rest_.size()));
-        rest_ = rest_.subspan(rows.size());
-        return rows;
-    }
-
-  private:
-    std::shared_ptr<const Bytes> values_;
-    DotSize size_;
-    std::span<const Byte> rest_;
-};
-
-std::shared_ptr<const Bytes> photoInGrey(DotSize size) {
-    const pictures::Picture photo = photoLike(size.width, size.height);
-    Bytes values(photo.pixels.size());
-    sharp::toGrey(photo.pixels, values);
-    return std::make_shared<const Bytes>(std::move(values));
-}
-
 void addResampling(Stages& stages, const std::string& name, DotSize from, DotSize to) {
     stages.add("sharp, resample, " + name, [from, to] {
         return [values = photoInGrey(from), from, to](benchmark::State&) {
-            takeAll(*sharp::resampledGrey(std::make_unique<GreysInMemory>(values, from), to.width,
+            takeAll(*sharp::resampledGrey(std::make_unique<ReadyRows>(from, values), to.width,
                                           to.height, {0, 0, to.width, to.height}));
         };
     });
