@@ -145,27 +145,28 @@ void DotSettler::countPiece(const std::uint32_t* pixels, std::size_t stride, std
             lightest[x] = std::max(lightest[x], value == 255 ? Byte{0} : value);
         }
     }
-    const std::size_t first = piece * kPiece + 1;
-    for (std::size_t dot = 0; dot < dotsOf(piece); ++dot) {
-        const std::size_t x = dot * kFactor;
-        std::uint32_t sum = sums[x];
-        std::uint32_t blacks = black[x];
-        std::uint32_t whites = white[x];
-        Byte low = darkest[x];
-        Byte high = lightest[x];
-        for (std::size_t i = x + 1; i < x + kFactor; ++i) {
-            sum += sums[i];
-            blacks += black[i];
-            whites += white[i];
-            low = std::min(low, darkest[i]);
-            high = std::max(high, lightest[i]);
+    // In place: the sums of a dot lie where the first of its columns did, or before.
+    for (std::size_t dot = 0; dot < kPiece; ++dot) {
+        sums[dot] = sums[dot * kFactor];
+        black[dot] = black[dot * kFactor];
+        white[dot] = white[dot * kFactor];
+        darkest[dot] = darkest[dot * kFactor];
+        lightest[dot] = lightest[dot * kFactor];
+        for (std::size_t x = dot * kFactor + 1; x < (dot + 1) * kFactor; ++x) {
+            sums[dot] = static_cast<std::uint16_t>(sums[dot] + sums[x]);
+            black[dot] = static_cast<Byte>(black[dot] + black[x]);
+            white[dot] = static_cast<Byte>(white[dot] + white[x]);
+            darkest[dot] = std::min(darkest[dot], darkest[x]);
+            lightest[dot] = std::max(lightest[dot], lightest[x]);
         }
-        row.sums[first + dot] = static_cast<std::uint16_t>(sum);
-        row.black[first + dot] = static_cast<Byte>(blacks);
-        row.white[first + dot] = static_cast<Byte>(whites);
-        row.darkest[first + dot] = low;
-        row.lightest[first + dot] = high;
     }
+    const std::size_t first = piece * kPiece + 1;
+    const std::size_t dots = dotsOf(piece);
+    std::copy_n(sums.data(), dots, row.sums.data() + first);
+    std::copy_n(black.data(), dots, row.black.data() + first);
+    std::copy_n(white.data(), dots, row.white.data() + first);
+    std::copy_n(darkest.data(), dots, row.darkest.data() + first);
+    std::copy_n(lightest.data(), dots, row.lightest.data() + first);
 }
 
 std::span<const Byte> DotSettler::settle(const Row& above, const Row& row, const Row& below) {
