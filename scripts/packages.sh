@@ -14,6 +14,11 @@ browser_packages=(chromium) # and Node.js with npm, see need_node
 cross_packages=(g++-aarch64-linux-gnu qemu-user libpng-dev:arm64 libjpeg62-turbo-dev:arm64 libhwy-dev:arm64)
 
 bench_packages=(libbenchmark-dev python3 python3-numpy python3-pil) # and python3-pil is a peer
+# What reads printed codes and letters, and what makes and judges the pages: scripts/print-quality.
+quality_packages=(
+  zbar-tools dmtx-utils tesseract-ocr tesseract-ocr-eng
+  python3 python3-numpy python3-pil python3-reportlab poppler-utils mupdf-tools
+)
 # Tools for the same kind of work, to compare with.
 peer_packages=(ghostscript graphicsmagick libvips-tools mupdf-tools netpbm poppler-utils)
 

@@ -1,0 +1,92 @@
+#!/usr/bin/python3
+"""A short form of the measurement that fails if codes or text got worse: check.py TAVIO.
+
+Every code at 300 dpi scans as it is, as many scan through the camera as of the best peer's, and no
+more letters of a text are wrong than of the best peer's. Exits with 77 if a program or a package is
+missing.
+"""
+import concurrent.futures
+import pathlib
+import shutil
+import sys
+import tempfile
+
+sys.dont_write_bytecode = True
+SKIPPED = 77
+NEEDED = ("zbarimg", "dmtxread", "tesseract", "pdftoppm")
+RESOLUTION = 300
+ALLOWED_WRONG = 0.01  # the reader's own mistakes
+
+
+def skip(why):
+    print(f"Skipped: {why}")
+    sys.exit(SKIPPED)
+
+
+def skip_without_programs():
+    for program in NEEDED:
+        if shutil.which(program) is None:
+            skip(f"{program} is not installed")
+
+
+skip_without_programs()
+try:
+    import measure_codes
+    import measure_text
+    import printers
+except ImportError as absent:
+    skip(str(absent))
+
+
+def judged_printers(tool):
+    """Ours, and the two peers that draw pages best."""
+    ours = printers.own_printers(tool)[0]
+    return ours, [each for each in printers.peers()[:2] if shutil.which(each.needs)]
+
+
+def split(records, ours):
+    """{cell: our record}, {cell: [others' records]}"""
+    own, others = {}, {}
+    for record in records:
+        cell = tuple(record[key] for key in ("kind", "module", "face", "size") if key in record)
+        if record["printer"] == ours.name:
+            own[cell] = record
+        else:
+            others.setdefault(cell, []).append(record)
+    return own, others
+
+
+def failed_codes(records, ours):
+    own, others = split(records, ours)
+    for (kind, module), record in own.items():
+        best = max(each["camera"] for each in others[kind, module])
+        print(f"{kind}, {module} pt: {record['plain']} of {record['of']} scan, "
+              f"{record['camera']} through the camera, best peer {best}")
+        if record["plain"] < record["of"] or record["camera"] < best:
+            yield f"{kind}, {module} pt"
+
+
+def failed_texts(records, ours):
+    own, others = split(records, ours)
+    for (face, size), record in own.items():
+        best = min(each["wrong"] for each in others[face, size])
+        print(f"{face}, {size} pt: {record['wrong']:.1%} of letters wrong, best peer {best:.1%}")
+        if record["wrong"] > max(best, ALLOWED_WRONG):
+            yield f"{face}, {size} pt"
+
+
+def main():
+    ours, peers = judged_printers(pathlib.Path(sys.argv[1]).resolve())
+    with tempfile.TemporaryDirectory() as name, concurrent.futures.ThreadPoolExecutor(2) as pool:
+        folder = pathlib.Path(name)
+        codes = measure_codes.measure([ours, *peers], folder, pool, resolutions=[RESOLUTION],
+                                      modules=(0.7, 0.9), positions=3)
+        texts = measure_text.measure([ours, *peers], folder, pool, resolutions=[RESOLUTION],
+                                     faces=["serif"], sizes=[6])
+    failed = [*failed_codes(codes, ours), *failed_texts(texts, ours)]
+    if failed:
+        sys.exit("Not good enough: " + "; ".join(failed))
+
+
+if __name__ == "__main__":
+    main()
