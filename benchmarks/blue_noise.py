@@ -24,7 +24,7 @@ inline constexpr std::int32_t kNoiseSide = 64;
 // errors: it is the noise less the share of it that the neighbours pass on.
 //
 // clang-format off
-inline constexpr std::array<std::int8_t, kNoiseSide * kNoiseSide> kDiffusionNoise = {
+inline constexpr std::array<std::int8_t, std::size_t{kNoiseSide} * kNoiseSide> kDiffusionNoise = {
 %s
 };
 // clang-format on

@@ -15,7 +15,7 @@ inline constexpr std::int32_t kNoiseSide = 64;
 // errors: it is the noise less the share of it that the neighbours pass on.
 //
 // clang-format off
-inline constexpr std::array<std::int8_t, kNoiseSide * kNoiseSide> kDiffusionNoise = {
+inline constexpr std::array<std::int8_t, std::size_t{kNoiseSide} * kNoiseSide> kDiffusionNoise = {
     -19,25,-17,15,17,0,21,-4,17,-3,5,-16,-1,-18,17,-9,9,11,-16,23,-28,3,-18,18,-9,19,-1,-21,-19,0,-13,11,
     12,-21,7,-11,-12,26,-10,-18,25,-16,24,-7,-1,-18,-15,17,-7,7,-18,7,-11,-12,11,9,-30,19,0,-19,3,12,20,4,
     5,5,-16,-1,-22,12,-16,-18,0,15,-26,15,21,7,-14,24,-29,22,-6,5,-5,-2,26,-4,-13,-19,10,2,24,5,20,-27,
