@@ -11,6 +11,8 @@
 
 namespace tavio::tool {
 
+const char* const kVersion = "tavio " TAVIO_VERSION;
+
 namespace {
 
 std::string fullName(const CLI::App& command) {
@@ -71,7 +73,7 @@ class CommandLine::Impl {
   public:
     Impl(const CommandSpec& commands, Options& options)
         : options_(options), app_(commands.what, commands.name) {
-        app_.set_version_flag("--version", "tavio " TAVIO_VERSION);
+        app_.set_version_flag("--version", kVersion);
         fill(app_, commands);
     }
 

@@ -9,6 +9,9 @@
 
 namespace tavio::tool {
 
+// The name and the version of the program.
+extern const char* const kVersion;
+
 // What reading a command line has come to.
 struct Reading {
     enum class End { kRead, kShown, kWrong };

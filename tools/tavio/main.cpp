@@ -73,6 +73,11 @@ int refuse(const std::vector<std::string>& words, const std::string& sentence, C
 
 int run(const std::vector<std::string>& words) {
     Console console(writeToStandardError, terminalDisplay());
+    if (words == std::vector<std::string>{"--version"}) {  // needs no table of commands
+        std::cout << kVersion << '\n';
+        Report report(console, "", false);
+        return finish(0, report);
+    }
     Options options;
     CommandLine commandLine(toolCommands(options), options);
     const Reading reading = commandLine.read(words);
