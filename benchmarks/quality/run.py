@@ -23,38 +23,41 @@ import pictures
 import printers
 
 
-def measured(page_printers, picture_printers, folder):
+def tables(page_printers, picture_printers, folder):
+    """(name, records) of each table; the quick ones first."""
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        return {
-            "codes": measure_codes.measure(page_printers, folder, pool),
-            "text": measure_text.measure(page_printers, folder, pool),
-            "photos": measure_photos.measure_photos(picture_printers, folder, pool),
-            "wedge": measure_photos.measure_wedge(picture_printers, folder, pool),
-        }
+        yield "wedge", measure_photos.measure_wedge(picture_printers, folder, pool)
+        yield "photos", measure_photos.measure_photos(picture_printers, folder, pool)
+        yield "text", measure_text.measure(page_printers, folder, pool)
+        yield "codes", measure_codes.measure(page_printers, folder, pool)
 
 
-def with_peers_of(last, results, own_names):
-    """Results of the own printers, followed by those of the others in the last run."""
-    return {table: records + [each for each in last[table] if each["printer"] not in own_names]
-            for table, records in results.items()}
+def with_peers_of(last, records, own_names):
+    """Records of the own printers, followed by those of the others in the last run."""
+    return records + [each for each in last if each["printer"] not in own_names]
+
+
+def measure(of_pages, of_pictures, folder, only_ours):
+    """All tables. They are saved as they are made, so that a long run is not lost."""
+    file = folder / "results.json"
+    results = json.loads(file.read_text()) if only_ours else {}
+    if only_ours:
+        of_pages, of_pictures = ([each for each in printers_of if each.is_ours]
+                                 for printers_of in (of_pages, of_pictures))
+    own_names = {each.name for each in of_pages + of_pictures}
+    for name, records in tables(of_pages, of_pictures, folder):
+        results[name] = with_peers_of(results.get(name, []), records, own_names)
+        file.write_text(json.dumps(results, indent=1) + "\n")
+    return results
 
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     folder = build / "quality"
     folder.mkdir(exist_ok=True)
-    file = folder / "results.json"
     of_pages = printers.all_printers(build / "bin/tavio")
     of_pictures = photo_printers.all_printers(build / "bin/tavio")
-    if "--ours" in sys.argv[2:]:
-        own_pages, own_pictures = ([each for each in all_of if each.is_ours]
-                                   for all_of in (of_pages, of_pictures))
-        results = measured(own_pages, own_pictures, folder)
-        own_names = {each.name for each in own_pages + own_pictures}
-        results = with_peers_of(json.loads(file.read_text()), results, own_names)
-    else:
-        results = measured(of_pages, of_pictures, folder)
-    file.write_text(json.dumps(results, indent=1) + "\n")
+    results = measure(of_pages, of_pictures, folder, "--ours" in sys.argv[2:])
     docs = HERE.parent.parent / "docs"
     pictures.draw_all(of_pages, of_pictures, folder, docs / "print-quality")
     document.write(results, HERE / "print-quality.md.in", docs / "print-quality.md")

@@ -33,8 +33,11 @@ def read_bars(symbology, paths):
 
 
 def read_data_matrix(paths):
-    """Each search ends by itself, so that what is read does not depend on the machine's speed."""
-    return output_of(["dmtxread", "--newline", "--stop-after=1", *paths]).splitlines()
+    """Without limits of time, so that what is read does not depend on the machine's speed. A search
+    for strong and long edges only ends soon where there is nothing to be read: the shortest edge of a
+    code has 116 pixels."""
+    search = ["--gap=8", "--threshold=20", "--minimum-edge=60", "--stop-after=1"]
+    return output_of(["dmtxread", "--newline", *search, *paths]).splitlines()
 
 
 def count_read(symbology, pictures, texts, folder, paper=255):
