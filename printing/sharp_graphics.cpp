@@ -6,9 +6,11 @@
 
 #include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
+#include "TavioIpadSDK/sharp/draw_page.h"
 #include "TavioIpadSDK/sharp/encode_dots.h"
 #include "TavioIpadSDK/sharp/halftone.h"
 #include "tavio/printing/fit_warnings.h"
+#include "tavio/printing/page_problem.h"
 #include "tavio/printing/read_document.h"
 #include "tavio/printing/read_source.h"
 #include "tavio/printing/sharp_warnings.h"
@@ -23,11 +25,6 @@ sharp::Halftone halftoneOf(const DrawOptions& options) {
     return {method, options.threshold, options.tone};
 }
 
-tl::unexpected<Problem> damaged(const SharpDrawing& drawing, const char* why) {
-    if (!drawing.page) return noPicture(drawing.name, pictures::Refusal::kDamaged, why);
-    return problem(ProblemKind::kHelperFailed, drawing.name + " cannot be drawn: " + why);
-}
-
 tl::unexpected<Problem> tooLarge(const std::string& name, Size size) {
     return problem(ProblemKind::kTooLarge, name + " comes to " +
                                                dotsText({size.width, size.height}) +
@@ -37,8 +34,10 @@ tl::unexpected<Problem> tooLarge(const std::string& name, Size size) {
 Expected<sharp::Dots, Problem> dotsOf(SharpDrawing& drawing, const SharpOrder& order) {
     try {
         return sharp::halftoned(*drawing.rows, halftoneOf(order.options), order.mayUseThreads);
+    } catch (const sharp::UnfinishedPage& page) {
+        return pageProblem(page.outcome, drawing.name, drawing.page->page, drawing.page->pages);
     } catch (const pictures::DamagedPicture& damage) {
-        return damaged(drawing, damage.what());
+        return noPicture(drawing.name, pictures::Refusal::kDamaged, damage.what());
     }
 }
 

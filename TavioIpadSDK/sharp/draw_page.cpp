@@ -50,7 +50,7 @@ class PageRows : public GreyRows {
         const PdfOutcome failure = answer_->failure();
         answer_.reset();
         rowsLeft_ = 0;
-        throw pictures::DamagedPicture(platform::describe(failure));
+        throw UnfinishedPage(failure);
     }
 
     std::optional<AnswerReader> answer_;  // present while rows are left

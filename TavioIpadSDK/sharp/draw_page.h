@@ -7,6 +7,7 @@
 #include <string>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pictures/picture_rows.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/sharp/fit.h"
 #include "TavioIpadSDK/sharp/grey_rows.h"
@@ -37,10 +38,18 @@ struct SharpPage {
     std::unique_ptr<GreyRows> rows;
 };
 
+// Thrown by the rows if the program cannot finish the page.
+struct UnfinishedPage : pictures::DamagedPicture {
+    explicit UnfinishedPage(platform::PdfOutcome why)
+        : DamagedPicture(platform::describe(why)), outcome(why) {}
+
+    platform::PdfOutcome outcome;  // other than kDrawn
+};
+
 // Draws the page with the helper program, as platform::drawPdfPageWithHelper does, with its limits. The
-// rows hold nothing of `document` once this has returned. What happens after the first row (the
-// program dies) is a DamagedPicture that the rows throw, so they should be read to their end before
-// anything is printed. Never throws.
+// rows hold nothing of `document` once this has returned. If the program dies or reaches a limit later,
+// the rows throw UnfinishedPage, so they should be read to their end before anything is printed. Never
+// throws.
 //
 // kTooLarge: a side of the crop box is above the limit, or the page has more dots than can be drawn
 // (isDrawable).
