@@ -38,7 +38,7 @@ ClassicDrawing pictureDrawing(std::unique_ptr<PictureRows> rows, std::string nam
                               const Layout& layout, const DrawOptions& options) {
     const auto size =
         intake::photoDots(sizeRules(layout, isScaled(options)), rows->width(), rows->height());
-    return {std::move(rows), size, std::move(name), std::nullopt};
+    return {std::move(rows), size, std::move(name), std::nullopt, 0};
 }
 
 Expected<ClassicDrawing, Problem> openPicture(const ReadDocument& document, const Layout& layout,
@@ -63,7 +63,7 @@ Expected<ClassicDrawing, Problem> drawPage(const ReadDocument& document, const L
     auto rows = std::make_unique<OwnedRows>(std::make_shared<const Picture>(std::move(*canvas)));
     const DocumentPage found{document.identity, document.name, drawing.page,
                              drawn.pages,       page.width,    page.height};
-    return ClassicDrawing{std::move(rows), size, document.name, found};
+    return ClassicDrawing{std::move(rows), size, document.name, found, drawn.smallestTextPoints};
 }
 
 }  // namespace

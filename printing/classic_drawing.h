@@ -21,6 +21,7 @@ struct ClassicDrawing {
     intake::DotSize size;                         // at which it is printed
     std::string name;                             // in sentences
     std::optional<DocumentPage> page;             // none of a picture
+    double smallestTextPoints = 0;                // of a page; 0 if it has no text
 };
 
 // Reads the file and opens the picture or draws the page. Throws std::bad_alloc.

@@ -127,8 +127,11 @@ Expected<std::vector<Warning>, Problem> appendClassic(ClassicDrawing drawing, co
     const bool isLogo = order.logo.has_value();
     const Losses losses =
         lossesOf(std::span(file).subspan(kHeaderSize), size.width, size.height, isLogo);
-    return pictureWarnings({size, isLogo ? Place{} : order.place, isLogo, losses, isTransparent},
-                           layout);
+    auto warnings = pictureWarnings(
+        {size, isLogo ? Place{} : order.place, isLogo, losses, isTransparent}, layout);
+    if (auto coarse = coarseText(drawing.name, drawing.smallestTextPoints))
+        warnings.push_back(std::move(*coarse));
+    return warnings;
 }
 
 }  // namespace tavio::printing

@@ -1,6 +1,7 @@
 #include "tavio/printing/fit_warnings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -75,6 +76,19 @@ std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& la
                     " reaches beyond " + ticket;
     }
     return warning(WarningKind::kBeyondTicket, beyond, std::move(sentence));
+}
+
+std::string decimalText(double number) {
+    const auto tenths = static_cast<std::int64_t>(std::floor(number * 10));
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+}
+
+std::optional<Warning> coarseText(const std::string& name, double points) {
+    if (points <= 0 || points >= kMinFaceDots) return std::nullopt;
+    return warning(WarningKind::kSmallText, static_cast<std::int64_t>(std::floor(points)),
+                   name + " has text of " + decimalText(points) +
+                       " points, which the classic way draws too coarsely to be read: draw it "
+                       "sharply");
 }
 
 std::vector<Warning> pictureWarnings(const EncodedPicture& picture, const Layout& layout) {

@@ -16,6 +16,16 @@ namespace tavio::printing {
 // "300 x 200 dots"
 std::string dotsText(intake::DotSize size);
 
+// With one decimal, rounded down so that a number below a limit does not read as the limit.
+std::string decimalText(double number);
+
+// The height in dots of the smallest face that is read without errors: 5 points at 200 dots an inch.
+inline constexpr double kMinFaceDots = 13.8;
+
+// That a page has text of this size in points that cannot be read when it is drawn at a dot a point; 0
+// for a page without text.
+std::optional<Warning> coarseText(const std::string& name, double points);
+
 // That a picture reaches past the ticket's edge, if it does.
 std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout);
 

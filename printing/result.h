@@ -63,7 +63,7 @@ enum class WarningKind : std::uint8_t {
     kTransparentParts,  // transparent parts of the picture print black
     kMorePages,         // the document has `count` pages more than were printed
     kSmallModule,       // a code has modules of `count` tenths of a dot: it may not scan
-    kSmallText,         // a page has text whose face is `count` dots high: hard to read
+    kSmallText,         // a page has text drawn with a face of `count` dots in height: hard to read
     kShrunkPage,        // a page is printed at `count` percent of its own size
 };
 

@@ -10,20 +10,11 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 
-// 5 points at 200 dots an inch: the smallest face that is read without errors.
-constexpr double kMinFaceDots = 13.8;
-
 // What was made for paper of 10 inches is hard to read on 7.
 constexpr double kMinScale = 0.7;
 
 Warning warning(WarningKind kind, std::int64_t count, std::string sentence) {
     return {kind, 0, 0, count, std::move(sentence)};
-}
-
-// With one decimal, rounded down so that a number below a limit does not read as the limit.
-std::string decimal(double number) {
-    const auto tenths = static_cast<std::int64_t>(std::floor(number * 10));
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 
 std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
@@ -39,7 +30,7 @@ std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
 std::optional<Warning> smallText(const std::string& name, double dots) {
     if (dots <= 0 || dots >= kMinFaceDots) return std::nullopt;
     return warning(WarningKind::kSmallText, static_cast<std::int64_t>(std::floor(dots)),
-                   name + " has text of " + decimal(dots) +
+                   name + " has text of " + decimalText(dots) +
                        " dots in height, which is hard to read: make it larger, 14 dots or more");
 }
 

@@ -55,7 +55,7 @@ struct AnswerHeader {
     std::int32_t top = 0;
     std::uint32_t columns = 0;
     std::uint32_t rows = 0;
-    double smallestText = 0;  // of a page in dots: in points as printed; 0 if it has no text
+    double smallestText = 0;  // in points, of a page in dots as printed; 0 if there is no text
 };
 static_assert(sizeof(AnswerHeader) == 72 && std::is_trivially_copyable_v<AnswerHeader>);
 
@@ -77,6 +77,10 @@ inline PixelBox pixelBox(double x, double y, double width, double height) {
 // True if both sides are more than 0 and at most `maxPoints`. False for NaN.
 inline bool sidesAllowed(double width, double height, double maxPoints) {
     return width > 0 && height > 0 && width <= maxPoints && height <= maxPoints;
+}
+
+inline bool hasGoodText(const AnswerHeader& header) {
+    return std::isfinite(header.smallestText) && header.smallestText >= 0;
 }
 
 // The header of a drawn page, without `pages`. The sides of the box must be allowed and its pixels

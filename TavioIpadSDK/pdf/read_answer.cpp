@@ -52,7 +52,8 @@ bool isOpaque(const pictures::Picture& picture) {
 DrawnPdfPage readAnswer(AnswerReader& answer) {
     const std::optional<AnswerHeader> header = answer.header();
     if (!header) return refused(answer.failure(), answer.pages());
-    if (!hasGoodBox(*header, answer.limits())) return refused(PdfOutcome::kHelperFailed);
+    if (!hasGoodBox(*header, answer.limits()) || !hasGoodText(*header))
+        return refused(PdfOutcome::kHelperFailed);
 
     PdfPage page = blankPage(*header);
     if (!answer.fill(std::as_writable_bytes(std::span(page.picture.pixels)))) {
@@ -60,7 +61,7 @@ DrawnPdfPage readAnswer(AnswerReader& answer) {
     }
     if (!answer.endsHere()) return refused(answer.failure());
     if (!isOpaque(page.picture)) return refused(PdfOutcome::kHelperFailed);
-    return {{PdfOutcome::kDrawn, std::move(page)}, header->pages};
+    return {{PdfOutcome::kDrawn, std::move(page)}, header->pages, header->smallestText};
 }
 
 }  // namespace tavio::pdf

@@ -59,6 +59,9 @@ struct TAVIO_API PdfPageResult {
 struct TAVIO_API DrawnPdfPage {
     PdfPageResult result;
     std::int32_t pages = 0;  // how many the document has; 0 if it is not known
+    double smallestTextPoints =
+        0;  // the face of the page's smallest letters; 0 if it has no text, or
+            // if that is not known
 };
 
 // The limits of the helper program for one page.

@@ -81,7 +81,7 @@ bool hasWindow(const AnswerHeader& header, const Fitted& fit) {
 std::optional<SharpPage> pageOf(const AnswerHeader& header, const PageOrder& order,
                                 const PdfLimits& limits) {
     if (!pdf::sidesAllowed(header.width, header.height, limits.mostPointsPerSide)) return {};
-    if (!std::isfinite(header.smallestText) || header.smallestText < 0) return {};
+    if (!pdf::hasGoodText(header)) return {};
     SharpPage page;
     page.fitted = fittedPage(header.width, header.height, order.resolution, order.fit);
     if (!isDrawable(page.fitted) || !hasWindow(header, page.fitted)) return {};

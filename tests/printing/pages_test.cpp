@@ -114,6 +114,27 @@ TEST_F(Pages, AreNotDrawnByAHelperThatDiesOrLies) {
     EXPECT_EQ(withHelper("cat '" + (folder_ / "answer") + "'"), failed);
 }
 
+// The header of a page in dots comes before its rows.
+TEST_F(Pages, AreNotDrawnByAHelperThatEndsWithinTheRows) {
+    pdf::AnswerHeader header;
+    header.outcome = pdf::Answer::kDrawn;
+    header.pages = 1;
+    header.width = 36;
+    header.height = 18;
+    header.columns = 150;
+    header.rows = 75;
+    std::string answer(sizeof header + 150 * 30, '\0');
+    std::memcpy(answer.data(), &header, sizeof header);
+    folder_.write("answer", answer);
+    const std::string begin = "cat '" + (folder_ / "answer") + "'; ";
+    const std::string opening = " 0.0: x.pdf cannot be drawn: ";
+    EXPECT_EQ(withHelper(begin + "kill -XCPU $$"),
+              Lines{"over-time" + opening + "drawing the page went over the processor time limit"});
+    EXPECT_EQ(
+        withHelper(begin + "exit 1"),
+        Lines{"helper-failed" + opening + "the program tavio-pdf-page, which draws pages, failed"});
+}
+
 TEST_F(Pages, AreNotTakenFromAnEngineThatThrowsOrLies) {
     const platform::PdfPage good{0, 0, 8, 8, 0, 0, test::plainPicture(8, 8, 0, 0, 0)};
     const auto with = [](const platform::PdfPage& page) {
@@ -184,6 +205,38 @@ TEST_F(Pages, OfAFileAreCountedOverAllTicketsAndLogos) {
     ASSERT_TRUE(job);
     for (const Warning& warning : job->warnings())
         EXPECT_NE(warning.kind, WarningKind::kMorePages) << warning.sentence;
+}
+
+std::string textPage(const std::string& points) {
+    return test::documentOf(
+        {{"/MediaBox [0 0 200 60] /Resources << /Font << /F << /Type /Font /Subtype /Type1 "
+          "/BaseFont "
+          "/Helvetica >> >> >>",
+          "BT /F " + points + " Tf 10 20 Td (Row F) Tj ET"}});
+}
+
+TEST_F(Pages, WithSmallTextAreTold) {
+    const auto warnings = [](const std::string& points, std::int32_t resolution,
+                             const DrawOptions& drawing) {
+        const auto job =
+            encode(Ticket({.resolution = resolution}).page(pdf(textPage(points)), {}, drawing));
+        EXPECT_EQ(told(job), Lines());
+        return job ? told(job->warnings()) : Lines();
+    };
+    const std::string what = "small-text 0.0 ";
+    const std::string cure =
+        " dots in height, which is hard to read: make it larger, 14 dots or more";
+    EXPECT_EQ(warnings("4.5", 200, {}), Lines{what + "(12): x.pdf has text of 12.5" + cure});
+    EXPECT_EQ(warnings("5", 200, {}), Lines());
+    EXPECT_EQ(warnings("3", 300, {}), Lines{what + "(12): x.pdf has text of 12.5" + cure});
+    EXPECT_EQ(warnings("4", 300, {}), Lines());
+    const DrawOptions classic{.classic = Classic{}};
+    EXPECT_EQ(
+        warnings("9", 300, classic),
+        Lines{what +
+              "(9): x.pdf has text of 9.0 points, which the classic way draws too coarsely to "
+              "be read: draw it sharply"});
+    EXPECT_EQ(warnings("14", 300, classic), Lines());
 }
 
 // ---- Inspection ---------------------------------------------------------------------------------

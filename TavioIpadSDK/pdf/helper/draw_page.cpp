@@ -68,6 +68,7 @@ DrawnPage drawPageOf(PopplerPage* page, double maxPointsPerSide) {
     const cairo_status_t status = render(page, box, drawn.surface.get());
     if (status == CAIRO_STATUS_NO_MEMORY) return refused(Answer::kOutOfMemory);
     if (status != CAIRO_STATUS_SUCCESS) return refused(Answer::kNotPdf);
+    drawn.header.smallestText = smallestText(page);
     return drawn;
 }
 

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/pdf/helper/open_page.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tavio::pdf_helper {
 
@@ -67,6 +68,17 @@ void showWhatIsPrinted(PopplerPage* page) {
         poppler_annot_set_flags(annotation, static_cast<PopplerAnnotFlag>(kept | hidden));
     }
     poppler_page_free_annot_mapping(annotations);
+}
+
+double smallestText(PopplerPage* page) {
+    double smallest = 0;
+    GList* attributes = poppler_page_get_text_attributes(page);
+    for (const GList* node = attributes; node != nullptr; node = node->next) {
+        const double size = static_cast<PopplerTextAttributes*>(node->data)->font_size;
+        if (std::isfinite(size) && size > 0 && (smallest == 0 || size < smallest)) smallest = size;
+    }
+    poppler_page_free_text_attributes(attributes);
+    return smallest;
 }
 
 }  // namespace tavio::pdf_helper

@@ -47,4 +47,7 @@ CropBox cropBoxOf(PopplerPage* page);
 // printing is left out, and one that is only hidden on screens is drawn.
 void showWhatIsPrinted(PopplerPage* page);
 
+// The size of its smallest letters in points, as the document has them; 0 if there is no text.
+double smallestText(PopplerPage* page);
+
 }  // namespace tavio::pdf_helper

@@ -66,18 +66,6 @@ cairo_matrix_t matrixOf(const Sides& page, const Fitted& fit, int factor) {
     return matrix;
 }
 
-// In points as the document has them; 0 if there is no text.
-double smallestText(PopplerPage* page) {
-    double smallest = 0;
-    GList* attributes = poppler_page_get_text_attributes(page);
-    for (const GList* node = attributes; node != nullptr; node = node->next) {
-        const double size = static_cast<PopplerTextAttributes*>(node->data)->font_size;
-        if (std::isfinite(size) && size > 0 && (smallest == 0 || size < smallest)) smallest = size;
-    }
-    poppler_page_free_text_attributes(attributes);
-    return smallest;
-}
-
 pdf::AnswerHeader headerOf(const Sides& page, const Fitted& fit) {
     pdf::AnswerHeader header;
     header.outcome = Answer::kDrawn;
