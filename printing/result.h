@@ -62,9 +62,10 @@ enum class WarningKind : std::uint8_t {
     kColumnsLost,   // `count` columns with black dots are not printed: padding blanks them
     kTransparentParts,  // transparent parts of the picture print black
     kMorePages,         // the document has `count` pages more than were printed
-    kSmallModule,       // a code has modules of `count` tenths of a dot: it may not scan
-    kSmallText,         // a page has text drawn with a face of `count` dots in height: hard to read
-    kShrunkPage,        // a page is printed at `count` percent of its own size
+    kSmallModule,  // a code has modules of `count` tenths of a dot: it may not scan; not looked
+                   // for above 2^23 dots
+    kSmallText,    // a page has text drawn with a face of `count` dots in height: hard to read
+    kShrunkPage,   // a page is printed at `count` percent of its own size
 };
 
 // What a person should know of a job that can be printed all the same.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "TavioIpadSDK/sharp/find_codes.h"
 #include "tavio/printing/fit_warnings.h"
 
 namespace tavio::printing {
@@ -10,11 +11,27 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 
+// Scanners read a code from 3 dots a module on.
+constexpr double kMinModuleDots = 3;
+
+// Larger pictures are not searched for codes: they are no tickets, and it would take longer than
+// printing them.
+constexpr std::int64_t kMaxSearchedDots = std::int64_t{1} << 23;
+
 // What was made for paper of 10 inches is hard to read on 7.
 constexpr double kMinScale = 0.7;
 
 Warning warning(WarningKind kind, std::int64_t count, std::string sentence) {
     return {kind, 0, 0, count, std::move(sentence)};
+}
+
+std::optional<Warning> smallModule(const std::string& name, const sharp::Dots& dots) {
+    if (std::int64_t{dots.width} * dots.height > kMaxSearchedDots) return std::nullopt;
+    const auto module = sharp::narrowestModule(dots);
+    if (!module || *module >= kMinModuleDots) return std::nullopt;
+    return warning(WarningKind::kSmallModule, static_cast<std::int64_t>(std::floor(*module * 10)),
+                   name + " has a code with modules of " + decimalText(*module) +
+                       " dots, which may not scan: make it larger, 3 dots or more");
 }
 
 std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
@@ -41,6 +58,7 @@ std::vector<Warning> sharpWarnings(const SharpGraphics& graphics, const Layout& 
         if (found) warnings.push_back(std::move(*found));
     };
     add(beyondTicket(graphics.rectangle, layout));
+    add(smallModule(drawing.name, graphics.dots));
     add(smallText(drawing.name, drawing.smallestTextPoints / kPointsPerInch * layout.resolution));
     add(shrunkPage(drawing));
     return warnings;

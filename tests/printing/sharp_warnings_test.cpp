@@ -30,6 +30,17 @@ Lines warningsOf(const Rows& rows, Place place = {}, const DrawOptions& drawing 
                                    place, drawing));
 }
 
+// Bars and spaces of one or two modules, as linear codes have them.
+Rows bars(std::size_t module, std::size_t height) {
+    std::string row;
+    for (int bar = 0; bar < 30; ++bar) {
+        row.append(module * (bar % 3 == 0 ? 2 : 1), 'X');
+        row.append(module * (bar % 4 == 1 ? 2 : 1), ' ');
+    }
+    const std::string margin(10 * module, ' ');
+    return Rows(height, margin + row + margin);
+}
+
 TEST(SharpWarnings, AreNoneOfWhatIsPrintedWhole) {
     for (const int width : {1, 24, 33, 200})
         for (const int height : {1, 7, 12, 100})
@@ -48,6 +59,14 @@ TEST(SharpWarnings, TellWhatReachesBeyondTheTicketInItsActualSize) {
         Lines{"beyond-ticket 0.0 (2): the picture of 64 x 32 dots at row 70, column 0 reaches "
               "beyond the ticket of 200 x 100 dots"});
     EXPECT_EQ(warningsOf(test::allBlack(224, 32)), Lines()) << "fitted";
+}
+
+TEST(SharpWarnings, TellACodeOfSmallModules) {
+    EXPECT_EQ(warningsOf(bars(1, 60)),
+              Lines{"small-module 0.0 (10): the picture in memory has a code with modules of 1.0 "
+                    "dots, which may not scan: make it larger, 3 dots or more"});
+    const auto wide = std::make_shared<const platform::Picture>(test::pictureOf(bars(3, 60)));
+    EXPECT_EQ(warningsOf(Ticket().picture(wide)), Lines());
 }
 
 TEST(SharpWarnings, TellAPageThatIsPrintedMuchSmallerThanItIs) {

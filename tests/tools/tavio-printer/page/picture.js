@@ -6,7 +6,7 @@ const printer = await Printer.start();
 const browser = await startBrowser();
 try {
   await printer.send(brokenTicket);
-  await printer.print("print", example("ticket.pdf"), "--threshold", "--cut");
+  await printer.print("print", example("ticket.pdf"), "--cut");
   await printer.send(await eveningTicket());
   const page = await openPage(browser, printer.page, DESKTOP);
   for (const id of [1, 2, 3]) await ticketShown(page, id);

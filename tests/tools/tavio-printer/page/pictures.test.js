@@ -11,7 +11,7 @@ let printer;
 before(async () => {
   browser = await startBrowser();
   printer = await Printer.start();
-  await printer.print("print", example("ticket.pdf"), "--threshold", "--cut");
+  await printer.print("print", example("ticket.pdf"), "--cut");
   await printer.send(brokenTicket);
   await printer.send(await eveningTicket());
 });

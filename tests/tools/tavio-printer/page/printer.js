@@ -112,9 +112,9 @@ async function inFolder(use) {
 export function eveningTicket() {
   const seal = "7";
   return jobOf(
-    ["logo", "store", seal, example("seal.png"), "--threshold"],
+    ["logo", "store", seal, example("seal.png")],
     ["print", example("photo.jpg"), "--row", "12"],
-    ["print", example("stub.pdf"), "--threshold", "--row", "12", "--column", "600"],
+    ["print", example("stub.pdf"), "--row", "12", "--column", "600"],
     ["logo", "print", seal, "--row", "110", "--column", "1300"],
     ["send", "<RC380,1339>ADMIT ONE<RC430,1294>Row F, seat 12<RC457,1330>No. 004217"],
     ["cut"]);

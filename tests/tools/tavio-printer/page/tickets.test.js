@@ -61,7 +61,7 @@ test("the dots counted in the page are those of the stream", () =>
   withPage([], async (page, printer) => {
     const jobs = [
       [["print", example("photo.jpg"), "--cut"]],
-      [["print", example("ticket.pdf"), "--threshold", "--cut"]],
+      [["print", example("ticket.pdf"), "--cut"]],
       [["print", example("photo.jpg"), "--orientation", "portrait", "--cut"]],
       [["send", "<RC20,20>Row F, seat 12<p>"]],
     ];
