@@ -23,7 +23,7 @@ struct PageOrder {
 // A page that is being drawn.
 //
 // Text, lines and fills that are black or white are solid values (grey_rows.h): a dot is black if half
-// of it or more is covered. Other colours and pictures are greys by their luminance, 1 to 254, and do not
+// of it or more is covered, and strokes of letters that are thinner than a dot become one dot. Other colours and pictures are greys by their luminance, 1 to 254, and do not
 // mix with solid ones. Lines are at least one dot wide, lines of one width everywhere equally so.
 struct SharpPage {
     platform::PdfOutcome outcome = platform::PdfOutcome::kHelperFailed;
