@@ -21,6 +21,20 @@ function(tavio_compile target)
   endif()
 endfunction()
 
+# tavio_compile_kernels(<target>): the target compiles kernels (machine/vectors-inl.h).
+function(tavio_compile_kernels target)
+  target_compile_definitions(${target} PRIVATE TAVIO_VECTORS=$<BOOL:${TAVIO_VECTORS}>)
+  target_include_directories(${target} SYSTEM PRIVATE ${TAVIO_VECTOR_HEADERS})
+  if(TAVIO_VECTORS AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$"
+     AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The vector library declares its NEON functions for processors with AES. g++ lets implicit
+    # constructors of structs of vectors call them only if all code is compiled for such a processor.
+    # The compiler makes no AES instructions of its own, so the code runs on processors without AES as
+    # well.
+    target_compile_options(${target} PRIVATE -march=armv8-a+crypto)
+  endif()
+endfunction()
+
 # Headers are included as "TavioIpadSDK/..." and "tavio/...", by the project's own files, from its
 # build tree and as installed. In the build tree the two are links to the source folders.
 set(TAVIO_INCLUDE_FOLDER "${PROJECT_BINARY_DIR}/include")

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/sharp/dot_row.h"
 
 namespace tavio::sharp {
 
@@ -50,41 +51,15 @@ class DotSettler {
     std::span<const Byte> finish();
 
   private:
-    // What is known of each dot of a row from its own pixels, with a dot before and after the row that
-    // are as those beside them.
-    struct Row {
-        std::vector<std::uint16_t> sums;  // of the pixels' luminance
-        Bytes black;                      // pixels
-        Bytes white;
-        Bytes darkest;  // of the pixels between; 255 if there are none
-        Bytes lightest;
-        Bytes isBlank;  // by piece: all its dots are white
-    };
-    // What is known of a dot and those beside it.
-    struct Surroundings {
-        bool hasBlack = false;
-        bool hasWhite = false;
-        Byte darkest = 255;
-        Byte lightest = 0;
-    };
-
-    void count(const std::uint32_t* pixels, std::size_t stride, Row& row) const;
-    void clearPiece(std::size_t piece, Row& row) const;
-    template <std::size_t kFactor>
-    void countPiece(const std::uint32_t* pixels, std::size_t stride, std::size_t piece,
-                    Row& row) const;
-    std::size_t dotsOf(std::size_t piece) const;
-    std::span<const Byte> settle(const Row& above, const Row& row, const Row& below);
-    bool settleSolids(const Row& row, std::size_t first, std::size_t dots);
-    void settleOthers(const std::array<const Row*, 3>& rows, std::size_t first, std::size_t dots);
-    Byte settled(const std::array<const Row*, 3>& rows, std::size_t dot) const;
-    // full: the ink of a dot that is covered all over.
-    bool isThinStroke(const std::array<const Row*, 3>& rows, std::size_t dot, int full) const;
-    static Surroundings around(const std::array<const Row*, 3>& rows, std::size_t dot);
+    void countLastPiece(const PixelRows& whole, DotRow& row);
+    std::span<const Byte> settle(const ThreeRows& rows);
 
     std::size_t width_;
     std::size_t factor_;
-    std::array<Row, 3> rows_;  // the last three
+    std::size_t wholePieces_;
+    std::size_t pieces_;                    // with one that is partly in the drawing
+    std::vector<std::uint32_t> lastPiece_;  // its pixels, and white ones; empty if there is none
+    std::array<DotRow, 3> rows_;            // the last three
     std::size_t added_ = 0;
     Bytes settled_;
 };
