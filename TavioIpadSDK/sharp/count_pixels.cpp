@@ -189,6 +189,8 @@ void countDot(const std::uint32_t* corner, const PixelRows& pixels, std::size_t 
 }  // namespace
 
 void countPixels(const PixelRows& pixels, PieceRange pieces, DotRow& row) {
+    std::fill(row.isWhite.begin() + static_cast<std::ptrdiff_t>(pieces.first),
+              row.isWhite.begin() + static_cast<std::ptrdiff_t>(pieces.end), Byte{0});
     if (TAVIO_CHOSEN_FORM(countVectors)(pixels, pieces, row)) return;
     const std::size_t first = pieces.first * kPiece;
     for (std::size_t dot = first; dot < pieces.end * kPiece; ++dot) {

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/sharp/settle_dots.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "TavioIpadSDK/sharp/count_pixels.h"
 #include "TavioIpadSDK/sharp/mark_white.h"
@@ -11,36 +12,27 @@ namespace tavio::sharp {
 
 namespace {
 
-// The first pieces of a range that are all white, or all not.
-PieceRange runOf(const DotRow& row, PieceRange pieces) {
-    std::size_t end = pieces.first + 1;
-    while (end < pieces.end && row.isWhite[end] == row.isWhite[pieces.first]) ++end;
-    return {pieces.first, end};
+// The first pieces of a range that are all marked, or all not.
+PieceRange runOf(const Bytes& marks, PieceRange pieces) {
+    const auto first = marks.begin() + static_cast<std::ptrdiff_t>(pieces.first);
+    const std::size_t count = pieces.end - pieces.first;
+    const void* const other = std::memchr(&*first, 1 - *first, count);
+    if (other == nullptr) return pieces;
+    return {pieces.first, static_cast<std::size_t>(static_cast<const Byte*>(other) - marks.data())};
 }
 
+// Most pieces of a page are white, and were so in the row that this one replaces.
 void whiten(PieceRange pieces, std::size_t factor, DotRow& row) {
-    const auto first = static_cast<std::ptrdiff_t>(pieces.first * kPiece + 1);
-    const std::size_t dots = (pieces.end - pieces.first) * kPiece;
-    const auto sum = static_cast<std::int16_t>(255 * factor * factor);
-    std::fill_n(row.sums.begin() + first, dots, sum);
-    std::fill_n(row.lowest.begin() + first, dots, Byte{255});
-    std::fill_n(row.highest.begin() + first, dots, Byte{255});
-    std::fill_n(row.darkest.begin() + first, dots, Byte{255});
-    std::fill_n(row.lightest.begin() + first, dots, Byte{0});
-}
-
-// `pixels` begins with the first of these pieces.
-void count(const PixelRows& pixels, PieceRange pieces, DotRow& row) {
-    markWhite(pixels, pieces.end - pieces.first, row.isWhite.data() + pieces.first);
-    PieceRange left = pieces;
-    while (left.first < left.end) {
-        const PieceRange run = runOf(row, left);
-        if (row.isWhite[run.first] != 0) {
-            whiten(run, pixels.factor, row);
-        } else {
-            countPixels(pixels.fromPiece(run.first - pieces.first), run, row);
-        }
-        left.first = run.end;
+    for (std::size_t piece = pieces.first; piece < pieces.end; ++piece) {
+        if (row.isWhite[piece] != 0) continue;
+        const auto first = static_cast<std::ptrdiff_t>(piece * kPiece + 1);
+        const auto sum = static_cast<std::int16_t>(255 * factor * factor);
+        std::fill_n(row.sums.begin() + first, kPiece, sum);
+        std::fill_n(row.lowest.begin() + first, kPiece, Byte{255});
+        std::fill_n(row.highest.begin() + first, kPiece, Byte{255});
+        std::fill_n(row.darkest.begin() + first, kPiece, Byte{255});
+        std::fill_n(row.lightest.begin() + first, kPiece, Byte{0});
+        row.isWhite[piece] = 1;
     }
 }
 
@@ -61,6 +53,7 @@ DotSettler::DotSettler(std::int32_t width, int factor)
       wholePieces_(width_ / kPiece),
       pieces_((width_ + kPiece - 1) / kPiece),
       lastPiece_((pieces_ - wholePieces_) * kPiece * factor_ * factor_, kColour),
+      marks_(pieces_),
       rows_{DotRow(pieces_), DotRow(pieces_), DotRow(pieces_)},
       settled_(pieces_ * kPiece) {}
 
@@ -75,6 +68,20 @@ std::span<const Byte> DotSettler::add(const std::uint32_t* pixels, std::size_t s
     // The first row has none above it: it stands beside itself.
     const DotRow& above = rows_[added_ == 2 ? 0 : added_ % 3];
     return settle({&above, &rows_[(added_ - 2) % 3], &row});
+}
+
+void DotSettler::count(const PixelRows& pixels, PieceRange pieces, DotRow& row) {
+    markWhite(pixels, pieces.end - pieces.first, marks_.data() + pieces.first);
+    PieceRange left = pieces;
+    while (left.first < left.end) {
+        const PieceRange run = runOf(marks_, left);
+        if (marks_[run.first] != 0) {
+            whiten(run, factor_, row);
+        } else {
+            countPixels(pixels.fromPiece(run.first - pieces.first), run, row);
+        }
+        left.first = run.end;
+    }
 }
 
 std::span<const Byte> DotSettler::finish() {
@@ -98,7 +105,7 @@ std::span<const Byte> DotSettler::settle(const ThreeRows& rows) {
     const DotRow& row = *rows[1];
     PieceRange left{0, pieces_};
     while (left.first < left.end) {
-        const PieceRange run = runOf(row, left);
+        const PieceRange run = runOf(row.isWhite, left);
         if (row.isWhite[run.first] != 0) {
             std::fill_n(settled_.data() + run.first * kPiece, (run.end - run.first) * kPiece,
                         Byte{255});

@@ -51,6 +51,8 @@ class DotSettler {
     std::span<const Byte> finish();
 
   private:
+    // `pixels` begins with the first of these pieces.
+    void count(const PixelRows& pixels, PieceRange pieces, DotRow& row);
     void countLastPiece(const PixelRows& whole, DotRow& row);
     std::span<const Byte> settle(const ThreeRows& rows);
 
@@ -59,6 +61,7 @@ class DotSettler {
     std::size_t wholePieces_;
     std::size_t pieces_;                    // with one that is partly in the drawing
     std::vector<std::uint32_t> lastPiece_;  // its pixels, and white ones; empty if there is none
+    Bytes marks_;                           // the white pieces of the row that is counted
     std::array<DotRow, 3> rows_;            // the last three
     std::size_t added_ = 0;
     Bytes settled_;

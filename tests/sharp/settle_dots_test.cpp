@@ -265,7 +265,7 @@ TEST(SettleDots, AreThoseOfTheRulesPixelByPixelWithEveryInstructionSet) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    for (int i = 0; i < 600; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const int factor = 1 + i % 4;
         const int width = 1 + static_cast<int>(random() % 140);
         const int height = 1 + static_cast<int>(random() % 6);
@@ -281,7 +281,7 @@ TEST(SettleDots, PixelsOfAllColoursHaveTheirLuminanceWithEveryInstructionSet) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    std::vector<std::uint32_t> pixels(200'000);
+    std::vector<std::uint32_t> pixels(50'000);
     for (std::uint32_t& pixel : pixels) pixel = static_cast<std::uint32_t>(random());
     const Bytes dots = Twin(pixels, 200, 1).dots();
     withEachInstructionSet([&] { ASSERT_EQ(settled(pixels, 200, 1), dots); });
