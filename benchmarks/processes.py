@@ -2,6 +2,7 @@
 same kind of work."""
 import dataclasses
 import json
+import pathlib
 import shutil
 import statistics
 import subprocess
@@ -50,6 +51,7 @@ class Candidates:
         self.folder = folder
         self.photo = str(folder / "photo.jpg")
         self.page = str(folder / "page.pdf")
+        self.ticket = str(pathlib.Path(__file__).parents[1] / "examples/ticket.pdf")
         self.job = str(folder / "job.bin")
 
     def decode(self):
@@ -61,6 +63,8 @@ class Candidates:
 
     def tool(self, document, *options, name="Tavio, tool"):
         how = "threshold" if "--threshold" in options else "dither"
+        if "--classic" not in options:
+            how = "sharp"
         command = [f"{self.bin}/tavio", "print", document, *options, "--to", f"file:{self.job}"]
         return Candidate(name, words(how), command)
 
@@ -100,24 +104,25 @@ class Candidates:
         )
         return Candidate("netpbm", floyd_steinberg(dithers), command, "pamscale")
 
-    def ghostscript(self):
-        command = ["gs", "-q", "-dNOPAUSE", "-dBATCH", "-dSAFER", "-sDEVICE=pngmonod", "-r600"]
-        command += ["-o", f"{self.folder}/gs.png", self.page]
+    def ghostscript(self, page, resolution):
+        command = ["gs", "-q", "-dNOPAUSE", "-dBATCH", "-dSAFER", "-sDEVICE=pngmonod"]
+        command += [f"-r{resolution}", "-o", f"{self.folder}/gs.png", page]
         return Candidate("ghostscript, pngmonod", "error diffusion", command, "gs")
 
-    def mupdf(self):
-        command = ["mutool", "draw", "-q", "-r", "600", "-c", "mono", "-F", "pbm"]
-        command += ["-o", f"{self.folder}/mutool.pbm", self.page, "1"]
+    def mupdf(self, page, resolution):
+        command = ["mutool", "draw", "-q", "-r", f"{resolution}", "-c", "mono", "-F", "pbm"]
+        command += ["-o", f"{self.folder}/mutool.pbm", page, "1"]
         return Candidate("mupdf-tools, mono", "ordered pattern", command, "mutool")
 
-    def poppler(self):
-        command = ["pdftoppm", "-mono", "-r", "600", "-singlefile", self.page]
+    def poppler(self, page, resolution):
+        command = ["pdftoppm", "-mono", "-r", f"{resolution}", "-singlefile", page]
         command += [f"{self.folder}/poppler"]
         return Candidate("poppler-utils, -mono", "ordered pattern", command, "pdftoppm")
 
 
 def words(how):
-    return {"dither": "error diffusion, 3 fields", "threshold": "threshold"}[how]
+    return {"dither": "error diffusion, 3 fields", "sharp": "error diffusion in grey",
+            "threshold": "threshold"}[how]
 
 
 def floyd_steinberg(dithers):
@@ -127,13 +132,18 @@ def floyd_steinberg(dithers):
 def tables(make, photo_size, page_size):
     """{table: candidates}; the first of each is ours, the one that goals are judged by."""
     scaled = ("--scaled", "--stock", "8", "--resolution", "600")  # 6600 x 5100
-    peers_of_page = [make.ghostscript(), make.mupdf(), make.poppler()]
+    stretched = ("--fit", "stretch", "--rotate", "0")
+    letter = ("--stock", "8.5x11", "--resolution", "600")
+
+    def peers_of_pages(page, resolution):
+        return [each(page, resolution) for each in (make.ghostscript, make.mupdf, make.poppler)]
 
     def photo(how, size, dithers):
         return [
             make.library(make.photo, size, how),
             make.tool(
                 make.photo,
+                "--classic",
                 *scaled,
                 *(() if dithers else ("--threshold",)),
                 name="Tavio, tool, to 6600 x 5100",
@@ -152,8 +162,10 @@ def tables(make, photo_size, page_size):
 
     return {
         "photo": photo("dither", page_size, True),
-        "photo-small": [make.tool(make.photo, "--scaled"), *peers_of_photo(TICKET, True)],
-        "page": [make.tool(make.page, "--resolution", "600"), *peers_of_page],
+        "photo-sharp": [make.tool(make.photo, *stretched, *letter), make.decode()],
+        "photo-small": [make.tool(make.photo, *stretched), *peers_of_photo(TICKET, True)],
+        "page": [make.tool(make.page, *letter), *peers_of_pages(make.page, 600)],
+        "ticket": [make.tool(make.ticket), *peers_of_pages(make.ticket, 300)],
         "threshold": photo("threshold", page_size, False),
     }
 

@@ -43,8 +43,9 @@ def sizes_of(path, stocks):
     if path.suffix == ".pdf":
         points = page_points(path)
         for resolution in RESOLUTIONS if points else ():
-            size = tuple(int(side / 72.0 * resolution) for side in points)
-            yield f"{resolution} dpi", ["--resolution", str(resolution)], size
+            size = tuple(round(side / 72.0 * resolution) for side in points)
+            options = ["--fit", "actual", "--rotate", "0", "--resolution", str(resolution)]
+            yield f"{resolution} dpi", options, size
         return
     size = Image.open(path).size
     if size[0] * size[1] < 1_000_000:
@@ -52,7 +53,7 @@ def sizes_of(path, stocks):
         return
     for name, stock in STOCKS.items():
         for resolution in (300, 600):
-            more = ["--scaled", "--stock", stock, "--resolution", str(resolution)]
+            more = ["--scaled", "--rotate", "0", "--stock", stock, "--resolution", str(resolution)]
             yield f"stock {name}, {resolution} dpi", more, stocks[stock, resolution]
 
 
