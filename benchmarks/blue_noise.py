@@ -1,10 +1,10 @@
 """The noise of our error diffusion: TavioIpadSDK/sharp/diffusion_noise.h."""
 import numpy as np
 
-from halftone_methods import FLOYD_STEINBERG
+from halftone_methods import OURS
 
 SIDE = 64
-AMPLITUDE = 40  # the threshold varies by so much
+AMPLITUDE = 12  # the threshold varies by so much
 
 HEADER = """\
 // Noise that keeps error diffusion from making worms of equal greys. Made by benchmarks/halftones.py.
@@ -20,7 +20,7 @@ namespace tavio::sharp {
 inline constexpr std::int32_t kNoiseSide = 64;
 
 // What is added to the grey value in row y, column x: kDiffusionNoise[y %% 64 * 64 + x %% 64]. Its sum
-// is 0. It has the effect of a threshold that varies by blue noise from 108 to 148, without larger
+// is 0. It has the effect of a threshold that varies by blue noise from 122 to 134, without larger
 // errors: it is the noise less the share of it that the neighbours pass on.
 //
 // clang-format off
@@ -89,7 +89,7 @@ def thresholds():
 def of_values(noise, amplitude=AMPLITUDE):
     """What to add to the values instead of adding the noise to the threshold: whole numbers, sum 0."""
     wanted = -amplitude * noise
-    for right, down, share in FLOYD_STEINBERG:
+    for right, down, share in OURS:
         wanted = wanted + share / 16 * amplitude * np.roll(noise, (down, right), (0, 1))
     whole = np.rint(wanted).astype(int)
     order = np.argsort(wanted - whole, axis=None)  # those rounded up most come first

@@ -4,6 +4,7 @@ import numpy as np
 
 # Columns to the right, rows down, and the share of the error.
 FLOYD_STEINBERG = [(1, 0, 7), (-1, 1, 3), (0, 1, 5), (1, 1, 1)]
+OURS = [(1, 0, 7), (-1, 1, 3), (0, 1, 4), (1, 1, 2)]
 JARVIS = [(1, 0, 7), (2, 0, 5), (-2, 1, 3), (-1, 1, 5), (0, 1, 7), (1, 1, 5), (2, 1, 3),
           (-2, 2, 1), (-1, 2, 3), (0, 2, 5), (1, 2, 3), (2, 2, 1)]
 STUCKI = [(1, 0, 8), (2, 0, 4), (-2, 1, 2), (-1, 1, 4), (0, 1, 8), (1, 1, 4), (2, 1, 2),
@@ -91,10 +92,10 @@ def ours(greys, noise=None):
                 error = total if total < 128 else total - 255
             half = (error + 1) >> 1
             quarter = (half + 1) >> 1
-            sixteenth = (((quarter + 1) >> 1) + 1) >> 1
-            from_left = half - sixteenth
-            below[x] += error - half - quarter - sixteenth
-            below[x + 1] += quarter + sixteenth
-            below[x + 2] += sixteenth
+            eighth = (quarter + 1) >> 1
+            from_left = half - ((eighth + 1) >> 1)
+            below[x] += error - from_left - quarter - eighth
+            below[x + 1] += quarter
+            below[x + 2] += eighth
         own = below
     return black

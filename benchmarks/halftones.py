@@ -19,12 +19,13 @@ import halftone_methods as methods
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 FLATS = [252, 245, 236, 223, 200, 170, 150, 127, 110, 85, 64, 40]
 WEDGE = range(0, 256, 17)
+OURS = "**in bytes, blue noise 12: ours**"
 
 
 def balanced(greys):
     """balancedGrey() of TavioIpadSDK/sharp/tone.h."""
     values = np.rint(greys).astype(int)
-    more = np.minimum(np.minimum(values // 4, 24), 44 - values // 8)
+    more = np.minimum(np.minimum(values // 4, 23), 44 - values // 8)
     return (np.maximum(values - 13, 0) + more).astype(float)
 
 
@@ -45,7 +46,7 @@ def scene(side=240):
 
 def candidates(noise):
     fs = methods.FLOYD_STEINBERG
-    values = {amplitude: blue_noise.of_values(noise, amplitude) for amplitude in (20, 40, 80)}
+    values = {amplitude: blue_noise.of_values(noise, amplitude) for amplitude in (8, 12, 20, 40)}
     return {
         "Floyd-Steinberg": lambda g: methods.diffused(g, fs),
         "Floyd-Steinberg, serpentine": lambda g: methods.diffused(g, fs, True),
@@ -59,10 +60,12 @@ def candidates(noise):
         "Floyd-Steinberg, serpentine, blue noise 60":
             lambda g: methods.diffused(g, fs, True, noise, 60),
         "Floyd-Steinberg, blue noise 40": lambda g: methods.diffused(g, fs, False, noise, 40),
+        "shares 7, 3, 4, 2": lambda g: methods.diffused(g, methods.OURS),
         "in bytes": methods.ours,
+        "in bytes, blue noise 8": lambda g: methods.ours(g, values[8]),
+        OURS: lambda g: methods.ours(g, values[12]),
         "in bytes, blue noise 20": lambda g: methods.ours(g, values[20]),
-        "**in bytes, blue noise 40: ours**": lambda g: methods.ours(g, values[40]),
-        "in bytes, blue noise 80": lambda g: methods.ours(g, values[80]),
+        "in bytes, blue noise 40": lambda g: methods.ours(g, values[40]),
     }
 
 
@@ -138,7 +141,7 @@ def needed_row(ours):
 
 def tables(noise):
     found = candidates(noise)
-    ours = found["**in bytes, blue noise 40: ours**"]
+    ours = found[OURS]
     steps = " | ".join(str(value) for value in WEDGE)
     line = "|---" * (len(WEDGE) + 1) + "|"
     yield "quality", "\n".join(
@@ -159,7 +162,7 @@ def write_pictures(noise, folder):
     found = candidates(noise)
     shown = {"floyd-steinberg": "Floyd-Steinberg", "jarvis": "Jarvis",
              "variable": "variable shares, serpentine",
-             "ours": "**in bytes, blue noise 40: ours**"}
+             "ours": OURS}
     for file, name in shown.items():
         flats = [found[name](flat(value)) for value in FLATS]
         save(folder / f"flats-{file}.png", np.vstack([np.hstack(flats[:6]), np.hstack(flats[6:])]))

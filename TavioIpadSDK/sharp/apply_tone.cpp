@@ -35,7 +35,7 @@ HWY_INLINE Values divided(Values values) {
 }
 
 HWY_INLINE Values balanced(Values values) {
-    const Values dark = hn::Min(divided<2>(values), splat(24));
+    const Values dark = hn::Min(divided<2>(values), splat(23));
     const Values more = hn::Min(dark, hn::Sub(splat(44), divided<3>(values)));
     return hn::Add(hn::SaturatedSub(values, splat(13)), more);
 }

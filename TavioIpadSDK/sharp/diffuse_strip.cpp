@@ -17,6 +17,8 @@
 // each lane; a quarter of this in each four steps. A step leaves one bit for each lane. When the
 // strip is done, these are turned back into bits of a row.
 //
+// Shares of an error, of 16: 7 right, 3 below left, 4 below, 2 below right.
+//
 // Numbers:
 //   Values are kept less 128, as signed bytes. value + errors, saturated, has the sign that decides.
 //   The same sum, not saturated, is the error plus 128 if the dot is black, and one less if it is
@@ -62,8 +64,8 @@ static_assert(4 * (kVectors * kFours + 1) <= DiffusionState::kStepBytes);
 constexpr int kNoisePeriod = kNoiseSide;
 static_assert(kNoisePeriod % kPiece == 0);
 
-// What lies between a lane's steps, and between it and the lane below. Numbers plus 128 but for
-// fromLeft.
+// What lies between a lane's steps, and between it and the lane below. Errors are plus 128 but for
+// fromLeft and second.
 struct Wave {
     Vec8 fromLeft;
     VecU8 first;     // errors for the pixel below right: of one pixel
@@ -77,7 +79,7 @@ HWY_INLINE VecU8 splat(int value) {
 }
 
 HWY_INLINE Wave makeWave() {
-    return {hn::Zero(k8), splat(128), splat(128), splat(128), splat(128)};
+    return {hn::Zero(k8), splat(128), splat(0), splat(128), splat(128)};
 }
 
 // Moves every lane's value one lane down; lane 0 gets the last one of `above`.
@@ -112,13 +114,14 @@ HWY_INLINE VecU8 step(Wave& wave, Vec8 value, VecU8 noise, Vec8 solid, Bits& bla
         hn::BitCast(kU8, hn::Add(hn::Add(next, passed), hn::VecFromMask(k8, isBlack)));
     const VecU8 half = hn::AverageRound(error, splat(128));
     const VecU8 quarter = hn::AverageRound(half, splat(128));
-    const VecU8 sixteenth = hn::AverageRound(hn::AverageRound(quarter, splat(128)), splat(128));
-    wave.fromLeft = hn::BitCast(k8, hn::Sub(half, sixteenth));
-    const VecU8 below = hn::Add(quarter, sixteenth);
-    const VecU8 belowLeft = hn::Sub(hn::Sub(error, half), below);
+    const VecU8 eighth = hn::AverageRound(quarter, splat(128));
+    const VecU8 sixteenth = hn::AverageRound(eighth, splat(128));
+    const VecU8 right = hn::Sub(half, sixteenth);
+    wave.fromLeft = hn::BitCast(k8, right);
+    const VecU8 belowLeft = hn::Sub(hn::Sub(error, right), hn::Add(quarter, eighth));
     const VecU8 complete = hn::Add(wave.second, belowLeft);
-    wave.second = hn::Add(wave.first, below);
-    wave.first = sixteenth;
+    wave.second = hn::Add(wave.first, quarter);
+    wave.first = eighth;
     wave.arrived = wave.arriving;
     return complete;
 }
@@ -439,12 +442,12 @@ class PlainRow {
     void passOn(std::int32_t column, int error) {
         const int half = halved(error);
         const int quarter = halved(half);
-        const int sixteenth = halved(halved(quarter));
-        fromLeft_ = half - sixteenth;
-        const int below = quarter + sixteenth;
-        errors_[column - 1] = static_cast<Byte>(128 + second_ + error - half - below);
-        second_ = first_ + below;
-        first_ = sixteenth;
+        const int eighth = halved(quarter);
+        fromLeft_ = half - halved(eighth);
+        errors_[column - 1] =
+            static_cast<Byte>(128 + second_ + error - fromLeft_ - quarter - eighth);
+        second_ = first_ + quarter;
+        first_ = eighth;
         errors_[column] = static_cast<Byte>(128 + second_);
     }
 

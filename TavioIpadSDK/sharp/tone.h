@@ -13,7 +13,7 @@ namespace tavio::sharp {
 // as `value`. Found by measuring what our error diffusion prints: docs/halftone.md. It is within 1.5 % of
 // the measured curve, and can be computed for many values at once.
 constexpr Byte balancedGrey(Byte value) {
-    const int more = std::min({value / 4, 24, 44 - value / 8});
+    const int more = std::min({value / 4, 23, 44 - value / 8});
     return static_cast<Byte>(std::max(value - 13, 0) + more);
 }
 

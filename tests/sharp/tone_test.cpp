@@ -20,7 +20,7 @@ TEST(ToneTable, ChangesNothingWithoutATone) {
 TEST(ToneTable, MakesGreysLighterForDotGainAndKeepsBlackAndWhite) {
     const ToneTable table = toneTable({});
     EXPECT_EQ(table[0], 0);
-    EXPECT_EQ(table[128], 139);
+    EXPECT_EQ(table[128], 138);
     EXPECT_EQ(table[254], 254);
     EXPECT_EQ(table[255], 255);
 }

@@ -45,11 +45,12 @@ int halfRoundedUp(int value) {
 void passOn(Errors& errors, std::int32_t x, std::int32_t y, int error) {
     const int half = halfRoundedUp(error);
     const int quarter = halfRoundedUp(half);
-    const int sixteenth = halfRoundedUp(halfRoundedUp(quarter));
-    errors.add(x + 1, y, half - sixteenth);
-    errors.add(x - 1, y + 1, error - half - quarter - sixteenth);
-    errors.add(x, y + 1, quarter + sixteenth);
-    errors.add(x + 1, y + 1, sixteenth);
+    const int eighth = halfRoundedUp(quarter);
+    const int right = half - halfRoundedUp(eighth);
+    errors.add(x + 1, y, right);
+    errors.add(x - 1, y + 1, error - right - quarter - eighth);
+    errors.add(x, y + 1, quarter);
+    errors.add(x + 1, y + 1, eighth);
 }
 
 bool isBlackDithered(Errors& errors, std::int32_t x, std::int32_t y, int grey) {
