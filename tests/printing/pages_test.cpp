@@ -19,7 +19,7 @@ using test::Lines;
 using test::told;
 
 Source pdf(const std::string& document) {
-    return Source::bytes(test::bytesOf(document), "x.pdf");
+    return Source::bytes(Bytes(document.begin(), document.end()), "x.pdf");
 }
 
 // As many pages, of 100 x 50 points.
