@@ -1,5 +1,9 @@
 // Pages and pictures drawn the sharp way: every dot at its place.
 
+#include <algorithm>
+#include <limits>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "pictures/sample_pictures.h"

@@ -1,5 +1,7 @@
 // The warnings of pages and pictures drawn the sharp way. Codes: find_codes_test.cpp; text: pages_test.cpp.
 
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "printing/told.h"
