@@ -221,7 +221,9 @@ TEST_F(Pages, WithSmallTextAreTold) {
         const auto job =
             encode(Ticket({.resolution = resolution}).page(pdf(textPage(points)), {}, drawing));
         EXPECT_EQ(told(job), Lines());
-        return job ? told(job->warnings()) : Lines();
+        Lines lines = job ? told(job->warnings()) : Lines();
+        std::erase_if(lines, [](const std::string& line) { return line.starts_with("rows-lost"); });
+        return lines;
     };
     const std::string what = "small-text 0.0 ";
     const std::string cure =

@@ -64,8 +64,8 @@ TEST(SharpWarnings, TellWhatReachesBeyondTheTicketInItsActualSize) {
 }
 
 TEST(SharpWarnings, TellACodeOfSmallModules) {
-    EXPECT_EQ(warningsOf(bars(1, 60)),
-              Lines{"small-module 0.0 (10): the picture in memory has a code with modules of 1.0 "
+    EXPECT_EQ(warningsOf(bars(2, 60)),
+              Lines{"small-module 0.0 (20): the picture in memory has a code with modules of 2.0 "
                     "dots, which may not scan: make it larger, 3 dots or more"});
     const auto wide = std::make_shared<const platform::Picture>(test::pictureOf(bars(3, 60)));
     EXPECT_EQ(warningsOf(Ticket().picture(wide)), Lines());
