@@ -90,14 +90,17 @@ namespace {
 std::uint64_t costPlainly(const std::uint64_t* words, std::size_t wordCount, int price, int height,
                           std::uint64_t* ors) {
     std::uint64_t before = 0;
-    int sum = 0;
+    const auto count = [](std::uint64_t dots) {
+        return static_cast<std::uint64_t>(std::popcount(dots));
+    };
+    std::uint64_t sum = 0;
     for (std::size_t w = 0; w < wordCount; ++w) {
         std::uint64_t& dots = ors[kBlockStride * w];
         dots |= words[kBlockStride * w + static_cast<std::size_t>(height - 1)];
-        sum += std::popcount(drawnOut(dots, before, price));
+        sum += count(drawnOut(dots, before, price));
         before = dots;
     }
-    return static_cast<std::uint64_t>(sum + std::popcount(drawnOut(0, before, price)));
+    return sum + count(drawnOut(0, before, price));
 }
 
 // The columns of the bands of minHeight - 1 rows: of as many rows as fit twice over, and so on.

@@ -1,6 +1,7 @@
 #include "TavioIpadSDK/sharp/cut_band.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "TavioIpadSDK/encoder/command_text.h"
 
@@ -34,16 +35,17 @@ void BandCutter::addStart(const Start& start) {
 }
 
 void BandCutter::endAt(std::int32_t end) {
-    const Start* best = nullptr;
+    std::size_t run = 0;
+    bytes_ = std::numeric_limits<std::int64_t>::max();
     for (const Start& start : starts_) {
         const std::int32_t columns = end - start.column;
         const auto bytes =
             start.base + static_cast<std::int64_t>(encoder::numberSize(columns)) + end;
-        if (best != nullptr && bytes >= bytes_) continue;
-        best = &start;
+        if (bytes >= bytes_) continue;
+        run = start.run;
         bytes_ = bytes;
     }
-    begin_.push_back(best->run);
+    begin_.push_back(run);
 }
 
 std::span<const DotRun> BandCutter::cut(std::span<const DotRun> runs, std::int32_t top) {

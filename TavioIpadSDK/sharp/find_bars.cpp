@@ -59,8 +59,8 @@ bool areCharacters(Bars bars, std::size_t first, double module) {
 std::optional<double> moduleOfCode128(Bars bars) {
     const std::size_t runs = bars.size() - 1;
     if (runs % kCode128Runs != 1) return std::nullopt;
-    const auto characters = static_cast<double>(runs / kCode128Runs);
-    const double module = widthOf(bars) / (kCode128Modules * characters + 2);
+    const std::size_t characters = runs / kCode128Runs;
+    const double module = widthOf(bars) / (kCode128Modules * static_cast<double>(characters) + 2);
     if (!areCharacters(bars, 0, module) && !areCharacters(bars, 1, module)) return std::nullopt;
     return module;
 }
