@@ -208,9 +208,10 @@ std::unique_ptr<GreyRows> turnedRows(std::unique_ptr<StoredGrey> source, int qua
                                      bool mayUseThreads) {
     const int orientation = turnedOrientation(source->orientation(), quarterTurns);
     const bool keepsItsRows = orientation == kUpright || orientation == kMirrored;
-    if (keepsItsRows && !source->comesWhole())
+    if (keepsItsRows && !source->comesWhole()) {
         return streamed(std::make_unique<StreamedRows>(std::move(source), orientation),
                         mayUseThreads);
+    }
     return std::make_unique<WholeRows>(std::move(source), orientation);
 }
 

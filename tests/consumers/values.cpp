@@ -10,10 +10,11 @@ int main(int argc, char** argv) {
     const Source photo = Source::file(std::string(argv[1]) + "/" + argv[2]);
     Ticket ticket;
     for (const auto way : {BlackAndWhite::kDithered, BlackAndWhite::kThreshold})
-        ticket.picture(photo, {10, 20}, {.blackAndWhite = way, .fit = Fit::kContain});
+        ticket.picture(photo, {10, 20}, {.blackAndWhite = way, .classic = Classic{.scaled = true}});
     ticket.finish(Finish::kCut);
     const auto job = encode(ticket);
     if (!job || !preview(*job)) return 1;
+    if (!encode(Ticket().picture(photo, {10, 20}, {.fit = Fit::kContain}))) return 1;
     std::ofstream(argv[3], std::ios::binary)
         .write(reinterpret_cast<const char*>(job->bytes().data()),
                static_cast<std::streamsize>(job->bytes().size()));
