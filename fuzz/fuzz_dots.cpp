@@ -23,8 +23,8 @@ sharp::Dots dotsOf(const std::uint8_t* data, std::size_t size, std::int32_t widt
         bytes.insert(bytes.end(), std::size_t{1} + data[i + 1] % 16, data[i]);
     const auto bits = static_cast<std::int32_t>(8 * bytes.size());
     return test::dotsWhere(width, std::min(bits / width, 150), [&](auto x, auto y) {
-        const auto bit = static_cast<std::size_t>(y * width + x);
-        return (bytes[bit / 8] >> (bit % 8) & 1) != 0;
+        const std::int32_t bit = y * width + x;
+        return (bytes[static_cast<std::size_t>(bit / 8)] >> (bit % 8) & 1) != 0;
     });
 }
 
