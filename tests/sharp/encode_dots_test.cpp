@@ -97,13 +97,8 @@ DotsPlace randomPlace(test::Random& random, const Dots& dots, const TicketSize& 
     return {isLandscape, isLandscape ? top : top + dots.width - 1, left};
 }
 
-// 100,000 pictures; a fifth of them under sanitizers, with which all would take over a minute.
 constexpr unsigned kShards = 20;
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned kPicturesPerShard = 1000;
-#else
-constexpr unsigned kPicturesPerShard = 5000;
-#endif
+constexpr unsigned kPicturesPerShard = TAVIO_RANDOM_PICTURES / kShards;
 
 class EveryDot : public testing::TestWithParam<unsigned> {};
 
