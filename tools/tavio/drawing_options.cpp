@@ -73,11 +73,11 @@ std::string choices(const Words& words) {
 }
 
 template <typename Value, std::size_t count>
-OptionSpec choice(std::string name, std::string help, std::string value,
+OptionSpec choice(const std::string& name, const std::string& help, const std::string& value,
                   const std::array<Word<Value>, count>& words, std::optional<Value>& chosen) {
-    return {.name = std::move(name),
-            .help = std::move(help),
-            .value = std::move(value),
+    return {.name = name,
+            .help = help,
+            .value = value,
             .set = [&words, &chosen](const std::string& text) -> std::string {
                 const auto found = std::ranges::find(words, text, &Word<Value>::text);
                 if (found == words.end()) return "\"" + text + "\" is none of " + choices(words);
