@@ -85,10 +85,10 @@ class DiffusionState {
 //   sum = v + the errors passed to it + noise     (diffusion_noise.h; the passed ones as one byte)
 //   dot = white if sum is 128 or more             error = sum - 255 if white, else sum
 //
-// and passes its error on: 7/16 to the right, 3/16 below left, 5/16 below and 1/16 below right, in
+// and passes its error on: 7/16 to the right, 3/16 below left, 4/16 below and 2/16 below right, in
 // whole numbers h = half the error, q, o and s = half of the one before, each rounded up:
 //
-//   right h - s        below left error - h - q - s        below q + s        below right s
+//   right h - s        below left the rest        below q        below right o
 void diffuseStrip(const SkewedStrip& strip, std::int32_t firstRow, DiffusionState& state,
                   std::span<Byte> bits);
 
