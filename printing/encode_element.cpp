@@ -12,10 +12,14 @@
 #include "tavio/printing/box.h"
 #include "tavio/printing/classic_drawing.h"
 #include "tavio/printing/classic_graphics.h"
+#include "tavio/printing/code_dots.h"
+#include "tavio/printing/placed_dots.h"
 #include "tavio/printing/plain_text.h"
 #include "tavio/printing/read_source.h"
+#include "tavio/printing/shape_dots.h"
 #include "tavio/printing/sharp_drawing.h"
 #include "tavio/printing/sharp_graphics.h"
+#include "tavio/printing/words_dots.h"
 
 namespace tavio::printing {
 namespace {
@@ -96,7 +100,26 @@ class ElementEncoder {
         return EncodedParts{};
     }
 
+    Result operator()(const element::Code& code) const {
+        return appendDrawn(codeDots(code, layout_, options_));
+    }
+
+    Result operator()(const element::Words& words) const {
+        return appendDrawn(wordsDots(words, layout_, options_));
+    }
+
+    Result operator()(const element::Line& line) const {
+        return appendDrawn(lineDots(line, layout_));
+    }
+
+    Result operator()(const element::Box& box) const { return appendDrawn(boxDots(box, layout_)); }
+
   private:
+    Result appendDrawn(Expected<PlacedDots, Problem> drawn) const {
+        if (!drawn) return tl::unexpected(std::move(drawn.error()));
+        return appendPlaced(std::move(*drawn), layout_, bytes_);
+    }
+
     Result appendText(std::string_view text) const {
         bytes_.insert(bytes_.end(), text.begin(), text.end());
         return EncodedParts{};

@@ -19,6 +19,7 @@
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
+#include "tavio/printing/calibration.h"
 #include "tavio/printing/result.h"
 #include "tavio/printing/ticket.h"
 
@@ -26,31 +27,12 @@ namespace tavio::printing {
 
 // ---- The job ------------------------------------------------------------------------------------
 
-struct TAVIO_API Size {
-    std::int32_t width = 0;   // dots
-    std::int32_t height = 0;  // dots
-
-    bool operator==(const Size&) const = default;
-};
-
-// On the upright ticket, in dots from the top left corner of what can be printed (see ticketSize). It
-// may reach past the ticket. Drawn the classic way, it is where the element is meant to lie:
-// docs/stream.md lists which graphics printers put elsewhere, and a preview (preview.h) shows them
-// there.
-struct TAVIO_API Rectangle {
-    std::int64_t left = 0;
-    std::int64_t top = 0;
-    Size size;
-
-    bool operator==(const Rectangle&) const = default;
-};
-
 struct TAVIO_API EncodedElement {
     std::size_t ticket = 0;   // as in Problem
     std::size_t element = 0;  // as in Problem
 
-    // The size in dots of a page or picture, printed or stored; none for others, whose size only
-    // the printer knows.
+    // The size in dots of all that is drawn here, printed or stored; none for text, logos and bytes,
+    // whose size only the printer knows.
     std::optional<Size> size;
 
     // Its rectangle, if it has a size and is printed.
@@ -99,6 +81,12 @@ struct TAVIO_API EncodeOptions {
 
     // The path of that program, "" to look for it where it is installed.
     std::string helper = {};
+
+    // The path of the program that draws words, likewise. It has the same limits.
+    std::string wordsHelper = {};
+
+    // Of the printer that the job is for.
+    Calibration calibration = {};
 
     // Draws pages instead of that program, if it is not empty.
     PageEngine pageEngine = {};

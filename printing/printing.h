@@ -12,6 +12,7 @@
 //   return tell(printer.print(*job).describe());
 #pragma once
 
+#include "tavio/printing/calibration.h"
 #include "tavio/printing/document_info.h"
 #include "tavio/printing/job.h"
 #include "tavio/printing/preview.h"

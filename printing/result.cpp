@@ -38,6 +38,12 @@ const char* nameOf(ProblemKind kind) noexcept {
             return "bad-place";
         case ProblemKind::kCancelled:
             return "cancelled";
+        case ProblemKind::kBadData:
+            return "bad-data";
+        case ProblemKind::kSmallBox:
+            return "small-box";
+        case ProblemKind::kNoFace:
+            return "no-face";
     }
     return "";
 }

@@ -21,7 +21,7 @@ using Expected = tl::expected<Value, Error>;
 enum class ProblemKind : std::uint8_t {
     kBadSetting,         // a stock, a resolution or a path that no ticket can have
     kNotUtf8,            // a text or a text file is not UTF-8
-    kUnprintableLetter,  // a plain text has a letter that the printer's face does not have
+    kUnprintableLetter,  // a text has a letter that its face does not have
     kNotFound,           // there is no such file
     kNotReadable,        // a folder, a device, or no right to read it
     kUnknownFormat,      // the file is of no kind that can be printed here
@@ -36,6 +36,9 @@ enum class ProblemKind : std::uint8_t {
     kNoDots,             // the page or picture comes to 0 dots
     kBadPlace,           // the place, or the picture at it, lies where the printer cannot print
     kCancelled,          // the application asked to stop
+    kBadData,            // a code of this kind cannot hold this data
+    kSmallBox,           // a code or words do not fit into their box
+    kNoFace,             // there is no such face, or the file is no font
 };
 
 // What prevents a job. Nothing is printed then.

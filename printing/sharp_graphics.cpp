@@ -9,10 +9,9 @@
 #include "TavioIpadSDK/sharp/draw_page.h"
 #include "TavioIpadSDK/sharp/encode_dots.h"
 #include "TavioIpadSDK/sharp/halftone.h"
-#include "tavio/printing/fit_warnings.h"
 #include "tavio/printing/page_problem.h"
+#include "tavio/printing/placed_dots.h"
 #include "tavio/printing/read_document.h"
-#include "tavio/printing/read_source.h"
 #include "tavio/printing/sharp_warnings.h"
 
 namespace tavio::printing {
@@ -23,12 +22,6 @@ sharp::Halftone halftoneOf(const DrawOptions& options) {
                             ? sharp::Method::kDithered
                             : sharp::Method::kThreshold;
     return {method, options.threshold, options.tone};
-}
-
-tl::unexpected<Problem> tooLarge(const std::string& name, Size size) {
-    return problem(ProblemKind::kTooLarge, name + " comes to " +
-                                               dotsText({size.width, size.height}) +
-                                               ", more than can be printed: make it smaller");
 }
 
 Expected<sharp::Dots, Problem> dotsOf(SharpDrawing& drawing, const SharpOrder& order) {
@@ -53,22 +46,14 @@ void append(const sharp::Dots& dots, const Layout& layout, const SharpOrder& ord
     }
 }
 
-tl::unexpected<Problem> unreachable(const std::string& name, const Rectangle& rectangle,
-                                    Size ticket) {
-    return problem(ProblemKind::kBadPlace,
-                   name + " of " + dotsText({rectangle.size.width, rectangle.size.height}) +
-                       " reaches beyond the ticket of " + dotsText({ticket.width, ticket.height}) +
-                       " to where the printer has no rows or columns: let it be fitted");
-}
-
 }  // namespace
 
 Expected<EncodedParts, Problem> appendSharp(SharpDrawing drawing, const Layout& layout,
                                             const SharpOrder& order, Bytes& bytes) {
     const Size size{drawing.rows->width(), drawing.rows->height()};
     const Rectangle rectangle = alignedIn(order.box, order.options.align, size);
-    if (!sharp::canBePlaced(size.width, size.height, dotsPlaceOf(layout, rectangle)))
-        return unreachable(drawing.name, rectangle, layout.ticket);
+    if (auto problem = problemOfPlace(drawing.name, rectangle, layout))
+        return tl::unexpected(std::move(*problem));
     const auto dots = dotsOf(drawing, order);
     if (!dots) return tl::unexpected(dots.error());
     try {

@@ -32,6 +32,22 @@ Ticket& Ticket::document(Source source, Place place, DrawOptions options) {
     return add(element::Document{element::DocumentKind::kAny, std::move(source), place, options});
 }
 
+Ticket& Ticket::code(CodeKind kind, std::string data, Place place, CodeOptions options) {
+    return add(element::Code{kind, std::move(data), place, options});
+}
+
+Ticket& Ticket::words(std::string utf8, Place place, WordsOptions options) {
+    return add(element::Words{std::move(utf8), place, std::move(options)});
+}
+
+Ticket& Ticket::line(Place place, std::int32_t length, LineOptions options) {
+    return add(element::Line{place, length, options});
+}
+
+Ticket& Ticket::box(Place place, Size size, BoxOptions options) {
+    return add(element::Box{place, size, options});
+}
+
 Ticket& Ticket::text(std::string utf8, Place place) {
     return add(element::PlainText{std::move(utf8), place});
 }

@@ -17,8 +17,12 @@
 #include "TavioIpadSDK/machine/export.h"
 #include "TavioIpadSDK/platform/picture.h"
 #include "TavioIpadSDK/settings/stock_table.h"
+#include "tavio/printing/code_options.h"
 #include "tavio/printing/draw_options.h"
+#include "tavio/printing/place.h"
+#include "tavio/printing/shape_options.h"
 #include "tavio/printing/source.h"
+#include "tavio/printing/words_options.h"
 
 namespace tavio::printing {
 
@@ -69,14 +73,6 @@ struct TAVIO_API TicketSettings {
 
 // ---- Its elements -------------------------------------------------------------------------------
 
-// A printer row and column in dots, any signed 32-bit values. In landscape the row counts down from
-// the ticket's top and the column from its left. In portrait the row is the distance from the left
-// edge of the upright ticket, and the column that from its top.
-struct TAVIO_API Place {
-    std::int32_t row = 0;
-    std::int32_t column = 0;
-};
-
 // The end of a ticket: how it leaves the printer.
 enum class Finish : std::uint8_t { kNothing, kCut, kEject };
 
@@ -119,12 +115,34 @@ struct TAVIO_API StoreLogo {
 struct TAVIO_API End {
     Finish finish = Finish::kNothing;
 };
+struct TAVIO_API Code {
+    CodeKind kind = CodeKind::kQr;
+    std::string data;
+    Place place;
+    CodeOptions options;
+};
+struct TAVIO_API Words {
+    std::string text;
+    Place place;
+    WordsOptions options;
+};
+struct TAVIO_API Line {
+    Place place;
+    std::int32_t length = 0;
+    LineOptions options;
+};
+struct TAVIO_API Box {
+    Place place;
+    Size size;
+    BoxOptions options;
+};
 
 }  // namespace element
 
 using Element = std::variant<element::Document, element::Pixels, element::PlainText,
                              element::PrinterText, element::PrinterTextFile, element::RawBytes,
-                             element::StoredLogo, element::StoreLogo, element::End>;
+                             element::StoredLogo, element::StoreLogo, element::End, element::Code,
+                             element::Words, element::Line, element::Box>;
 
 // ---- The ticket ---------------------------------------------------------------------------------
 
@@ -146,6 +164,21 @@ class TAVIO_API Ticket {
 
     // A page or a picture, whichever the content is.
     Ticket& document(Source source, Place place = {}, DrawOptions options = {});
+
+    // A code for scanners, each of whose modules is a whole number of dots. Its top left corner, quiet
+    // zone included, lies at the place. Data that a code of this kind cannot hold is a problem, and so
+    // is a box that is too small: the sentence names the smallest that would do.
+    Ticket& code(CodeKind kind, std::string data, Place place = {}, CodeOptions options = {});
+
+    // Words in any script, UTF-8, in one or more lines ("\n"); long ones are wrapped. Letters that no
+    // font has are a problem that names them. The program that draws letters must be there.
+    Ticket& words(std::string utf8, Place place = {}, WordsOptions options = {});
+
+    // A line of this length in dots that begins at the place, which is its top left corner.
+    Ticket& line(Place place, std::int32_t length, LineOptions options = {});
+
+    // A frame, or a filled box, whose top left corner is at the place.
+    Ticket& box(Place place, Size size, BoxOptions options = {});
 
     // Text in the printer's own face, one or more lines ("\n"), beginning at the place. It never
     // sends a command. Printable are the characters from U+0020 to U+007E except "<"; any other

@@ -14,9 +14,10 @@ using command_line::jsonArray;
 using command_line::JsonObject;
 
 // In the order of printing::Element.
-constexpr std::array<const char*, 9> kElementKinds{
+constexpr std::array<const char*, 13> kElementKinds{
     "document", "pixels", "text",       "printer-text", "printer-text-file",
-    "bytes",    "logo",   "store-logo", "finish"};
+    "bytes",    "logo",   "store-logo", "finish",       "code",
+    "words",    "line",   "box"};
 static_assert(kElementKinds.size() == std::variant_size_v<printing::Element>);
 
 std::string sizeJson(const printing::Size& size) {
