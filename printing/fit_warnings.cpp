@@ -60,13 +60,14 @@ std::string dotsText(DotSize size) {
     return std::to_string(size.width) + " x " + std::to_string(size.height) + " dots";
 }
 
-std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout) {
+std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout,
+                                    const std::string& name) {
     const std::int64_t beyond = dotsBeyond(rectangle, layout.ticket);
     if (beyond == 0) return std::nullopt;
     const Size& size = rectangle.size;
     const std::string ticket =
         "the ticket of " + dotsText({layout.ticket.width, layout.ticket.height});
-    std::string sentence = "the picture of " + dotsText({size.width, size.height});
+    std::string sentence = name + " of " + dotsText({size.width, size.height});
     if (size.width > layout.ticket.width || size.height > layout.ticket.height) {
         sentence += " is larger than " + ticket;
     } else {

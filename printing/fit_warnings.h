@@ -26,8 +26,9 @@ inline constexpr double kMinFaceDots = 13.8;
 // for a page without text.
 std::optional<Warning> coarseText(const std::string& name, double points);
 
-// That a picture reaches past the ticket's edge, if it does.
-std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout);
+// That what is printed there reaches past the ticket's edge, if it does. name: in the sentence.
+std::optional<Warning> beyondTicket(const Rectangle& rectangle, const Layout& layout,
+                                    const std::string& name = "the picture");
 
 // A picture as it was encoded.
 struct EncodedPicture {

@@ -12,7 +12,7 @@
 namespace tavio::printing {
 
 std::optional<Problem> problemOfPlace(const std::string& name, const Rectangle& rectangle,
-                                      const Layout& layout) {
+                                      const Layout& layout, const char* cure) {
     const Size size = rectangle.size;
     if (sharp::canBePlaced(size.width, size.height, dotsPlaceOf(layout, rectangle)))
         return std::nullopt;
@@ -20,7 +20,7 @@ std::optional<Problem> problemOfPlace(const std::string& name, const Rectangle& 
                    name + " of " + dotsText({size.width, size.height}) +
                        " reaches beyond the ticket of " +
                        dotsText({layout.ticket.width, layout.ticket.height}) +
-                       " to where the printer has no rows or columns: let it be fitted")
+                       " to where the printer has no rows or columns: " + cure)
         .value();
 }
 

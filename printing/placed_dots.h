@@ -20,9 +20,10 @@ struct PlacedDots {
     std::vector<Warning> warnings;  // not yet assigned to an element
 };
 
-// kBadPlace if the printer cannot name the places of all dots in the rectangle.
+// kBadPlace if the printer cannot name the places of all dots in the rectangle. cure: ends the sentence.
 std::optional<Problem> problemOfPlace(const std::string& name, const Rectangle& rectangle,
-                                      const Layout& layout);
+                                      const Layout& layout,
+                                      const char* cure = "move it, or make it smaller");
 
 // kTooLarge: what is drawn comes to more than can be printed.
 tl::unexpected<Problem> tooLarge(const std::string& name, Size size);

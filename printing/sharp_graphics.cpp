@@ -52,7 +52,7 @@ Expected<EncodedParts, Problem> appendSharp(SharpDrawing drawing, const Layout& 
                                             const SharpOrder& order, Bytes& bytes) {
     const Size size{drawing.rows->width(), drawing.rows->height()};
     const Rectangle rectangle = alignedIn(order.box, order.options.align, size);
-    if (auto problem = problemOfPlace(drawing.name, rectangle, layout))
+    if (auto problem = problemOfPlace(drawing.name, rectangle, layout, "let it be fitted"))
         return tl::unexpected(std::move(*problem));
     const auto dots = dotsOf(drawing, order);
     if (!dots) return tl::unexpected(dots.error());
