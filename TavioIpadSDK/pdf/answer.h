@@ -1,23 +1,21 @@
 // The protocol between the library and the program tavio-pdf-page.
 //
 //   command  = tavio-pdf-page CPU MEMORY SIDE PAGE [RESOLUTION FIT TURN WIDTH HEIGHT]
-//              CPU     seconds of processor time allowed, a whole number, 1 or more
-//              MEMORY  bytes of address space allowed, a whole number
+//              CPU MEMORY as of every helper program (helper/ask_program.h)
 //              SIDE    the longest side of the crop box allowed, in points, a decimal number
 //              PAGE    the number of the page, a whole number; the first page is 1
 //              the others, whole numbers, ask for a page in dots (sharp/draw_page.h):
 //              RESOLUTION     dots per inch, 1 or more
 //              FIT TURN       values of sharp::Fit and sharp::Turn
 //              WIDTH HEIGHT   the box in dots, 1 or more
-//   input    = the document, a regular file open for reading as file descriptor 0
-//   answer   = header pixels, on file descriptor 1; nothing follows
+//   input    = the document
+//   answer   = header pixels; nothing follows
 //   header   = the 72 bytes of AnswerHeader, numbers in the machine's own form
 //   pixels   = columns * rows words of 32 bits as in Picture (red, green, blue, 255), the top row
 //              first; of a page in dots, as many bytes as in sharp::GreyRows; only if the outcome is
 //              kDrawn
 //
-// The header of a page in dots is sent before its rows are drawn. A program that ends before its
-// answer is whole has failed; its exit status or signal says why.
+// The header of a page in dots is sent before its rows are drawn.
 #pragma once
 
 #include <cmath>

@@ -1,15 +1,11 @@
 #include "TavioIpadSDK/pdf/answer_reader.h"
 
-#include <csignal>
-
 namespace tavio::pdf {
 
 namespace {
 
-using platform::PdfLimits;
+using helper::Failure;
 using platform::PdfOutcome;
-
-constexpr int kLibrariesMissing = 127;  // how the dynamic loader ends a program it cannot load
 
 PdfOutcome outcomeOf(Answer answer) {
     switch (answer) {
@@ -29,16 +25,6 @@ PdfOutcome outcomeOf(Answer answer) {
     return PdfOutcome::kHelperFailed;
 }
 
-// The reason why the answer is not whole.
-PdfOutcome outcomeOf(const Ending& ending, const PdfLimits& limits) {
-    if (ending.exitStatus == kLibrariesMissing) return PdfOutcome::kHelperMissing;
-    const bool overTime = ending.processorTime >= limits.cpu;
-    if (ending.signal == SIGXCPU || (ending.signal == SIGKILL && overTime)) {
-        return PdfOutcome::kCpuLimit;
-    }
-    return PdfOutcome::kHelperFailed;
-}
-
 // True if an answer of this form can be one about the page.
 bool isPossible(const AnswerHeader& header, std::int32_t page) {
     if (header.magic != kAnswerMagic || header.version != kAnswerVersion) return false;
@@ -49,6 +35,24 @@ bool isPossible(const AnswerHeader& header, std::int32_t page) {
 }
 
 }  // namespace
+
+PdfOutcome outcomeOf(Failure failure) {
+    switch (failure) {
+        case Failure::kUnreadable:
+            return PdfOutcome::kUnreadable;
+        case Failure::kMissing:
+            return PdfOutcome::kHelperMissing;
+        case Failure::kFailed:
+            return PdfOutcome::kHelperFailed;
+        case Failure::kCpuLimit:
+            return PdfOutcome::kCpuLimit;
+        case Failure::kWallLimit:
+            return PdfOutcome::kWallLimit;
+        case Failure::kMemoryLimit:
+            return PdfOutcome::kMemoryLimit;
+    }
+    return PdfOutcome::kHelperFailed;
+}
 
 std::optional<AnswerHeader> AnswerReader::header() {
     AnswerHeader header;
@@ -64,21 +68,15 @@ std::optional<AnswerHeader> AnswerReader::header() {
 }
 
 bool AnswerReader::fill(std::span<std::byte> into) {
-    const HelperProcess::Read read = process_.read(into, deadline_);
-    if (read == HelperProcess::Read::kFull) return true;
-    failure_ = PdfOutcome::kWallLimit;
-    if (read == HelperProcess::Read::kLate) return false;
-    const std::optional<Ending> ending = process_.waitForEnd(deadline_);
-    if (ending) failure_ = outcomeOf(*ending, limits_);
+    if (answer_.fill(into)) return true;
+    failure_ = outcomeOf(answer_.failure());
     return false;
 }
 
 bool AnswerReader::endsHere() {
-    std::byte next{};
-    const HelperProcess::Read read = process_.read(std::span(&next, 1), deadline_);
-    failure_ =
-        read == HelperProcess::Read::kLate ? PdfOutcome::kWallLimit : PdfOutcome::kHelperFailed;
-    return read == HelperProcess::Read::kEnd;
+    const bool ends = answer_.endsHere();
+    failure_ = outcomeOf(answer_.failure());
+    return ends;
 }
 
 }  // namespace tavio::pdf

@@ -5,20 +5,23 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
+#include "TavioIpadSDK/helper/answer_stream.h"
 #include "TavioIpadSDK/pdf/answer.h"
-#include "TavioIpadSDK/pdf/helper_process.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 
 namespace tavio::pdf {
+
+// The same failure as the outcome of a page.
+platform::PdfOutcome outcomeOf(helper::Failure failure);
 
 // The answer of a program that was asked for a page with these limits. The program is stopped when
 // this object ends.
 class AnswerReader {
   public:
-    AnswerReader(HelperProcess process, std::int32_t page, const platform::PdfLimits& limits,
-                 Deadline deadline)
-        : process_(std::move(process)), page_(page), limits_(limits), deadline_(deadline) {}
+    AnswerReader(helper::AnswerStream answer, std::int32_t page, const platform::PdfLimits& limits)
+        : answer_(std::move(answer)), page_(page), limits_(limits) {}
 
     // What follows returns false, or none, if the answer is cut short, malformed or not possible for
     // that page. Then failure() is the outcome; nothing more can be read.
@@ -37,10 +40,9 @@ class AnswerReader {
     const platform::PdfLimits& limits() const { return limits_; }
 
   private:
-    HelperProcess process_;
+    helper::AnswerStream answer_;
     std::int32_t page_;
     platform::PdfLimits limits_;
-    Deadline deadline_;
     std::int32_t pages_ = 0;
     platform::PdfOutcome failure_ = platform::PdfOutcome::kHelperFailed;
 };

@@ -10,6 +10,7 @@ namespace tavio::pdf {
 
 namespace {
 
+using machine::Descriptor;
 using platform::DrawnPdfPage;
 using platform::PdfLimits;
 using platform::PdfOutcome;

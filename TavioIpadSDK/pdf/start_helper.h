@@ -26,7 +26,7 @@ struct StartedHelper {
 
 // Starts the helper program for a document that is open for reading as a regular file. Limits and
 // helper are as with platform::drawPdfPageWithHelper().
-StartedHelper startHelper(const Descriptor& document, const PageRequest& request,
+StartedHelper startHelper(const machine::Descriptor& document, const PageRequest& request,
                           const platform::PdfLimits& limits, const std::string& helper);
 
 // The same for the bytes of a document, of which the program gets a copy.

@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/pdf/sealed_file.h"
+#include "TavioIpadSDK/helper/sealed_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -7,11 +7,11 @@
 
 #include "TavioIpadSDK/machine/write_all.h"
 
-namespace tavio::pdf {
+namespace tavio::helper {
 
 machine::Descriptor sealedFile(std::span<const Byte> bytes) {
     constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
-    machine::Descriptor file(::memfd_create("document", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    machine::Descriptor file(::memfd_create("input", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     if (!file.isOpen()) return file;
     int error = machine::writeAll(file.get(), std::as_bytes(bytes));
     if (error == 0 && ::lseek(file.get(), 0, SEEK_SET) != 0) error = errno;
@@ -21,4 +21,4 @@ machine::Descriptor sealedFile(std::span<const Byte> bytes) {
     return machine::Descriptor();
 }
 
-}  // namespace tavio::pdf
+}  // namespace tavio::helper

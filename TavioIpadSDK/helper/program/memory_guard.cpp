@@ -2,14 +2,14 @@
 // throws, one leaves out what it was about to draw. A page with a missing picture must not be
 // printed, and an abort looks like a crash. So this program wraps the C library's allocation
 // functions, and all parts of it get their memory here.
-#include "TavioIpadSDK/pdf/helper/memory_guard.h"
+#include "TavioIpadSDK/helper/program/memory_guard.h"
 
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <dlfcn.h>
 
-namespace tavio::pdf_helper {
+namespace tavio::helper_program {
 
 namespace {
 
@@ -48,9 +48,9 @@ void setOutOfMemoryAction(OutOfMemoryAction newAction) {
     action = newAction;
 }
 
-}  // namespace tavio::pdf_helper
+}  // namespace tavio::helper_program
 
-using namespace tavio::pdf_helper;
+using namespace tavio::helper_program;
 
 extern "C" {
 

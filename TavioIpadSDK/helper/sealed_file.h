@@ -6,10 +6,10 @@
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/machine/descriptor.h"
 
-namespace tavio::pdf {
+namespace tavio::helper {
 
 // A file in memory that holds the bytes and cannot be changed any more. On failure none, with errno
 // set.
 machine::Descriptor sealedFile(std::span<const Byte> bytes);
 
-}  // namespace tavio::pdf
+}  // namespace tavio::helper

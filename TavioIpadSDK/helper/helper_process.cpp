@@ -1,4 +1,4 @@
-#include "TavioIpadSDK/pdf/helper_process.h"
+#include "TavioIpadSDK/helper/helper_process.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace tavio::pdf {
+namespace tavio::helper {
 
 namespace {
 
@@ -229,4 +229,4 @@ Ending HelperProcess::stopAndReap() {
     return ending;
 }
 
-}  // namespace tavio::pdf
+}  // namespace tavio::helper

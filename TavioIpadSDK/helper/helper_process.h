@@ -12,7 +12,7 @@
 
 #include "TavioIpadSDK/machine/descriptor.h"
 
-namespace tavio::pdf {
+namespace tavio::helper {
 
 using machine::Descriptor;
 using Deadline = std::chrono::steady_clock::time_point;
@@ -65,4 +65,4 @@ class HelperProcess {
     Descriptor answer_;  // the pipe's reading end
 };
 
-}  // namespace tavio::pdf
+}  // namespace tavio::helper

@@ -1,15 +1,13 @@
-#include "TavioIpadSDK/pdf/find_helper.h"
+#include "TavioIpadSDK/helper/find_helper.h"
 
 #include <array>
 #include <filesystem>
 #include <system_error>
 #include <unistd.h>
 
-namespace tavio::pdf {
+namespace tavio::helper {
 
 namespace {
-
-constexpr const char* kHelperName = "tavio-pdf-page";
 
 bool isProgram(const std::filesystem::path& path) {
     std::error_code error;
@@ -18,17 +16,17 @@ bool isProgram(const std::filesystem::path& path) {
 
 }  // namespace
 
-std::string findHelper() {
+std::string findHelper(const std::string& name) {
     std::error_code error;
     const std::filesystem::path running = std::filesystem::read_symlink("/proc/self/exe", error);
     const std::array<std::filesystem::path, 4> folders = {
-        running.parent_path(), running.parent_path() / TAVIO_PDF_HELPER_FROM_PROGRAM,
-        TAVIO_PDF_HELPER_INSTALLED, TAVIO_PDF_HELPER_BUILT};
+        running.parent_path(), running.parent_path() / TAVIO_HELPERS_FROM_PROGRAM,
+        TAVIO_HELPERS_INSTALLED, TAVIO_HELPERS_BUILT};
     for (const std::filesystem::path& folder : folders) {
         if (!folder.is_absolute()) continue;
-        if (isProgram(folder / kHelperName)) return folder / kHelperName;
+        if (isProgram(folder / name)) return folder / name;
     }
     return "";
 }
 
-}  // namespace tavio::pdf
+}  // namespace tavio::helper
