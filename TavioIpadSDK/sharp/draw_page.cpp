@@ -93,10 +93,7 @@ std::optional<SharpPage> pageOf(const AnswerHeader& header, const PageOrder& ord
     return page;
 }
 
-SharpPage askHelper(std::span<const Byte> document, const PageOrder& order, const PdfLimits& limits,
-                    const std::string& program) {
-    pdf::StartedHelper helper =
-        pdf::startHelper(document, {order.page, argumentsOf(order)}, limits, program);
+SharpPage pageOf(pdf::StartedHelper helper, const PageOrder& order) {
     if (!helper.answer) return refused(helper.failure);
     AnswerReader& answer = *helper.answer;
     const std::optional<AnswerHeader> header = answer.header();
@@ -109,17 +106,32 @@ SharpPage askHelper(std::span<const Byte> document, const PageOrder& order, cons
     return *std::move(page);
 }
 
-}  // namespace
+pdf::PageRequest requestOf(const PageOrder& order) {
+    return {order.page, argumentsOf(order)};
+}
 
-SharpPage drawPage(std::span<const Byte> document, const PageOrder& order, const PdfLimits& limits,
-                   const std::string& helper) noexcept {
+// The page that `start` asks for; it may throw.
+template <typename Start>
+SharpPage withoutException(const PageOrder& order, Start start) noexcept {
     try {
-        return askHelper(document, order, limits, helper);
+        return pageOf(start(), order);
     } catch (const std::bad_alloc&) {
         return refused(PdfOutcome::kMemoryLimit);
     } catch (...) {
         return refused(PdfOutcome::kHelperFailed);
     }
+}
+
+}  // namespace
+
+SharpPage drawPage(std::span<const Byte> document, const PageOrder& order, const PdfLimits& limits,
+                   const std::string& helper) noexcept {
+    return withoutException(
+        order, [&] { return pdf::startHelper(document, requestOf(order), limits, helper); });
+}
+
+SharpPage drawPage(pdf::OpenDocument& document, const PageOrder& order) noexcept {
+    return withoutException(order, [&] { return document.start(requestOf(order)); });
 }
 
 }  // namespace tavio::sharp

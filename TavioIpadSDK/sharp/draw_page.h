@@ -7,6 +7,7 @@
 #include <string>
 
 #include "TavioIpadSDK/machine/bytes.h"
+#include "TavioIpadSDK/pdf/open_document.h"
 #include "TavioIpadSDK/pictures/picture_rows.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 #include "TavioIpadSDK/sharp/fit.h"
@@ -23,8 +24,8 @@ struct PageOrder {
 // A page that is being drawn.
 //
 // Text, lines and fills that are black or white are solid values (grey_rows.h): a dot is black if half
-// of it or more is covered, and strokes of letters that are thinner than a dot become one dot. Other colours and pictures are greys by their luminance, 1 to 254, and do not
-// mix with solid ones. Lines are at least one dot wide, lines of one width everywhere equally so.
+// of it or more is covered, and strokes of letters that are thinner than a dot become one dot. Other
+// colours and pictures are greys by their luminance, 1 to 254, and do not mix with solid ones. Lines are at least one dot wide, lines of one width everywhere equally so.
 struct SharpPage {
     platform::PdfOutcome outcome = platform::PdfOutcome::kHelperFailed;
     std::int32_t pages = 0;  // how many the document has; 0 if it is not known
@@ -55,5 +56,9 @@ struct UnfinishedPage : pictures::DamagedPicture {
 // (isDrawable).
 SharpPage drawPage(std::span<const Byte> document, const PageOrder& order,
                    const platform::PdfLimits& limits = {}, const std::string& helper = "") noexcept;
+
+// The same for a document that is opened once for all its pages. Any number of threads may draw its
+// pages at once. The rows do not need `document` any more once this has returned.
+SharpPage drawPage(pdf::OpenDocument& document, const PageOrder& order) noexcept;
 
 }  // namespace tavio::sharp
