@@ -71,13 +71,13 @@ PrintResult unsent(const Job& job, RemarkKind kind, std::string_view sentence) n
     return result;
 }
 
-void setCounts(PrintResult& result, const links::LinkReport& report, const Job& job) noexcept {
+void setCounts(PrintResult& result, const links::LinkReport& report,
+               std::span<const EncodedElement> elements) noexcept {
     result.outcome = links::outcomeOf(report);
     result.accepted = report.accepted;
     result.acknowledged = report.acknowledged;
-    const std::vector<EncodedElement>& elements = job.elements();
-    std::transform(elements.begin(), elements.end(), result.elements.begin(),
-                   [&](const EncodedElement& element) { return fateOf(element, result); });
+    std::ranges::transform(elements, result.elements.begin(),
+                           [&](const EncodedElement& element) { return fateOf(element, result); });
 }
 
 }  // namespace tavio::printing

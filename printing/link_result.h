@@ -1,6 +1,7 @@
 // The result of a job, from the report of its link.
 #pragma once
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -24,7 +25,9 @@ void addLinkRemark(std::vector<Remark>& remarks, const links::LinkReport& report
 // Nothing was sent, for this reason.
 PrintResult unsent(const Job& job, RemarkKind kind, std::string_view sentence) noexcept;
 
-// Sets outcome, counts and the elements' fates. Takes no memory, so it never fails.
-void setCounts(PrintResult& result, const links::LinkReport& report, const Job& job) noexcept;
+// Sets outcome, counts and the elements' fates, of which there must be as many as elements. Takes no
+// memory, so it never fails.
+void setCounts(PrintResult& result, const links::LinkReport& report,
+               std::span<const EncodedElement> elements) noexcept;
 
 }  // namespace tavio::printing

@@ -4,8 +4,10 @@
 #include <mutex>
 #include <utility>
 
+#include "tavio/printing/job_bytes.h"
 #include "tavio/printing/link_result.h"
 #include "tavio/printing/sending.h"
+#include "tavio/printing/series_bytes.h"
 #include "tavio/printing/turn_queue.h"
 #include "tavio/printing/worker.h"
 
@@ -21,6 +23,13 @@ void call(const Printer::Callback& callback, const PrintResult& result) noexcept
         if (callback) callback(result);
     } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is left to be told
     }
+}
+
+SeriesResult unsentSeries(std::size_t tickets, RemarkKind kind, std::string_view sentence) {
+    SeriesResult result;
+    result.tickets = tickets;
+    addRemark(result.print.remarks, kind, sentence);
+    return result;
 }
 
 // A job that waits for the printer's thread.
@@ -47,6 +56,8 @@ class Printer::Impl {
     TurnQueue& queue() { return queue_; }
 
     PrintResult print(const Job& job, const PrintOptions& options) noexcept;
+    SeriesResult printSeries(std::span<const Ticket> tickets,
+                             const SeriesOptions& options) noexcept;
     StatusResult status() noexcept;
     void submit(const Job& job, const PrintOptions& options, const Deliver& to);
 
@@ -70,9 +81,11 @@ std::string Printer::Impl::whyNoLink() const {
 PrintResult Printer::Impl::send(const Job& job, const PrintOptions& options,
                                 TurnQueue::Turn& turn) noexcept try {
     if (!makeLink_) return unsent(job, RemarkKind::kBadAddress, whyNoLink());
-    return sendInTurn(job, options, replies_, makeLink_, turn);
+    WholeJob bytes(job, options);
+    return sendInTurn(bytes, options, replies_, makeLink_, turn);
 } catch (const std::exception&) {
-    return unsent(job, RemarkKind::kBadAddress, "");
+    if (!makeLink_) return unsent(job, RemarkKind::kBadAddress, "");
+    return unsent(job, RemarkKind::kOutOfMemory, "out of memory");
 }
 
 PrintResult Printer::Impl::print(const Job& job, const PrintOptions& options) noexcept try {
@@ -80,6 +93,17 @@ PrintResult Printer::Impl::print(const Job& job, const PrintOptions& options) no
     return send(job, options, turn);
 } catch (const std::exception&) {
     return unsent(job, RemarkKind::kOutOfMemory, "out of memory");
+}
+
+SeriesResult Printer::Impl::printSeries(std::span<const Ticket> tickets,
+                                        const SeriesOptions& options) noexcept try {
+    TurnQueue::Turn turn(queue_);
+    if (!makeLink_) return unsentSeries(tickets.size(), RemarkKind::kBadAddress, whyNoLink());
+    SeriesBytes bytes(tickets, options);
+    PrintResult sent = sendInTurn(bytes, options.print, replies_, makeLink_, turn);
+    return bytes.take(std::move(sent));
+} catch (const std::exception&) {
+    return unsentSeries(tickets.size(), RemarkKind::kOutOfMemory, "out of memory");
 }
 
 StatusResult Printer::Impl::status() noexcept try {
@@ -131,6 +155,12 @@ Printer::~Printer() = default;
 PrintResult Printer::print(const Job& job, const PrintOptions& options) noexcept {
     if (!impl_) return unsent(job, RemarkKind::kOutOfMemory, "out of memory");
     return impl_->print(job, options);
+}
+
+SeriesResult Printer::printSeries(std::span<const Ticket> tickets,
+                                  const SeriesOptions& options) noexcept {
+    if (!impl_) return unsentSeries(tickets.size(), RemarkKind::kOutOfMemory, "out of memory");
+    return impl_->printSeries(tickets, options);
 }
 
 void Printer::submit(const Job& job, const PrintOptions& options,

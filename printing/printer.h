@@ -9,6 +9,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "TavioIpadSDK/machine/export.h"
@@ -18,6 +19,7 @@
 #include "tavio/printing/print_result.h"
 #include "tavio/printing/printer_address.h"
 #include "tavio/printing/reply.h"
+#include "tavio/printing/series.h"
 
 namespace tavio::printing {
 
@@ -47,6 +49,12 @@ class TAVIO_API Printer {
     // Sends the job and waits for its end. In a callback of submit() it may wait for ever, for the
     // jobs that were submitted after that one.
     [[nodiscard]] PrintResult print(const Job& job, const PrintOptions& options = {}) noexcept;
+
+    // Encodes and sends the tickets in order over one connection, as one job would be, but each is
+    // encoded while those before it are sent. The connection is made when the first is encoded. Waits
+    // for its end.
+    [[nodiscard]] SeriesResult printSeries(std::span<const Ticket> tickets,
+                                           const SeriesOptions& options = {}) noexcept;
 
     // Sends the job on a thread of the printer's own, which is started for it and ends when no job
     // is left. The future is not valid if there is no memory for it; nothing is sent then.

@@ -22,5 +22,6 @@
 #include "tavio/printing/printer_address.h"
 #include "tavio/printing/reply.h"
 #include "tavio/printing/result.h"
+#include "tavio/printing/series.h"
 #include "tavio/printing/source.h"
 #include "tavio/printing/ticket.h"

@@ -17,15 +17,14 @@ constexpr std::size_t kMaxRemarks = 8;
 // The progress function of the application, until it throws.
 class Progress {
   public:
-    Progress(const PrintOptions& options, std::uint64_t total)
-        : function_(options.progress), total_(total) {}
+    explicit Progress(const std::function<void(std::uint64_t)>& function) : function_(function) {}
 
     bool isWanted() const { return function_ != nullptr; }
 
     void tell(const links::Progress& progress) noexcept {
         if (failure_.kind != links::FailureKind::kNone) return;
         try {
-            function_(std::min(progress.accepted, total_), total_);
+            function_(progress.accepted);
         } catch (...) {
             failure_ = failureOf(std::current_exception(), "the progress function failed");
         }
@@ -37,8 +36,7 @@ class Progress {
     }
 
   private:
-    const std::function<void(std::uint64_t, std::uint64_t)>& function_;
-    std::uint64_t total_;
+    const std::function<void(std::uint64_t)>& function_;
     links::Failure failure_;
 };
 
@@ -53,8 +51,9 @@ bool confirms(const Text& reply, const ReplyTable& table) {
     return reply && (table.empty() || stateOf(*reply, table) == PrinterState::kReady);
 }
 
-Replies converse(GuardedLink& link, const Job& job, const PrintOptions& options,
-                 const ReplyTable& table) noexcept {
+// first: the job's first piece.
+Replies converse(GuardedLink& link, JobBytes& job, std::span<const Byte> first,
+                 const PrintOptions& options, const ReplyTable& table) noexcept {
     Replies replies;
     if (!link.open()) return replies;
     if (options.readyBefore) {
@@ -62,8 +61,10 @@ Replies converse(GuardedLink& link, const Job& job, const PrintOptions& options,
         replies.areAwaited = !confirms(replies.before, table);
         if (replies.areAwaited) return replies;
     }
-    if (!link.write(job.bytes()) || !options.readyAfter) return replies;
-    if (link.drain()) replies.after = link.read();
+    for (std::optional<std::span<const Byte>> piece = first; piece; piece = job.next()) {
+        if (!link.write(*piece)) return replies;
+    }
+    if (options.readyAfter && link.drain()) replies.after = link.read();
     return replies;
 }
 
@@ -102,27 +103,37 @@ PrintResult withoutMemory(PrintResult result) noexcept {
     return result;
 }
 
-PrintResult send(const Job& job, const PrintOptions& options, const ReplyTable& table,
-                 GuardedLink& link, const TurnQueue::Turn& turn) noexcept {
+PrintResult unsent(JobBytes& job, RemarkKind kind, std::string_view sentence) noexcept {
     PrintResult result;
-    result.total = job.bytes().size();
+    result.total = job.total();
+    result.elements = std::move(job.fates());
+    addRemark(result.remarks, kind, sentence);
+    return result;
+}
+
+// What may fail for want of memory comes before the first byte, or after the counts are known.
+PrintResult send(JobBytes& job, std::span<const Byte> first, const PrintOptions& options,
+                 const ReplyTable& table, GuardedLink& link, const TurnQueue::Turn& turn) noexcept {
+    PrintResult result;
     try {
-        result.elements.resize(job.elements().size());
         result.remarks.reserve(kMaxRemarks);
-        Progress progress(options, result.total);
+        Progress progress(job.progress());
         if (progress.isWanted()) {
             link.observeProgress([&](const links::Progress& now) { progress.tell(now); });
         }
-        const Replies replies = converse(link, job, options, table);
+        const Replies replies = converse(link, job, first, options, table);
         link.close();
         link.observeProgress({});
+        result.total = job.total();
         const links::LinkReport report = link.report(result.total);
-        setCounts(result, report, job);
+        result.elements = std::move(job.fates());
+        setCounts(result, report, job.elements());
         addFailure(result.remarks, report, turn.isCancelled());
         addLinkRemark(result.remarks, report);
         progress.addFailure(result.remarks);
         addReplies(result, replies, report, options, table);
     } catch (const std::exception&) {
+        if (result.elements.empty()) result.elements = std::move(job.fates());
         return withoutMemory(std::move(result));
     }
     if (!result.isGood() && result.remarks.empty()) {
@@ -133,13 +144,14 @@ PrintResult send(const Job& job, const PrintOptions& options, const ReplyTable& 
 
 }  // namespace
 
-PrintResult sendInTurn(const Job& job, const PrintOptions& options, const ReplyTable& replies,
+PrintResult sendInTurn(JobBytes& job, const PrintOptions& options, const ReplyTable& replies,
                        const LinkMaker& makeLink, TurnQueue::Turn& turn) noexcept {
-    if (job.bytes().empty())
+    const auto first = job.next();
+    if (!first)
         return unsent(job, RemarkKind::kEmptyJob, "the job is empty, so there was nothing to send");
     if (!turn.await()) return unsent(job, RemarkKind::kCancelled, "cancelled");
     GuardedLink link(makeLink, turn);
-    return send(job, options, replies, link, turn);
+    return send(job, *first, options, replies, link, turn);
 }
 
 StatusResult askInTurn(const ReplyTable& replies, const LinkMaker& makeLink,

@@ -1,7 +1,7 @@
-// Sending one job over a link of its own.
+// Sending one job, or one series of tickets, over a link of its own.
 #pragma once
 
-#include "tavio/printing/job.h"
+#include "tavio/printing/job_bytes.h"
 #include "tavio/printing/print_options.h"
 #include "tavio/printing/print_result.h"
 #include "tavio/printing/printer_address.h"
@@ -9,8 +9,8 @@
 
 namespace tavio::printing {
 
-// Sends the job when the turn has come.
-PrintResult sendInTurn(const Job& job, const PrintOptions& options, const ReplyTable& replies,
+// Sends all pieces when the turn has come.
+PrintResult sendInTurn(JobBytes& job, const PrintOptions& options, const ReplyTable& replies,
                        const LinkMaker& makeLink, TurnQueue::Turn& turn) noexcept;
 
 // Asks for the printer's reply when the turn has come.
