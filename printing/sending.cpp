@@ -115,6 +115,7 @@ PrintResult unsent(JobBytes& job, RemarkKind kind, std::string_view sentence) no
 PrintResult send(JobBytes& job, std::span<const Byte> first, const PrintOptions& options,
                  const ReplyTable& table, GuardedLink& link, const TurnQueue::Turn& turn) noexcept {
     PrintResult result;
+    result.total = job.total();
     try {
         result.remarks.reserve(kMaxRemarks);
         Progress progress(job.progress());

@@ -79,6 +79,29 @@ TEST(PrinterMemoryFailures, AreToldBySubmit) {
     });
 }
 
+TEST(PrinterMemoryFailures, AreToldByASeries) {
+    const std::vector<Ticket> tickets(3, Ticket().printerText("Row B"));
+    for (const Failure failure : {Failure::kOnce, Failure::kFromThenOn}) {
+        bool hasFailed = true;
+        for (std::int64_t number = 0; hasFailed; ++number) {
+            SCOPED_TRACE(number);
+            ASSERT_LT(number, 10'000);
+            std::size_t taken = 0;
+            SeriesResult result;
+            {
+                const FailingMemory memory(number, failure);
+                Printer printer([&taken] { return std::make_shared<CountingLink>(taken); });
+                result = printer.printSeries(tickets);
+            }
+            hasFailed = FailingMemory::hasFailed();
+            EXPECT_LE(taken, result.print.accepted);
+            EXPECT_LE(result.sentTickets * 5, taken);
+            EXPECT_TRUE(!result.isGood() || taken == 15);
+            EXPECT_TRUE(hasFailed || result.isGood());
+        }
+    }
+}
+
 TEST(PrinterMemoryFailures, AreToldWithTheStatusAndTheAddress) {
     const Job job = test::jobOf({"<p>"});
     for (std::int64_t number = 0; number < 200; ++number) {

@@ -2,7 +2,9 @@
 
 #include "tavio/printing/series.h"
 
+#include <algorithm>
 #include <atomic>
+#include <random>
 #include <stdexcept>
 #include <stop_token>
 
@@ -79,17 +81,17 @@ TEST(Series, SendsTheTicketsInOrderOverOneConnection) {
 TEST(Series, HasTheBytesAndElementsOfOneJobWithAnyNumberOfThreads) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
-    test::Random random(seed);
+    tavio::test::Random random(seed);
     std::vector<Ticket> tickets;
     while (tickets.size() < 40) {
-        const auto ticket = test::randomTicket(random);
+        const auto ticket = tavio::test::randomTicket(random);
         const auto isPage = [](const auto& element) {
-            return element.kind == test::RandomElement::Kind::kPage ||
-                   element.kind == test::RandomElement::Kind::kStorePage;
+            return element.kind == tavio::test::RandomElement::Kind::kPage ||
+                   element.kind == tavio::test::RandomElement::Kind::kStorePage;
         };
         if (std::ranges::any_of(ticket.elements, isPage))
             continue;  // each has an engine of its own
-        tickets.push_back(test::composed(ticket, random));
+        tickets.push_back(tavio::test::composed(ticket, random));
     }
     const auto job = encode(tickets);
     ASSERT_TRUE(job);
