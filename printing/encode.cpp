@@ -17,7 +17,8 @@ std::size_t elementCountOf(std::span<const Ticket> tickets) {
 }
 
 EncodedTickets encodeAll(std::span<const Ticket> tickets, const EncodeOptions& options) {
-    TicketsEncoder encoder(options, elementCountOf(tickets));
+    OpenDocuments documents;
+    TicketsEncoder encoder({options, documents}, elementCountOf(tickets));
     if (!tickets.empty()) encoder.encoded().job.settings = tickets.front().settings();
     for (std::size_t number = 0; number < tickets.size(); ++number)
         encoder.encode(tickets[number], number);

@@ -41,8 +41,8 @@ std::optional<Problem> problemOf(const DrawOptions& options) {
 
 class ElementEncoder {
   public:
-    ElementEncoder(const Layout& layout, const EncodeOptions& options, Bytes& bytes)
-        : layout_(layout), options_(options), bytes_(bytes) {}
+    ElementEncoder(const Layout& layout, const Encoding& encoding, Bytes& bytes)
+        : layout_(layout), options_(encoding.options), encoding_(encoding), bytes_(bytes) {}
 
     Result operator()(const element::Document& document) const {
         return appendDrawing(document, document.place, std::nullopt);
@@ -140,7 +140,8 @@ class ElementEncoder {
         const DrawOptions& options = picture.options;
         const auto box = boxOf(layout_, place, options.margin);
         if (!box) return tl::unexpected(box.error());
-        auto drawn = sharpDrawingOf(picture, layout_.resolution, fitRules(*box, options), options_);
+        auto drawn =
+            sharpDrawingOf(picture, layout_.resolution, fitRules(*box, options), encoding_);
         if (!drawn) return tl::unexpected(drawn.error());
         return appendSharp(std::move(*drawn), layout_,
                            {*box, options, logo, options_.mayUseThreads}, bytes_);
@@ -165,15 +166,16 @@ class ElementEncoder {
 
     const Layout& layout_;
     const EncodeOptions& options_;
+    const Encoding& encoding_;
     Bytes& bytes_;
 };
 
 }  // namespace
 
-Result appendElement(const Element& element, const Layout& layout, const EncodeOptions& options,
+Result appendElement(const Element& element, const Layout& layout, const Encoding& encoding,
                      Bytes& bytes) {
     try {
-        return std::visit(ElementEncoder(layout, options, bytes), element);
+        return std::visit(ElementEncoder(layout, encoding, bytes), element);
     } catch (const std::bad_alloc&) {
         return problem(ProblemKind::kOverMemory, "there is not enough memory for this");
     } catch (const std::length_error&) {

@@ -31,7 +31,7 @@ EncodedAhead::EncodedAhead(std::span<const Ticket> tickets, const SeriesOptions&
 
 EncodedAhead::~EncodedAhead() {
     const std::lock_guard lock(mutex_);
-    stop_.request_stop();
+    isEnding_ = true;
     hasRoom_.notify_all();
 }
 
@@ -47,9 +47,9 @@ std::size_t EncodedAhead::encoded() const noexcept {
     return encoded_;
 }
 
-EncodedTickets EncodedAhead::encode(std::size_t number) const noexcept {
+EncodedTickets EncodedAhead::encode(std::size_t number) noexcept {
     try {
-        TicketsEncoder encoder(options_, tickets_[number].elements().size());
+        TicketsEncoder encoder({options_, documents_}, tickets_[number].elements().size());
         encoder.encode(tickets_[number], number);
         return std::move(encoder.encoded());
     } catch (const std::exception&) {
@@ -64,10 +64,10 @@ void EncodedAhead::run() noexcept {
     std::unique_lock lock(mutex_);
     while (true) {
         hasRoom_.wait(lock, [this] {
-            return stop_.stop_requested() || begun_ == tickets_.size() ||
+            return isEnding_ || begun_ == tickets_.size() ||
                    begun_ < handed_ + slots_.size();
         });
-        if (stop_.stop_requested() || begun_ == tickets_.size()) return;
+        if (isEnding_ || begun_ == tickets_.size()) return;
         const std::size_t number = begun_++;
         lock.unlock();
         EncodedTickets encoded = encode(number);

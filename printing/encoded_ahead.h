@@ -6,7 +6,6 @@
 #include <mutex>
 #include <optional>
 #include <span>
-#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -36,12 +35,12 @@ class EncodedAhead {
 
   private:
     void run() noexcept;
-    EncodedTickets encode(std::size_t number) const noexcept;
+    EncodedTickets encode(std::size_t number) noexcept;
     void startThreads(std::size_t count) noexcept;
 
     std::span<const Ticket> tickets_;
     EncodeOptions options_;
-    std::stop_source stop_;
+    OpenDocuments documents_;
 
     mutable std::mutex mutex_;
     std::condition_variable hasRoom_;
@@ -50,6 +49,7 @@ class EncodedAhead {
     std::size_t begun_ = 0;                             // tickets whose encoding has begun
     std::size_t encoded_ = 0;                           // tickets
     std::size_t handed_ = 0;                            // tickets that next() has returned
+    bool isEnding_ = false;                             // no ticket is begun any more
 
     std::vector<std::jthread> threads_;  // end before everything that they use
 };

@@ -31,7 +31,8 @@ sharp::FitRules pageRules(const sharp::Fitted& page, const sharp::FitRules& rule
 
 // A page of the application's own engine is a picture.
 Result pageOfEngine(const ReadDocument& document, std::int32_t number, std::int32_t resolution,
-                    const sharp::FitRules& rules, const EncodeOptions& options) {
+                    const sharp::FitRules& rules, const Encoding& encoding) {
+    const EncodeOptions& options = encoding.options;
     DrawnPage drawn = askForPage(document.file, document.name, number, options);
     if (!drawn.result.page) return noPage(document, drawn.result.outcome, number, drawn.pages);
     platform::PdfPage& page = *drawn.result.page;
@@ -49,9 +50,9 @@ Result pageOfEngine(const ReadDocument& document, std::int32_t number, std::int3
 }
 
 Result pageOfHelper(const ReadDocument& document, std::int32_t number, std::int32_t resolution,
-                    const sharp::FitRules& rules, const EncodeOptions& options) {
-    sharp::SharpPage page = sharp::drawPage(*document.file, {number, resolution, rules},
-                                            options.pageLimits, options.helper);
+                    const sharp::FitRules& rules, const Encoding& encoding) {
+    const auto opened = encoding.documents.of(document.file, encoding.options);
+    sharp::SharpPage page = sharp::drawPage(*opened, {number, resolution, rules});
     if (!page.rows) return noPage(document, page.outcome, number, page.pages);
     return SharpDrawing{std::move(page.rows), page.fitted, document.name,
                         DocumentPage{document.identity, document.name, number, page.pages,
@@ -64,7 +65,8 @@ Result pageOfHelper(const ReadDocument& document, std::int32_t number, std::int3
 Expected<SharpDrawing, Problem> sharpDrawingOf(const element::Document& document,
                                                std::int32_t resolution,
                                                const sharp::FitRules& rules,
-                                               const EncodeOptions& options) {
+                                               const Encoding& encoding) {
+    const EncodeOptions& options = encoding.options;
     const auto read = readDocument(document, options);
     if (!read) return tl::unexpected(read.error());
     if (!read->isPage) {
@@ -72,15 +74,15 @@ Expected<SharpDrawing, Problem> sharpDrawingOf(const element::Document& document
                               read->name);
     }
     const auto draw = options.pageEngine ? pageOfEngine : pageOfHelper;
-    return draw(*read, document.options.page, resolution, rules, options);
+    return draw(*read, document.options.page, resolution, rules, encoding);
 }
 
 Expected<SharpDrawing, Problem> sharpDrawingOf(const element::Pixels& pixels,
                                                std::int32_t /*resolution*/,
                                                const sharp::FitRules& rules,
-                                               const EncodeOptions& options) {
+                                               const Encoding& encoding) {
     if (auto problem = problemOf(pixels)) return tl::unexpected(std::move(*problem));
-    return pictureDrawing(sharp::openPicture(pixels.picture, rules, options.mayUseThreads),
+    return pictureDrawing(sharp::openPicture(pixels.picture, rules, encoding.options.mayUseThreads),
                           kPixelsName);
 }
 

@@ -8,7 +8,7 @@
 #include "TavioIpadSDK/sharp/fit.h"
 #include "TavioIpadSDK/sharp/grey_rows.h"
 #include "tavio/printing/encoded_parts.h"
-#include "tavio/printing/job.h"
+#include "tavio/printing/open_documents.h"
 #include "tavio/printing/result.h"
 #include "tavio/printing/ticket.h"
 
@@ -27,11 +27,11 @@ struct SharpDrawing {
 Expected<SharpDrawing, Problem> sharpDrawingOf(const element::Document& document,
                                                std::int32_t resolution,
                                                const sharp::FitRules& rules,
-                                               const EncodeOptions& options);
+                                               const Encoding& encoding);
 
 Expected<SharpDrawing, Problem> sharpDrawingOf(const element::Pixels& pixels,
                                                std::int32_t resolution,
                                                const sharp::FitRules& rules,
-                                               const EncodeOptions& options);
+                                               const Encoding& encoding);
 
 }  // namespace tavio::printing

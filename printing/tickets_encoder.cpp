@@ -22,14 +22,14 @@ void TicketsEncoder::encode(const Ticket& ticket, std::size_t number) {
 
 void TicketsEncoder::encodeOne(const Element& element, const Layout& layout, std::size_t ticket,
                                std::size_t at) {
-    if (options_.stop.stop_requested()) {
+    if (encoding_.options.stop.stop_requested()) {
         encoded_.isStopped = true;
         return add(Problem{ProblemKind::kCancelled, 0, {}, "encoding was cancelled"}, ticket, at);
     }
     tellProgress();
     Bytes& bytes = encoded_.job.bytes;
     const std::size_t offset = bytes.size();
-    auto parts = appendElement(element, layout, options_, bytes);
+    auto parts = appendElement(element, layout, encoding_, bytes);
     if (parts && bytes.size() > encoder::kMaxStreamBytes)
         parts = problem(ProblemKind::kTooLarge, "the job has more than 2^31 - 1 bytes: divide it");
     if (!parts) {
@@ -41,7 +41,8 @@ void TicketsEncoder::encodeOne(const Element& element, const Layout& layout, std
 
 void TicketsEncoder::tellProgress() {
     try {
-        if (options_.progress) options_.progress(number_, count_);
+        const auto& progress = encoding_.options.progress;
+        if (progress) progress(number_, count_);
     } catch (...) {  // NOLINT(bugprone-empty-catch): nothing depends on it
     }
     ++number_;

@@ -7,6 +7,7 @@
 
 #include "tavio/printing/job.h"
 #include "tavio/printing/layout.h"
+#include "tavio/printing/open_documents.h"
 #include "tavio/printing/printed_documents.h"
 #include "tavio/printing/result.h"
 #include "tavio/printing/ticket.h"
@@ -25,8 +26,8 @@ struct EncodedTickets {
 class TicketsEncoder {
   public:
     // elementCount: of all tickets, for EncodeOptions::progress.
-    TicketsEncoder(const EncodeOptions& options, std::size_t elementCount)
-        : options_(options), count_(elementCount) {}
+    TicketsEncoder(const Encoding& encoding, std::size_t elementCount)
+        : encoding_(encoding), count_(elementCount) {}
 
     // Appends the ticket. number: among all tickets, from 0. After a stop it does nothing. Throws
     // std::bad_alloc.
@@ -41,7 +42,7 @@ class TicketsEncoder {
     void keep(EncodedParts& parts, std::size_t ticket, std::size_t at, std::size_t offset);
     void add(Problem found, std::size_t ticket, std::optional<std::size_t> element);
 
-    const EncodeOptions& options_;
+    Encoding encoding_;
     std::size_t count_;
     std::size_t number_ = 0;  // of the next element
     EncodedTickets encoded_;
