@@ -29,4 +29,5 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/TavioConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/TavioConfig.cmake"
               "${PROJECT_BINARY_DIR}/TavioConfigVersion.cmake"
+              "${PROJECT_SOURCE_DIR}/cmake/FindZint.cmake"
         DESTINATION "${package}")

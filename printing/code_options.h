@@ -24,6 +24,9 @@ enum class CodeKind : std::uint8_t {
 // The names as they stand on command lines and in messages: "qr", "code128", "datamatrix".
 TAVIO_API const char* nameOf(CodeKind kind) noexcept;
 
+// About how much of a QR code may be damaged: 7, 15, 25 or 30 percent. Higher levels need larger codes.
+enum class Correction : std::uint8_t { kLow, kMedium, kQuartile, kHigh };
+
 // ---- How large --------------------------------------------------------------------------------
 
 // A module is this many dots wide, 1 or more. Scanners want 3 or more.
@@ -69,16 +72,20 @@ struct TAVIO_API CodeOptions {
     Align align = Align::kTopLeft;  // in the box
 
     bool hasQuietZone = true;  // else the application sees to the white around the symbol
-    bool hasText = false;      // its data in letters below it; of linear codes only
+    bool hasText = false;  // its data in letters below it; of linear codes only. That of an EAN-13
+                           // lies in its quiet zone, too
 
     // Of linear codes: the height of the bars in dots; 0 for 15 % of the symbol's width, at least
-    // 6.5 mm (of EAN-13: as its standard has it), and at most what the box has.
+    // 6.5 mm (of EAN-13: as its standard has it), and less if the box has less, down to 3 mm.
     std::int32_t barHeight = 0;
 
     // Of linear codes: how much narrower than their modules the bars are printed, in dots, 0 to 1,
     // because thermal dots spread. A part of a dot is taken off in as many of the rows. None: what
     // the printer's calibration says (EncodeOptions::calibration).
     std::optional<double> barReduction{};
+
+    // Of QR codes: at least this much; more where the code becomes no larger by it.
+    Correction correction = Correction::kMedium;
 
     bool operator==(const CodeOptions&) const = default;
 };

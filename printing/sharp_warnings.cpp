@@ -11,9 +11,6 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 
-// Scanners read a code from 3 dots a module on.
-constexpr double kMinModuleDots = 3;
-
 // Larger pictures are not searched for codes: they are no tickets, and it would take longer than
 // printing them.
 constexpr std::int64_t kMaxSearchedDots = std::int64_t{1} << 23;
@@ -25,13 +22,11 @@ Warning warning(WarningKind kind, std::int64_t count, std::string sentence) {
     return {kind, 0, 0, count, std::move(sentence)};
 }
 
-std::optional<Warning> smallModule(const std::string& name, const sharp::Dots& dots) {
+std::optional<Warning> smallestModule(const std::string& name, const sharp::Dots& dots) {
     if (std::int64_t{dots.width} * dots.height > kMaxSearchedDots) return std::nullopt;
     const auto module = sharp::narrowestModule(dots);
-    if (!module || *module >= kMinModuleDots) return std::nullopt;
-    return warning(WarningKind::kSmallModule, static_cast<std::int64_t>(std::floor(*module * 10)),
-                   name + " has a code with modules of " + decimalText(*module) +
-                       " dots, which may not scan: make it larger, 3 dots or more");
+    if (!module) return std::nullopt;
+    return smallModule(name + " has a code with modules", *module);
 }
 
 std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
@@ -43,6 +38,13 @@ std::optional<Warning> shrunkPage(const SharpDrawing& drawing) {
 }
 
 }  // namespace
+
+std::optional<Warning> smallModule(const std::string& subject, double dots) {
+    if (dots >= kMinModuleDots) return std::nullopt;
+    return warning(WarningKind::kSmallModule, static_cast<std::int64_t>(std::floor(dots * 10)),
+                   subject + " of " + decimalText(dots) +
+                       " dots, which may not scan: make it larger, 3 dots or more");
+}
 
 std::optional<Warning> smallText(const std::string& name, double dots) {
     if (dots <= 0 || dots >= kMinFaceDots) return std::nullopt;
@@ -58,7 +60,7 @@ std::vector<Warning> sharpWarnings(const SharpGraphics& graphics, const Layout& 
         if (found) warnings.push_back(std::move(*found));
     };
     add(beyondTicket(graphics.rectangle, layout));
-    add(smallModule(drawing.name, graphics.dots));
+    add(smallestModule(drawing.name, graphics.dots));
     add(smallText(drawing.name, drawing.smallestTextPoints / kPointsPerInch * layout.resolution));
     add(shrunkPage(drawing));
     return warnings;

@@ -4,7 +4,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libexpected-dev libcli11-dev libtomlplusplus-dev
-  libcpp-httplib-dev
+  libcpp-httplib-dev libzint-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
 )
 test_packages=(libgtest-dev iproute2 python3-jsonschema)
@@ -12,6 +12,11 @@ check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)
 browser_packages=(chromium) # and Node.js with npm, see need_node
 # To build for AArch64 and run the programs; name:architecture is another processor's package.
 cross_packages=(g++-aarch64-linux-gnu qemu-user libpng-dev:arm64 libjpeg62-turbo-dev:arm64 libhwy-dev:arm64)
+
+# Packages for AArch64 that cannot lie beside this machine's own: unpacked into a folder where
+# cmake/aarch64-linux-gnu.cmake looks for them.
+unpacked_cross_packages=(libzint-dev libzint2.11)
+unpacked_cross_folder=build/aarch64-packages
 
 bench_packages=(libbenchmark-dev python3 python3-numpy python3-pil) # and python3-pil is a peer
 # What reads printed codes and letters, and what makes and judges the pages: scripts/print-quality.
@@ -61,18 +66,29 @@ need_packages() {
       apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# Unpacks the packages for AArch64 that are not installed. The architecture has been added.
+need_unpacked_cross_packages() {
+  [ -e "$unpacked_cross_folder/usr" ] && return 0
+  local folder=$unpacked_cross_folder.new package
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  (cd "$folder" && apt-get download -qq "${unpacked_cross_packages[@]/%/:arm64}") || return 1
+  for package in "$folder"/*.deb; do dpkg --extract "$package" "$folder" || return 1; done
+  mv "$folder" "$unpacked_cross_folder"
+}
+
 # Installs the packages for AArch64. If the package sources have none, the architecture is removed
 # again: with it every later `apt-get update` would fail.
 need_cross_packages() {
   local missing added=no
   mapfile -t missing < <(missing_of "${cross_packages[@]}")
-  [ ${#missing[@]} -eq 0 ] && return 0
+  [ ${#missing[@]} -eq 0 ] && { need_unpacked_cross_packages; return; }
   may_install "${missing[@]}" || return 1
   if ! dpkg --print-foreign-architectures | grep -qx arm64; then
     echo "Adding the architecture arm64 to the package sources"
     as_root dpkg --add-architecture arm64 && added=yes
   fi
-  need_packages "${missing[@]}" && return 0
+  need_packages "${missing[@]}" && need_unpacked_cross_packages && return 0
   echo "The tests for AArch64 need these packages, and apt-get cannot install them here: ${missing[*]}" >&2
   [ $added = no ] || as_root dpkg --remove-architecture arm64 || true
   return 1

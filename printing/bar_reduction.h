@@ -1,0 +1,11 @@
+// How much narrower bars are printed on a printer whose dots spread.
+#pragma once
+
+#include "tavio/printing/calibration.h"
+
+namespace tavio::printing {
+
+// In dots, 0 to 1: by how much a bar of round dots is wider in the mean than its dots' room.
+double barReductionFor(const Calibration& calibration);
+
+}  // namespace tavio::printing
