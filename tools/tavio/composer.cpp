@@ -31,6 +31,16 @@ std::int32_t pageCountOf(const printing::Source& source) {
     return info->pages;
 }
 
+// A document of several pages is read once. One that cannot be read is refused by encode().
+printing::Source readNow(const printing::Source& source) {
+    if (source.content()) return source;
+    try {
+        return printing::Source::bytes(InputFile(source.name()).rest(), source.name());
+    } catch (const Failure&) {
+        return source;
+    }
+}
+
 }  // namespace
 
 // One ticket's share of a document.
@@ -134,7 +144,9 @@ std::vector<Composer::Part> Composer::partsOf(const std::string& path, const Opt
     }
     std::vector<Part> parts;
     const std::int32_t pageCount = options.pages.all ? pageCountOf(part.source) : 1;
-    for (std::int32_t page : options.pages.numbers(pageCount)) {
+    const std::vector<std::int32_t> pages = options.pages.numbers(pageCount);
+    if (pages.size() > 1) part.source = readNow(part.source);
+    for (std::int32_t page : pages) {
         parts.push_back({part.kind, part.source, page});
     }
     return parts;

@@ -74,12 +74,12 @@ void Console::stage(std::string_view name) {
     stateChanged_.notify_all();
 }
 
-void Console::beginSending() {
+void Console::beginSending(ProgressLine::Unit unit) {
     if (!display_) return;
     {
         std::lock_guard lock(stateMutex_);
         const auto now = Clock::now();
-        progress_.emplace(now);
+        progress_.emplace(now, unit);
         progressDue_ = now + display_->progressDelay;
         stage_.clear();
         redrawNow_ = true;

@@ -50,9 +50,9 @@ class Console {
     void stage(std::string_view name);
 
     // Begins the sending of a job; the next stage ends it.
-    void beginSending();
+    void beginSending(ProgressLine::Unit unit = ProgressLine::Unit::kBytes);
 
-    // `done` bytes of `total` have been sent.
+    // `done` bytes or tickets of `total` have been sent.
     void progress(std::uint64_t done, std::uint64_t total);
 
     // Ends the display of stages and progress and clears the last line of the terminal.

@@ -16,6 +16,8 @@ Notice noticeOf(const printing::Problem& problem, const Composer& composer) {
             .element = problem.element};
 }
 
+}  // namespace
+
 printing::EncodeOptions encodeOptions(Console& console) {
     printing::EncodeOptions options;
     options.progress = [&console](std::size_t number, std::size_t count) {
@@ -29,29 +31,30 @@ printing::EncodeOptions encodeOptions(Console& console) {
     return options;
 }
 
-}  // namespace
+void addProblems(const printing::Problems& found, const Composer& composer,
+                 std::vector<Notice>& problems) {
+    for (const printing::Problem& problem : found) {
+        const Notice notice = noticeOf(problem, composer);
+        const bool isTold = std::ranges::any_of(problems, [&notice](const Notice& other) {
+            return other.line == notice.line && other.sentence == notice.sentence;
+        });
+        if (!isTold) problems.push_back(notice);
+    }
+}
 
 std::optional<printing::Job> encodeTickets(const Composer& composer, Console& console,
                                            std::vector<Notice>& problems) {
     if (composer.tickets().empty()) return std::nullopt;
     auto job = printing::encode(composer.tickets(), encodeOptions(console));
-    if (!job) {
-        for (const printing::Problem& problem : job.error()) {
-            const Notice notice = noticeOf(problem, composer);
-            const bool isTold =
-                std::any_of(problems.begin(), problems.end(), [&notice](const Notice& other) {
-                    return other.line == notice.line && other.sentence == notice.sentence;
-                });
-            if (!isTold) problems.push_back(notice);  // the same problem of each copy
-        }
-    }
+    if (!job) addProblems(job.error(), composer, problems);
     if (!problems.empty()) return std::nullopt;
     return *job;
 }
 
-std::vector<Notice> warningsOf(const printing::Job& job, const Composer& composer) {
+std::vector<Notice> warningsOf(const std::vector<printing::Warning>& warnings,
+                               const Composer& composer) {
     std::vector<Notice> notices;
-    for (const printing::Warning& warning : job.warnings()) {
+    for (const printing::Warning& warning : warnings) {
         const Origin origin = composer.originOf(warning.ticket, warning.element);
         const bool isKnown =
             origin.pagesChosen && warning.kind == printing::WarningKind::kMorePages;

@@ -11,11 +11,19 @@
 
 namespace tavio::tool {
 
+// Those of every job. The console is told what is being encoded; it must live as long.
+printing::EncodeOptions encodeOptions(Console& console);
+
+// With their places in the script; the same problem of several copies once.
+void addProblems(const printing::Problems& found, const Composer& composer,
+                 std::vector<Notice>& problems);
+
 // The job of the tickets. None if there are problems, to which those of the tickets are added.
 std::optional<printing::Job> encodeTickets(const Composer& composer, Console& console,
                                            std::vector<Notice>& problems);
 
 // The warnings that a person needs: once for all copies, and none of pages that were not chosen.
-std::vector<Notice> warningsOf(const printing::Job& job, const Composer& composer);
+std::vector<Notice> warningsOf(const std::vector<printing::Warning>& warnings,
+                               const Composer& composer);
 
 }  // namespace tavio::tool

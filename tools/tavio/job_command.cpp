@@ -64,16 +64,53 @@ void tellProblems(std::vector<Notice> problems, Report& report) {
     for (const Notice& problem : problems) report.problem(problem);
 }
 
-// The job; none if something is wrong, which has been told. A signal ends the program.
-std::optional<printing::Job> encodeJob(const Options& options, const Destination& destination,
-                                       Composer& composer, Report& report) {
+// Documents of more tickets are encoded while they are sent: the first need not wait for the last, and
+// few are in memory. Any other job is sent only if all of it can be encoded.
+constexpr std::size_t kMaxWholeTickets = 16;
+
+bool isSeries(const Options& options, const Composer& composer, const Destination& destination) {
+    return options.command == Command::kPrint && isPrinter(destination.target) &&
+           composer.tickets().size() > kMaxWholeTickets;
+}
+
+// A file that is missing is told before the first ticket is sent.
+void checkFiles(const Options& options) {
+    for (const std::string& path : options.files) {
+        if (!isStream(path)) InputFile{path};
+    }
+}
+
+// Composes the job, and encodes it if it is no series. None if something is wrong, which has been
+// told, or of a series. A signal ends the program.
+std::optional<printing::Job> composeJob(const Options& options, const Destination& destination,
+                                        Composer& composer, std::vector<Notice>& problems,
+                                        Report& report) {
     const ExitOnSignal interrupts(report.lastWords());
     report.console().stage("reading");
-    std::vector<Notice> problems =
-        compose(options, options.settings.over(destination.settings), composer);
-    auto job = encodeTickets(composer, report.console(), problems);
-    if (!job) tellProblems(std::move(problems), report);
+    problems = compose(options, options.settings.over(destination.settings), composer);
+    std::optional<printing::Job> job;
+    if (!problems.empty() || !isSeries(options, composer, destination))
+        job = encodeTickets(composer, report.console(), problems);
+    if (!problems.empty()) tellProblems(problems, report);
     return job;
+}
+
+int runSeries(const Composer& composer, const Destination& destination, const Options& options,
+              Report& report) {
+    checkFiles(options);
+    report.member("target", command_line::jsonText(destination.name));
+    const SeriesDelivery delivery = printSeries(composer, destination, options, report);
+    report.member("tickets",
+                  ticketsJson(composer, delivery.result.elements, delivery.result.print.elements));
+    return delivery.status;
+}
+
+int runWhole(const printing::Job& job, const Composer& composer, const Destination& destination,
+             const Options& options, Report& report) {
+    for (const Notice& warning : warningsOf(job.warnings(), composer)) report.warning(warning);
+    const Delivery delivery = deliver(job, destination, options, report);
+    report.member("tickets", ticketsJson(composer, job.elements(), delivery.fates));
+    return delivery.status;
 }
 
 }  // namespace
@@ -82,12 +119,12 @@ int runJob(const Options& options, Report& report) {
     report.outcome(printing::nameOf(links::Outcome::kNothingSent));
     const Destination destination = destinationOf(options);
     Composer composer(replacedFile(destination.target));
-    const auto job = encodeJob(options, destination, composer, report);
-    if (!job) return static_cast<int>(ExitStatus::kNothingSent);
-    for (const Notice& warning : warningsOf(*job, composer)) report.warning(warning);
-    const Delivery delivery = deliver(*job, destination, options, report);
-    report.member("tickets", ticketsJson(composer, *job, delivery.fates));
-    return delivery.status;
+    std::vector<Notice> problems;
+    const auto job = composeJob(options, destination, composer, problems, report);
+    if (job) return runWhole(*job, composer, destination, options, report);
+    if (!isSeries(options, composer, destination) || !problems.empty())
+        return static_cast<int>(ExitStatus::kNothingSent);
+    return runSeries(composer, destination, options, report);
 }
 
 }  // namespace tavio::tool

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tavio/printing/printer.h"
+#include "tools/tavio/encoding.h"
 #include "tools/tavio/exit_status.h"
 #include "tools/tavio/failure.h"
 #include "tools/tavio/interrupts.h"
@@ -84,14 +85,42 @@ int statusOf(const printing::PrintResult& result) {
     return static_cast<int>(isConfirmed ? ExitStatus::kGood : ExitStatus::kNotConfirmed);
 }
 
-printing::PrintOptions printOptions(const Options& options, Console& console) {
-    printing::PrintOptions result;
-    result.readyBefore = options.ready;
-    result.readyAfter = options.confirm;
-    result.progress = [&console](std::uint64_t sent, std::uint64_t total) {
-        console.progress(sent, total);
+printing::PrintOptions printOptions(const Options& options) {
+    return {.readyBefore = options.ready, .readyAfter = options.confirm};
+}
+
+void tellResult(const printing::PrintResult& result, const Destination& printer, Report& report) {
+    if (result.outcome != links::Outcome::kNothingSent) report.markDone();
+    tellRemarks(result.remarks, report);
+    report.outcome(printing::nameOf(result.outcome));
+    report.line(result.describe());
+    if (result.reply) report.line("the printer says: " + *result.reply);
+    tellBytes(result, report);
+    tellReply(result.reply, result.state, printer, report);
+}
+
+printing::SeriesOptions seriesOptions(const Options& options, Console& console) {
+    printing::SeriesOptions series;
+    series.encode = encodeOptions(console);
+    series.print = printOptions(options);
+    series.progress = [&console](const printing::SeriesProgress& now) {
+        console.progress(now.sent, now.count);
     };
-    return result;
+    return series;
+}
+
+// What a person needs to go on after a series that has not been sent as a whole.
+void tellSentTickets(const printing::SeriesResult& result, Report& report) {
+    report.member("sentTickets", std::to_string(result.sentTickets));
+    if (result.sentTickets == result.tickets) return;
+    report.line(std::to_string(result.sentTickets) + " of " + std::to_string(result.tickets) +
+                " tickets were sent as a whole");
+}
+
+int statusOf(const printing::SeriesResult& result) {
+    const int status = statusOf(result.print);
+    if (status != static_cast<int>(ExitStatus::kGood) || result.isGood()) return status;
+    return static_cast<int>(ExitStatus::kPartlySent);
 }
 
 }  // namespace
@@ -102,15 +131,31 @@ Delivery printJob(const printing::Job& job, const Destination& printer, const Op
     ConnectedPrinter connected(printer, options, console);
     console.stage("connecting");
     console.beginSending();
-    const printing::PrintResult result = connected->print(job, printOptions(options, console));
-    if (result.outcome != links::Outcome::kNothingSent) report.markDone();
-    tellRemarks(result.remarks, report);
-    report.outcome(printing::nameOf(result.outcome));
-    report.line(result.describe());
-    if (result.reply) report.line("the printer says: " + *result.reply);
-    tellBytes(result, report);
-    tellReply(result.reply, result.state, printer, report);
+    printing::PrintOptions print = printOptions(options);
+    print.progress = [&console](std::uint64_t sent, std::uint64_t total) {
+        console.progress(sent, total);
+    };
+    const printing::PrintResult result = connected->print(job, print);
+    tellResult(result, printer, report);
     return {statusOf(result), result.elements};
+}
+
+SeriesDelivery printSeries(const Composer& composer, const Destination& printer,
+                           const Options& options, Report& report) {
+    Console& console = report.console();
+    ConnectedPrinter connected(printer, options, console);
+    console.beginSending(ProgressLine::Unit::kTickets);
+    SeriesDelivery delivery;
+    delivery.result = connected->printSeries(composer.tickets(), seriesOptions(options, console));
+    const printing::SeriesResult& result = delivery.result;
+    for (const Notice& warning : warningsOf(result.warnings, composer)) report.warning(warning);
+    std::vector<Notice> problems;
+    addProblems(result.problems, composer, problems);
+    for (const Notice& problem : problems) report.problem(problem);
+    tellResult(result.print, printer, report);
+    tellSentTickets(result, report);
+    delivery.status = statusOf(result);
+    return delivery;
 }
 
 int tellStatus(const Destination& printer, const Options& options, Report& report) {

@@ -69,18 +69,19 @@ const char* nameOf(printing::Orientation orientation) {
     return orientation == printing::Orientation::kPortrait ? "portrait" : "landscape";
 }
 
-std::string ticketsJson(const Composer& composer, const printing::Job& job,
+std::string ticketsJson(const Composer& composer,
+                        const std::vector<printing::EncodedElement>& elements,
                         const std::vector<printing::ElementFate>& fates) {
-    std::vector<std::vector<std::string>> elements(composer.tickets().size());
-    for (std::size_t index = 0; index < job.elements().size(); ++index) {
-        const printing::EncodedElement& element = job.elements()[index];
-        elements.at(element.ticket)
+    std::vector<std::vector<std::string>> ofTickets(composer.tickets().size());
+    for (std::size_t index = 0; index < elements.size(); ++index) {
+        const printing::EncodedElement& element = elements[index];
+        ofTickets.at(element.ticket)
             .push_back(
                 elementJson(composer, element, index < fates.size() ? &fates[index] : nullptr));
     }
     std::vector<std::string> tickets;
-    for (std::size_t index = 0; index < elements.size(); ++index) {
-        tickets.push_back(ticketJson(composer.tickets()[index].settings(), elements[index]));
+    for (std::size_t index = 0; index < ofTickets.size(); ++index) {
+        tickets.push_back(ticketJson(composer.tickets()[index].settings(), ofTickets[index]));
     }
     return jsonArray(tickets);
 }

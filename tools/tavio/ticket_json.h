@@ -18,7 +18,8 @@ const char* nameOf(printing::Orientation orientation);
 
 // Each ticket with its settings and elements; of these their place in the bytes, and their fates, if
 // there are any.
-std::string ticketsJson(const Composer& composer, const printing::Job& job,
+std::string ticketsJson(const Composer& composer,
+                        const std::vector<printing::EncodedElement>& elements,
                         const std::vector<printing::ElementFate>& fates);
 
 }  // namespace tavio::tool

@@ -27,6 +27,28 @@ TEST(ProgressLine, TellsBytesPercentAndRate) {
               "sending  [####################]  39 kB of 39 kB  100%  13 kB/s");
 }
 
+TEST(ProgressLine, TellsTicketsPercentAndTheTimeThatIsLeft) {
+    ProgressLine line(at(seconds(0)), ProgressLine::Unit::kTickets);
+    line.update(at(seconds(1)), 0, 500);
+    EXPECT_EQ(line.text(at(seconds(1)), kWide),
+              "printing  [--------------------]  0 of 500 tickets  0%");
+    line.update(at(seconds(2)), 75, 500);
+    EXPECT_EQ(line.text(at(seconds(2)), kWide),
+              "printing  [###-----------------]  75 of 500 tickets  15%  0:11 left");
+    line.update(at(seconds(3)), 500, 500);
+    EXPECT_EQ(line.text(at(seconds(3)), kWide),
+              "printing  [####################]  500 of 500 tickets  100%");
+}
+
+TEST(ProgressLine, WritesTimesAsClocksDo) {
+    EXPECT_EQ(timeText(0), "0:00");
+    EXPECT_EQ(timeText(7.4), "0:07");
+    EXPECT_EQ(timeText(125), "2:05");
+    EXPECT_EQ(timeText(3725), "1:02:05");
+    EXPECT_EQ(timeText(1e300), "99:59:59");
+    EXPECT_EQ(timeText(-1), "0:00");
+}
+
 TEST(ProgressLine, IsEmptyAsLongAsThereIsNothingToSend) {
     ProgressLine line(at(seconds(0)));
     EXPECT_EQ(line.text(at(seconds(1)), kWide), "");
