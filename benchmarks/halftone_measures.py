@@ -30,6 +30,29 @@ def mean_on_paper(black):
     return 1 - disc * inner.mean() + overlap * pairs
 
 
+AROUND = [(y, x) for y in (-1, 0, 1) for x in (-1, 0, 1)]
+
+
+def neighbourhoods(black):
+    """How often each pattern of 3 x 3 dots occurs away from the edges, as shares. Bit i is AROUND[i]."""
+    height, width = black.shape
+    around = np.pad(black, 1).astype(int)
+    patterns = sum(around[1 + y:1 + y + height, 1 + x:1 + x + width] << bit
+                   for bit, (y, x) in enumerate(AROUND))[16:-8, 16:-8]
+    return np.bincount(patterns.ravel(), minlength=512) / patterns.size
+
+
+def white_of_neighbourhoods(radius, samples=100):
+    """The share of white at the middle dot of each pattern, if black dots are discs of this radius, up
+    to 1 dot: these may overlap in any way."""
+    across = (np.arange(samples) + 0.5) / samples - 0.5
+    down, right = np.meshgrid(across, across, indexing="ij")
+    reached = sum(((right - x) ** 2 + (down - y) ** 2 <= radius**2).astype(int) << bit
+                  for bit, (y, x) in enumerate(AROUND))
+    shares = np.bincount(reached.ravel(), minlength=512) / reached.size
+    return np.array([shares[(np.arange(512) & pattern) == 0].sum() for pattern in range(512)])
+
+
 def blurred(picture, sigma):
     reach = int(4 * sigma + 1)
     bell = np.exp(-np.arange(-reach, reach + 1) ** 2 / (2 * sigma**2))

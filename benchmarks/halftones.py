@@ -3,6 +3,7 @@
 
   halftones.py           measures and writes
   halftones.py --noise   writes TavioIpadSDK/sharp/diffusion_noise.h instead
+  halftones.py --gain    writes TavioIpadSDK/sharp/dot_gain_curves.h instead
 """
 import pathlib
 import subprocess
@@ -13,6 +14,7 @@ import numpy as np
 from PIL import Image
 
 import blue_noise
+import dot_gain
 import halftone_measures as measures
 import halftone_methods as methods
 
@@ -154,6 +156,7 @@ def tables(noise):
          wedge_row("ours", lambda g: ours(balanced(g))),
          wedge_row("ours, not balanced", ours), *peers])
     used = " | ".join(f"{balanced(np.array(float(v))):.0f}" for v in WEDGE)
+    yield "gain", dot_gain.table([ours(flat(value)) for value in range(256)])
     yield "tone", "\n".join([f"| grey | {steps} |", line, needed_row(ours), f"| used | {used} |"])
 
 
@@ -173,6 +176,11 @@ def main():
     noise = blue_noise.thresholds()
     if sys.argv[1:] == ["--noise"]:
         blue_noise.write_header(ROOT / "TavioIpadSDK/sharp/diffusion_noise.h", noise)
+        return
+    if sys.argv[1:] == ["--gain"]:
+        ours = candidates(noise)[OURS]
+        dot_gain.write_header(ROOT / "TavioIpadSDK/sharp/dot_gain_curves.h",
+                              [ours(flat(value)) for value in range(256)])
         return
     write_pictures(noise, ROOT / "docs/halftone")
     text = (ROOT / "benchmarks/halftone.md.in").read_text()

@@ -62,4 +62,9 @@ sharp::DotsPlace dotsPlaceOf(const Layout& layout, const Rectangle& rectangle) {
     return {false, layout.portraitEdge - left, top};
 }
 
+sharp::DotsPlace calibratedPlaceOf(const Layout& layout, const Rectangle& rectangle) {
+    const sharp::DotsPlace place = dotsPlaceOf(layout, rectangle);
+    return {place.isLandscape, place.row + layout.movedRows, place.column + layout.movedColumns};
+}
+
 }  // namespace tavio::printing

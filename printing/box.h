@@ -32,4 +32,7 @@ Rectangle alignedIn(const Box& box, Align align, Size size);
 // The rectangle's first dot as the printer counts.
 sharp::DotsPlace dotsPlaceOf(const Layout& layout, const Rectangle& rectangle);
 
+// The same where the printer's calibration moves it to. The printer may not have such rows or columns.
+sharp::DotsPlace calibratedPlaceOf(const Layout& layout, const Rectangle& rectangle);
+
 }  // namespace tavio::printing

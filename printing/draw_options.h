@@ -20,7 +20,7 @@ enum class BlackAndWhite : std::uint8_t {
 };
 
 using sharp::Fit;   // kShrink, kContain, kCover, kStretch, kActual
-using sharp::Tone;  // brightness, contrast, gamma, balancesDotGain
+using sharp::Tone;  // brightness, contrast, gamma, dotGain
 using sharp::Turn;  // kAuto, k0, k90, k180, k270
 
 // Where a page or picture lies in its box if it does not fill it.

@@ -137,7 +137,8 @@ class ElementEncoder {
     template <typename Picture>
     Result appendSharply(const Picture& picture, Place place,
                          std::optional<std::int32_t> logo) const {
-        const DrawOptions& options = picture.options;
+        DrawOptions options = picture.options;
+        if (!options.tone.dotGain) options.tone.dotGain = options_.calibration.tone;
         const auto box = boxOf(layout_, place, options.margin);
         if (!box) return tl::unexpected(box.error());
         auto drawn =

@@ -1,12 +1,16 @@
 #include "tavio/printing/layout.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <exception>
 
 #include "TavioIpadSDK/platform/utf8.h"
 #include "TavioIpadSDK/settings/orientation.h"
 #include "TavioIpadSDK/settings/portrait_dots.h"
 #include "TavioIpadSDK/settings/stock_table.h"
+#include "TavioIpadSDK/sharp/dots_place.h"
+#include "TavioIpadSDK/sharp/options.h"
 
 namespace tavio::printing {
 namespace {
@@ -55,9 +59,40 @@ std::int32_t portraitEdgeOf(const Stock& stock, Size ticket) {
     return stock.isCustom() ? ticket.width - 1 : ticket.width;
 }
 
+// Why there can be no such calibration, "" if there can.
+std::string refusal(const Calibration& calibration) {
+    if (calibration.tone < 0 || calibration.tone > sharp::kMaxDotGain) {
+        return "the printer's tone is " + std::to_string(calibration.tone) +
+               ": give a number from 0 to " + std::to_string(sharp::kMaxDotGain);
+    }
+    const auto isOffset = [](std::int64_t dots) { return std::abs(dots) <= sharp::kMaxPosition; };
+    if (!isOffset(calibration.right) || !isOffset(calibration.down)) {
+        return "the printer's offset is " + std::to_string(calibration.right) + "," +
+               std::to_string(calibration.down) + ": give at most " +
+               std::to_string(sharp::kMaxPosition) + " dots";
+    }
+    if (calibration.size && (calibration.size->width < 1 || calibration.size->height < 1)) {
+        return "the printer's size is " + std::to_string(calibration.size->width) + " x " +
+               std::to_string(calibration.size->height) + " dots: give 1 dot or more for each side";
+    }
+    return "";
+}
+
+// In portrait the printer counts its rows from the upright ticket's right edge, so that the rows that it
+// lacks are those at the left.
+void apply(const Calibration& calibration, Layout& layout) {
+    layout.movedRows = calibration.down;
+    layout.movedColumns = calibration.right;
+    if (!calibration.size) return;
+    const auto [width, height] = *calibration.size;
+    layout.ticket.width = std::min(layout.ticket.width, layout.isLandscape ? width : height);
+    layout.ticket.height = std::min(layout.ticket.height, layout.isLandscape ? height : width);
+    if (!layout.isLandscape) layout.movedRows -= std::max(layout.portraitEdge - (height - 1), 0);
+}
+
 }  // namespace
 
-Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
+Expected<Layout, Problem> layoutOf(const TicketSettings& ticket, const Calibration& calibration) {
     if (!isStock(ticket.stock)) {
         return badSetting(
             "there is no ticket of this stock: give a row of the table of stocks, or two sides of "
@@ -71,6 +106,8 @@ Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
         return badSetting(R"(the path command is not UTF-8: give one such as "<P1>")");
     }
 
+    if (std::string why = refusal(calibration); !why.empty()) return badSetting(std::move(why));
+
     Layout layout;
     layout.path = ticket.path;
     layout.isLandscape = ticket.orientation == Orientation::kLandscape;
@@ -81,6 +118,7 @@ Expected<Layout, Problem> layoutOf(const TicketSettings& ticket) {
     if (layout.ticket.width <= 0 || layout.ticket.height <= 0)
         return badSetting("the ticket's stock comes to 0 dots: give two larger sides");
     if (!layout.isLandscape) layout.portraitEdge = portraitEdgeOf(ticket.stock, layout.ticket);
+    apply(calibration, layout);
     return layout;
 }
 

@@ -19,11 +19,16 @@ struct Layout {
     std::int32_t resolution = 300;  // dots per inch
     settings::StockSize stock{};    // inches, as it lies in the orientation
     std::int32_t portraitEdge = 0;  // in portrait: the printer's row at the ticket's left edge
-    Size ticket;                    // of the upright ticket
+    Size ticket;  // of the upright ticket; at most what the calibration says can be printed
+
+    // What is drawn here is printed as many of the printer's rows and columns further: calibration.h.
+    std::int32_t movedRows = 0;
+    std::int32_t movedColumns = 0;
 };
 
 // The only problem is kBadSetting.
-Expected<Layout, Problem> layoutOf(const TicketSettings& settings);
+Expected<Layout, Problem> layoutOf(const TicketSettings& settings,
+                                   const Calibration& calibration = {});
 
 // The place as the encoder wants it.
 encoder::Placement placementAt(const Layout& layout, Place place);

@@ -28,6 +28,12 @@ std::optional<Problem> problemOfPlace(const std::string& name, const Rectangle& 
 // kTooLarge: what is drawn comes to more than can be printed.
 tl::unexpected<Problem> tooLarge(const std::string& name, Size size);
 
+// Appends the commands that print the dots in the rectangle, which must be one that can be placed, moved
+// as the printer's calibration says. White dots may come to lie where the printer has no rows or
+// columns; kBadPlace if black ones do. kTooLarge. Throws std::bad_alloc.
+std::optional<Problem> appendDots(const sharp::Dots& dots, const Rectangle& rectangle,
+                                  const std::string& name, const Layout& layout, Bytes& bytes);
+
 // Appends the commands that print the dots. Problems: those above. Throws std::bad_alloc.
 Expected<EncodedParts, Problem> appendPlaced(PlacedDots placed, const Layout& layout, Bytes& bytes);
 

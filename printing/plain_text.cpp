@@ -9,6 +9,7 @@
 #include "TavioIpadSDK/encoder/encode_bitmap.h"
 #include "TavioIpadSDK/machine/arithmetic.h"
 #include "TavioIpadSDK/platform/utf8.h"
+#include "TavioIpadSDK/sharp/dots_place.h"
 #include "tavio/printing/read_source.h"
 
 namespace tavio::printing {
@@ -62,6 +63,13 @@ std::string codeText(std::uint32_t code) {
     return digits.data();
 }
 
+// Where the printer's calibration moves a row or column to, or as near as the printer has one.
+std::int32_t moved(std::int32_t position, std::int32_t by) {
+    if (by == 0) return position;
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(std::int64_t{position} + by, 0, sharp::kMaxPosition));
+}
+
 // The sentence about the first letter of `text`, which cannot be printed.
 std::string refusal(std::string_view text) {
     const platform::Utf8Character letter = platform::firstCharacter(text);
@@ -86,7 +94,9 @@ Expected<std::string, Problem> plainText(std::string_view text, const Layout& la
     const std::int32_t row =
         layout.isLandscape ? place.row : machine::wrappingSubtract(layout.portraitEdge, place.row);
     return encoder::openingCommands(layout.path, layout.orientation) +
-           encoder::positionCommand(row, place.column) + std::string(text);
+           encoder::positionCommand(moved(row, layout.movedRows),
+                                    moved(place.column, layout.movedColumns)) +
+           std::string(text);
 }
 
 }  // namespace tavio::printing

@@ -35,15 +35,13 @@ Expected<sharp::Dots, Problem> dotsOf(SharpDrawing& drawing, const SharpOrder& o
 }
 
 // The logo's place is not known yet: its corner is where its place will be.
-void append(const sharp::Dots& dots, const Layout& layout, const SharpOrder& order,
-            const Rectangle& rectangle, Bytes& bytes) {
-    if (order.logo) {
-        appendLogo(dots, dotsPlaceOf(layout, {0, 0, rectangle.size}),
-                   encoder::openingCommands("", layout.orientation), *order.logo, bytes);
-    } else {
-        appendPicture(dots, dotsPlaceOf(layout, rectangle),
-                      encoder::openingCommands(layout.path, layout.orientation), bytes);
-    }
+std::optional<Problem> storeLogo(const sharp::Dots& dots, const std::string& name,
+                                 std::int32_t number, const Layout& layout, Bytes& bytes) try {
+    appendLogo(dots, dotsPlaceOf(layout, {0, 0, {dots.width, dots.height}}),
+               encoder::openingCommands("", layout.orientation), number, bytes);
+    return std::nullopt;
+} catch (const std::length_error&) {
+    return tooLarge(name, {dots.width, dots.height}).value();
 }
 
 }  // namespace
@@ -56,11 +54,9 @@ Expected<EncodedParts, Problem> appendSharp(SharpDrawing drawing, const Layout& 
         return tl::unexpected(std::move(*problem));
     const auto dots = dotsOf(drawing, order);
     if (!dots) return tl::unexpected(dots.error());
-    try {
-        append(*dots, layout, order, rectangle, bytes);
-    } catch (const std::length_error&) {
-        return tooLarge(drawing.name, size);
-    }
+    auto problem = order.logo ? storeLogo(*dots, drawing.name, *order.logo, layout, bytes)
+                              : appendDots(*dots, rectangle, drawing.name, layout, bytes);
+    if (problem) return tl::unexpected(std::move(*problem));
 
     EncodedParts parts;
     parts.size = size;

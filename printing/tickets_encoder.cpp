@@ -10,7 +10,7 @@ namespace tavio::printing {
 
 void TicketsEncoder::encode(const Ticket& ticket, std::size_t number) {
     if (encoded_.isStopped) return;
-    const auto layout = layoutOf(ticket.settings());
+    const auto layout = layoutOf(ticket.settings(), encoding_.options.calibration);
     if (!layout) return add(layout.error(), number, std::nullopt);
     if (ticket.isIncomplete()) {
         return add(Problem{ProblemKind::kOverMemory, 0, {}, "the ticket did not fit in memory"},

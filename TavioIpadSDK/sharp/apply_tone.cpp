@@ -66,7 +66,7 @@ HWY_AFTER_NAMESPACE();
 namespace tavio::sharp {
 
 ToneCurve::ToneCurve(const ToneTable& table) : table_(table), kind_(Kind::kOther) {
-    if (table == toneTable({.balancesDotGain = false})) kind_ = Kind::kNone;
+    if (table == toneTable({.dotGain = 0})) kind_ = Kind::kNone;
     if (table == toneTable({})) kind_ = Kind::kBalanced;
 }
 

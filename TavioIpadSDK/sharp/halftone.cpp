@@ -87,7 +87,7 @@ Dots halftoned(GreyRows& rows, const Halftone& halftone, bool mayUseThreads) {
     Dots dots = makeDots(rows.width(), rows.height());
     Tone tone = halftone.tone;
     if (halftone.method == Method::kThreshold) {
-        tone.balancesDotGain = false;
+        tone.dotGain = 0;
         applyThreshold(rows, lastBlackOf(toneTable(tone), halftone.threshold), dots);
     } else {
         const bool isLarge = std::int64_t{dots.width} * dots.height >= kMinDotsForThreads;

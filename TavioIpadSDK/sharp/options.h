@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "TavioIpadSDK/machine/export.h"
 
@@ -24,6 +25,9 @@ enum class Turn : std::uint8_t {
     k270,
 };
 
+inline constexpr std::int32_t kUsualDotGain = 4;  // dots 1.2 dots wide
+inline constexpr std::int32_t kMaxDotGain = 9;    // 1.45
+
 // Values outside the ranges are taken as the nearest inside.
 struct TAVIO_API Tone {
     double brightness = 0;  // -100 (all black) to 100 (all white); moves every value
@@ -31,8 +35,10 @@ struct TAVIO_API Tone {
     double gamma = 1;       // 0.1 to 10; more than 1 makes the middle lighter
 
     // Thermal dots are larger than their share of the paper, so that greys print darker than they
-    // are. If true, greys are made lighter by as much.
-    bool balancesDotGain = true;
+    // are. Greys are made lighter by as much: 0 (not at all) to 9, for dots that are 1 + 0.05 times
+    // as wide for each step from 4 on, and less in equal steps below (docs/halftone.md). None: what
+    // the printer's calibration says, else kUsualDotGain.
+    std::optional<std::int32_t> dotGain{};
 
     bool operator==(const Tone&) const = default;
 };

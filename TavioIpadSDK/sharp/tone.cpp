@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "TavioIpadSDK/sharp/dot_gain_curves.h"
+
 namespace tavio::sharp {
 namespace {
 
@@ -24,14 +26,38 @@ double adjusted(double share, const Tone& tone) {
     return std::clamp(turned + brightness / 100, 0.0, 1.0);
 }
 
+Byte interpolated(const DotGainCurve& curve, int value) {
+    const auto before = static_cast<std::size_t>(value / kCurveStep);
+    const int part = value % kCurveStep;
+    if (part == 0) return curve[before];
+    const int sum = curve[before] * (kCurveStep - part) + curve[before + 1] * part;
+    return static_cast<Byte>((sum + kCurveStep / 2) / kCurveStep);
+}
+
+// Diffused, 127 and 128 become chequered patterns, in which wide discs cover more paper than in those
+// of any grey beside them.
+Byte besideMiddle(Byte value) {
+    if (value == 127) return 126;
+    return value == 128 ? Byte{129} : value;
+}
+
 }  // namespace
 
+Byte lightened(Byte value, std::int32_t dotGain) {
+    if (dotGain > kUsualDotGain)
+        return besideMiddle(interpolated(
+            kDotGainCurves[static_cast<std::size_t>(dotGain - kUsualDotGain - 1)], value));
+    const int sum = value * (kUsualDotGain - dotGain) + balancedGrey(value) * dotGain;
+    return static_cast<Byte>((sum + kUsualDotGain / 2) / kUsualDotGain);
+}
+
 ToneTable toneTable(const Tone& tone) {
+    const std::int32_t dotGain = std::clamp(tone.dotGain.value_or(kUsualDotGain), 0, kMaxDotGain);
     ToneTable table;
     for (std::size_t value = 0; value < table.size(); ++value) {
         const double share = adjusted(static_cast<double>(value) / 255, tone);
         const auto grey = static_cast<Byte>(std::lround(share * 255));
-        table[value] = tone.balancesDotGain ? balancedGrey(grey) : grey;
+        table[value] = lightened(grey, dotGain);
     }
     return table;
 }

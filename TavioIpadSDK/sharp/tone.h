@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "TavioIpadSDK/machine/bytes.h"
 #include "TavioIpadSDK/sharp/options.h"
@@ -16,6 +17,10 @@ constexpr Byte balancedGrey(Byte value) {
     const int more = std::min({value / 4, 23, 44 - value / 8});
     return static_cast<Byte>(std::max(value - 13, 0) + more);
 }
+
+// The same for dots that grow as much as this step of Tone::dotGain says, 0 to kMaxDotGain. Never falls
+// when `value` grows.
+Byte lightened(Byte value, std::int32_t dotGain);
 
 // table[v] is the share of white dots, times 255, that grey value v is printed with. Grows from 0 to
 // 255 and never falls. Black and white stay what they are, unless brightness or contrast say otherwise.

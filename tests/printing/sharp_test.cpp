@@ -230,7 +230,7 @@ TEST(SharpTone, IsOfTheThreshold) {
         DrawOptions options;
         options.blackAndWhite = BlackAndWhite::kThreshold;
         options.threshold = threshold;
-        options.tone.balancesDotGain = false;
+        options.tone.dotGain = 0;
         return blackDots(printed(Ticket(smallTicket()).picture(grey(10, value), {}, options)));
     };
     EXPECT_EQ(dots(100, 101), 100U);
@@ -242,7 +242,7 @@ TEST(SharpTone, IsLighterForDotsThatGrow) {
         return blackDots(
             printed(Ticket(smallTicket()).picture(grey(100, 128), {}, {.tone = tone})));
     };
-    EXPECT_NEAR(static_cast<double>(dots({.balancesDotGain = false})), 5000, 200);
+    EXPECT_NEAR(static_cast<double>(dots({.dotGain = 0})), 5000, 200);
     EXPECT_LT(dots({}), 4800U);
     EXPECT_LT(dots({.brightness = 30}), dots({}));
     EXPECT_LT(dots({.gamma = 2}), dots({}));

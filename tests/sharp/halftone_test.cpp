@@ -53,7 +53,7 @@ Halftone randomHalftone(Random& random) {
     Halftone halftone;
     if (test::chance(random, 30)) halftone.method = Method::kThreshold;
     halftone.threshold = static_cast<Byte>(random());
-    halftone.tone.balancesDotGain = test::chance(random, 60);
+    if (test::chance(random, 60)) halftone.tone.dotGain = between(random, 0, kMaxDotGain);
     if (test::chance(random, 20)) halftone.tone.gamma = between(random, 1, 30) / 10.0;
     if (test::chance(random, 20)) halftone.tone.contrast = between(random, -100, 100);
     if (test::chance(random, 20)) halftone.tone.brightness = between(random, -100, 100);
@@ -142,6 +142,21 @@ TEST_F(HalftoneTest, KeepsTheMeanOfGreysOnPaper) {
         const double seen = test::whiteShare(halftoned(rows, {}, false), {16, 16, 80, 80});
         EXPECT_NEAR(seen, std::max(grey / 255.0, 0.049), 0.02) << "grey " << int{grey};
     }
+}
+
+// So on paper whose dots grow more. The values lie on and between those of the curves.
+TEST_F(HalftoneTest, KeepsTheMeanOfGreysOnPaperForEveryDotGain) {
+    constexpr int kSide = 96;
+    const auto seen = [](int grey, int dotGain) {
+        const Bytes greys(std::size_t{kSide} * kSide, static_cast<Byte>(grey));
+        test::MemoryRows rows(kSide, kSide, greys);
+        const Dots dots = halftoned(rows, {.tone = {.dotGain = dotGain}}, false);
+        return test::whiteShare(dots, {24, 24, 72, 72}, 1 + 0.05 * dotGain);
+    };
+    for (int dotGain = kUsualDotGain; dotGain <= kMaxDotGain; ++dotGain)
+        for (int grey = 8; grey < 255; grey += 25)
+            EXPECT_NEAR(seen(grey, dotGain), std::max(grey / 255.0, seen(0, dotGain)), 0.03)
+                << "grey " << grey << ", dot gain " << dotGain;
 }
 
 TEST_F(HalftoneTest, ThresholdMakesSmallerValuesBlack) {

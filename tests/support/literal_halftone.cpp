@@ -65,7 +65,7 @@ bool isBlackByThreshold(int grey, int threshold) {
     return grey == 0 || (grey != 255 && grey < threshold);
 }
 
-bool isInked(const Dots& dots, double x, double y) {
+bool isInked(const Dots& dots, double x, double y, double radius) {
     for (auto row = static_cast<std::int32_t>(y) - 1; row <= static_cast<std::int32_t>(y) + 1;
          ++row)
         for (auto column = static_cast<std::int32_t>(x) - 1;
@@ -73,7 +73,8 @@ bool isInked(const Dots& dots, double x, double y) {
             if (row < 0 || row >= dots.height || column < 0 || column >= dots.width) continue;
             const double right = x - column - 0.5;
             const double down = y - row - 0.5;
-            if (dots.isBlack(column, row) && right * right + down * down < 0.6 * 0.6) return true;
+            if (dots.isBlack(column, row) && right * right + down * down < radius * radius)
+                return true;
         }
     return false;
 }
@@ -84,7 +85,7 @@ Dots halftoneLiterally(std::int32_t width, std::int32_t height, std::span<const 
                        const sharp::Halftone& halftone) {
     const bool dithers = halftone.method == sharp::Method::kDithered;
     sharp::Tone tone = halftone.tone;
-    tone.balancesDotGain = tone.balancesDotGain && dithers;
+    if (!dithers) tone.dotGain = 0;
     const sharp::ToneTable table = sharp::toneTable(tone);
     Dots dots{width, height, {}};
     dots.bits.assign(dots.rowBytes() * static_cast<std::size_t>(height), 0);
@@ -99,7 +100,7 @@ Dots halftoneLiterally(std::int32_t width, std::int32_t height, std::span<const 
     return dots;
 }
 
-double whiteShare(const Dots& dots, const DotRange& range) {
+double whiteShare(const Dots& dots, const DotRange& range, double dotWidth) {
     constexpr int kSamples = 16;  // of a dot in each direction
     int white = 0;
     const int columns = (range.right - range.left) * kSamples;
@@ -107,7 +108,7 @@ double whiteShare(const Dots& dots, const DotRange& range) {
     for (int row = 0; row < rows; ++row)
         for (int column = 0; column < columns; ++column)
             if (!isInked(dots, range.left + (column + 0.5) / kSamples,
-                         range.top + (row + 0.5) / kSamples))
+                         range.top + (row + 0.5) / kSamples, dotWidth / 2))
                 ++white;
     return static_cast<double>(white) / columns / rows;
 }

@@ -19,6 +19,6 @@ sharp::Dots halftoneLiterally(std::int32_t width, std::int32_t height, std::span
 struct DotRange {
     std::int32_t left, top, right, bottom;
 };
-double whiteShare(const sharp::Dots& dots, const DotRange& range);
+double whiteShare(const sharp::Dots& dots, const DotRange& range, double dotWidth = 1.2);
 
 }  // namespace tavio::test

@@ -56,9 +56,9 @@ constexpr auto kAligns = std::to_array<Word<Align>>({
     {"bottom-right", Align::kBottomRight},
 });
 
-constexpr auto kTones = std::to_array<Word<bool>>({
-    {"thermal", true},
-    {"plain", false},
+constexpr auto kTones = std::to_array<Word<std::int32_t>>({
+    {"thermal", sharp::kUsualDotGain},
+    {"plain", 0},
 });
 
 // "shrink, contain, cover, stretch or actual"
@@ -85,6 +85,24 @@ OptionSpec choice(const std::string& name, const std::string& help, const std::s
                 return "";
             },
             .group = kGroup};
+}
+
+OptionSpec tone(Settings& settings) {
+    OptionSpec option = choice(
+        "--tone",
+        "0 to 9: greys as much lighter as printed dots are larger; thermal is 4, plain is 0; "
+        "what the printer's calibration says if not given, else 4",
+        "N", kTones, settings.dotGain);
+    option.set = [&settings, word = option.set](const std::string& text) -> std::string {
+        const auto number = parseNumber(text);
+        if (number && *number >= 0 && *number <= sharp::kMaxDotGain) {
+            settings.dotGain = number;
+            return "";
+        }
+        std::string refusal = word(text);
+        return refusal.empty() ? refusal : refusal + ", nor a number from 0 to 9";
+    };
+    return option;
 }
 
 struct Range {
@@ -172,10 +190,7 @@ OptionSpecs drawingOptions(Settings& settings) {
                     {-100, 100, "-100 to 100"}, settings.contrast),
             decimal("--gamma", "0.1 to 10: more than 1 makes middle greys lighter",
                     {0.1, 10, "0.1 to 10"}, settings.gamma),
-            choice("--tone",
-                   "thermal or plain; thermal if not given: greys as much lighter as printed dots "
-                   "are larger",
-                   "PAPER", kTones, settings.balancesDotGain),
+            tone(settings),
             inGroup(flag("--classic", "draw as the classic calls of the library do",
                          [&settings](bool given) { settings.classic = given; }))};
 }

@@ -33,7 +33,7 @@ Settings Settings::over(const Settings& below) const {
     fill(result.brightness, below.brightness);
     fill(result.contrast, below.contrast);
     fill(result.gamma, below.gamma);
-    fill(result.balancesDotGain, below.balancesDotGain);
+    fill(result.dotGain, below.dotGain);
     return result;
 }
 
@@ -59,7 +59,7 @@ printing::DrawOptions drawOptions(const Settings& settings, std::int32_t page) {
     take(result.tone.brightness, settings.brightness);
     take(result.tone.contrast, settings.contrast);
     take(result.tone.gamma, settings.gamma);
-    take(result.tone.balancesDotGain, settings.balancesDotGain);
+    if (settings.dotGain) result.tone.dotGain = settings.dotGain;
     if (settings.classic.value_or(false)) {
         result.classic = printing::Classic{.scaled = isScaled};
     } else if (isScaled) {

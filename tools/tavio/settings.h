@@ -28,7 +28,7 @@ struct Settings {
     std::optional<double> brightness;
     std::optional<double> contrast;
     std::optional<double> gamma;
-    std::optional<bool> balancesDotGain;
+    std::optional<std::int32_t> dotGain;
 
     bool operator==(const Settings&) const = default;
 
