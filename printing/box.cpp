@@ -9,14 +9,6 @@
 namespace tavio::printing {
 namespace {
 
-// 0 at the beginning, 1 in the middle, 2 at the end.
-int columnOf(Align align) {
-    return static_cast<int>(align) % 3;
-}
-int rowOf(Align align) {
-    return static_cast<int>(align) / 3;
-}
-
 std::int32_t shifted(std::int32_t room, std::int32_t side, int position) {
     return std::max(room - side, 0) * position / 2;
 }
@@ -26,6 +18,14 @@ std::string placeText(Place place) {
 }
 
 }  // namespace
+
+int columnOf(Align align) {
+    return static_cast<int>(align) % 3;
+}
+
+int rowOf(Align align) {
+    return static_cast<int>(align) / 3;
+}
 
 Expected<Box, Problem> boxOf(const Layout& layout, Place place, std::int32_t margin) {
     if (margin < 0)

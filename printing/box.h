@@ -19,6 +19,10 @@ struct Box {
     std::int32_t height = 0;  // 1 or more
 };
 
+// 0 at the left or the top, 1 in the middle, 2 at the right or the bottom.
+int columnOf(Align align);
+int rowOf(Align align);
+
 // What the ticket has to the right of and below the place, less the margin. kBadPlace if that is
 // nothing, or if the place lies before the ticket's edge; kBadSetting for a negative margin.
 Expected<Box, Problem> boxOf(const Layout& layout, Place place, std::int32_t margin);

@@ -1,4 +1,4 @@
-// Words: text in any script, set in a face of this machine or of a file.
+// Words: text in any script, set in a face of this machine or of a font file.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,15 @@ namespace tavio::printing {
 //   ticket.words("Café, 26 €", {40, 60}, {.size = 9, .box = Size{300, 80}});
 struct TAVIO_API WordsOptions {
     // A family that this machine has, e.g. "DejaVu Sans"; "sans", "serif" and "mono" are always
-    // there. With a font file: not used. A face that is not there is a problem.
+    // there. Letters that it lacks are taken from other fonts of the machine. A face that is not there
+    // is a problem.
     std::string face = "sans";
 
-    // A TrueType or OpenType file. The same file gives the same dots on every machine; letters that
-    // it lacks are a problem.
+    // A TrueType or OpenType file, instead of the face. The same file gives the same dots on every
+    // machine; letters that it lacks are a problem.
     std::optional<Source> font{};
 
+    // If the font has no such letters, they are made of its plain ones.
     bool isBold = false;
     bool isItalic = false;
 
@@ -29,15 +31,22 @@ struct TAVIO_API WordsOptions {
 
     // Words that do not fit into the box are set smaller, down to this size in points; if they do
     // not fit then, that is a problem that names the box that would do. 0: they are never smaller.
+    // They are rather set smaller than broken inside of a word.
     double minSize = 0;
 
-    // Lines are wrapped at its width. None: what the ticket has to the right of and below the
-    // element's place.
+    // Lines are wrapped at its width, between words, and inside of words that are longer than a line.
+    // The element is the whole box, as it lies on the ticket. None: the element is as large as the
+    // words, with all that the ticket has to the right of and below its place as the room for them.
     std::optional<Size> box{};
-    Align align = Align::kTopLeft;  // of the lines in the box
-    Turn turn = Turn::k0;           // clockwise; kAuto is k0
 
-    // The box is black and the letters are white; without a box, as much as the words need.
+    // Of the lines in the box, as they are read; without a box, of the words in their room as well.
+    // Lines that run from right to left begin at the right where this is at the left.
+    Align align = Align::kTopLeft;
+
+    Turn turn = Turn::k0;  // clockwise, after the words have been set; kAuto is k0
+
+    // The box is black and the letters are white, a quarter of their size away from its left and right
+    // edges; without a box, as much is black as the words need.
     bool isWhiteOnBlack = false;
 };
 

@@ -3,9 +3,10 @@
 
 build_packages=(
   g++ cmake ninja-build pkg-config
-  libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libexpected-dev libcli11-dev libtomlplusplus-dev
+  libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libpango1.0-dev libexpected-dev libcli11-dev libtomlplusplus-dev
   libcpp-httplib-dev libzint-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
+  fonts-dejavu-core # faces of words, in many scripts
 )
 test_packages=(libgtest-dev iproute2 python3-jsonschema)
 check_packages=(clang clang-tidy clang-format libclang-rt-14-dev man-db)

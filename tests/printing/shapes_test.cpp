@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "printing/drawn_job.h"
+#include "printing/printed_rows.h"
 #include "printing/told.h"
 #include "support/bitmaps.h"
 #include "support/random_picture.h"
@@ -16,7 +16,9 @@
 namespace tavio::printing {
 namespace {
 
+using test::blackDots;
 using test::Lines;
+using test::printedRows;
 using test::Random;
 using test::Rows;
 using test::told;
@@ -29,35 +31,9 @@ TicketSettings tinyTicket(Orientation orientation) {
     return {.stock = Stock::ofInches(0.1, 0.05), .resolution = 200, .orientation = orientation};
 }
 
-// The upright ticket's dots.
-Rows printed(const Ticket& ticket) {
-    const auto job = encode(ticket);
-    EXPECT_EQ(told(job), Lines());
-    if (!job) return {};
-    const test::DrawnJob drawn = test::drawn(*job);
-    EXPECT_EQ(drawn.problems, Lines());
-    const virtual_printer::Ticket& paper = drawn.tickets.at(0);
-    Rows rows;
-    for (std::int32_t row = 0; row < paper.size().rows; ++row) {
-        rows.emplace_back();
-        for (std::int32_t column = 0; column < paper.size().columns; ++column)
-            rows.back() += paper.isBlack(row, column) ? 'X' : '.';
-    }
-    return rows;
-}
-
 // The top left part of a ticket.
 Rows corner(const Rows& rows, std::size_t width, std::size_t height) {
-    Rows part(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(height));
-    for (std::string& row : part) row.resize(width);
-    return part;
-}
-
-std::size_t blackDots(const Rows& rows) {
-    std::size_t count = 0;
-    for (const std::string& row : rows)
-        count += static_cast<std::size_t>(std::ranges::count(row, 'X'));
-    return count;
+    return test::part(rows, 0, 0, width, height);
 }
 
 Place placeOf(Orientation orientation, std::int32_t left, std::int32_t top) {
@@ -76,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(Both, Shapes,
 // ---- Lines --------------------------------------------------------------------------------------
 
 TEST_P(Shapes, LinesRunAcross) {
-    const Rows rows = printed(ticket().line(at(2, 1), 6, {.thickness = 2}));
+    const Rows rows = printedRows(ticket().line(at(2, 1), 6, {.thickness = 2}));
     EXPECT_EQ(corner(rows, 9, 4), (Rows{
                                       ".........",
                                       "..XXXXXX.",
@@ -87,8 +63,8 @@ TEST_P(Shapes, LinesRunAcross) {
 }
 
 TEST_P(Shapes, LinesRunDown) {
-    const Rows rows =
-        printed(ticket().line(at(2, 1), 4, {.direction = LineDirection::kDown, .thickness = 3}));
+    const Rows rows = printedRows(
+        ticket().line(at(2, 1), 4, {.direction = LineDirection::kDown, .thickness = 3}));
     EXPECT_EQ(corner(rows, 6, 6), (Rows{
                                       "......",
                                       "..XXX.",
@@ -101,14 +77,14 @@ TEST_P(Shapes, LinesRunDown) {
 }
 
 TEST_P(Shapes, LinesBeginWithADashAndEndWhereTheLengthDoes) {
-    const Rows across = printed(ticket().line(at(0, 1), 9, {.thickness = 2, .dash = 2}));
+    const Rows across = printedRows(ticket().line(at(0, 1), 9, {.thickness = 2, .dash = 2}));
     EXPECT_EQ(corner(across, 10, 4), (Rows{
                                          "..........",
                                          "XX..XX..X.",
                                          "XX..XX..X.",
                                          "..........",
                                      }));
-    const Rows down = printed(
+    const Rows down = printedRows(
         ticket().line(at(1, 0), 8, {.direction = LineDirection::kDown, .thickness = 1, .dash = 3}));
     EXPECT_EQ(corner(down, 3, 9), (Rows{
                                       ".X.",
@@ -121,14 +97,14 @@ TEST_P(Shapes, LinesBeginWithADashAndEndWhereTheLengthDoes) {
                                       ".X.",
                                       "...",
                                   }));
-    EXPECT_EQ(printed(ticket().line(at(0, 0), 5, {.dash = kMax})),
-              printed(ticket().line(at(0, 0), 5)));
+    EXPECT_EQ(printedRows(ticket().line(at(0, 0), 5, {.dash = kMax})),
+              printedRows(ticket().line(at(0, 0), 5)));
 }
 
 // ---- Boxes --------------------------------------------------------------------------------------
 
 TEST_P(Shapes, FramesLieInsideTheBox) {
-    const Rows rows = printed(ticket().box(at(1, 2), {8, 6}, {.thickness = 2}));
+    const Rows rows = printedRows(ticket().box(at(1, 2), {8, 6}, {.thickness = 2}));
     EXPECT_EQ(corner(rows, 10, 9), (Rows{
                                        "..........",
                                        "..........",
@@ -143,11 +119,11 @@ TEST_P(Shapes, FramesLieInsideTheBox) {
 }
 
 TEST_P(Shapes, BoxesThatAreFilledAreBlack) {
-    const Rows filled = printed(ticket().box(at(1, 2), {7, 5}, {.isFilled = true}));
+    const Rows filled = printedRows(ticket().box(at(1, 2), {7, 5}, {.isFilled = true}));
     EXPECT_EQ(blackDots(filled), 35U);
-    EXPECT_EQ(printed(ticket().box(at(1, 2), {7, 5}, {.thickness = 3})), filled);
-    EXPECT_EQ(printed(ticket().box(at(1, 2), {7, 5}, {.thickness = kMax})), filled);
-    EXPECT_EQ(blackDots(printed(ticket().box(at(9, 9), {1, 1}))), 1U);
+    EXPECT_EQ(printedRows(ticket().box(at(1, 2), {7, 5}, {.thickness = 3})), filled);
+    EXPECT_EQ(printedRows(ticket().box(at(1, 2), {7, 5}, {.thickness = kMax})), filled);
+    EXPECT_EQ(blackDots(printedRows(ticket().box(at(9, 9), {1, 1}))), 1U);
 }
 
 // ---- Any shapes on any ticket -------------------------------------------------------------------
@@ -201,7 +177,7 @@ void expectPrinted(const TicketSettings& settings, Random& random) {
     const Shape shape = randomShape(random, size);
     Ticket ticket(settings);
     add(ticket, shape);
-    const Rows rows = printed(ticket);
+    const Rows rows = printedRows(ticket);
     std::size_t black = 0;
     for (std::int32_t y = 0; y < shape.size.height; ++y)
         for (std::int32_t x = 0; x < shape.size.width; ++x) {
