@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <span>
 #include <utility>
 
-#include "TavioIpadSDK/helper/helper_process.h"
 #include "TavioIpadSDK/helper/limits.h"
+#include "TavioIpadSDK/helper/running.h"
 
 namespace tavio::helper {
 
@@ -20,12 +22,19 @@ enum class Failure {
     kMemoryLimit,  // no memory for the input
 };
 
-// The answer of a program that was asked under these limits. The program is stopped when this object
+// The answer of a process that was asked under these limits. The process is stopped when this object
 // ends.
 class AnswerStream {
   public:
-    AnswerStream(HelperProcess process, const Limits& limits, Deadline deadline)
-        : process_(std::move(process)), limits_(limits), deadline_(deadline) {}
+    // Asks once more; none if that is not possible.
+    using Again = std::function<std::optional<Running>()>;
+
+    // again: called if the process is lost together with its keeper, and nothing of its answer was read.
+    AnswerStream(Running process, const Limits& limits, Deadline deadline, Again again = nullptr)
+        : process_(std::move(process)),
+          limits_(limits),
+          deadline_(deadline),
+          again_(std::move(again)) {}
 
     // Both return false if the answer is cut short, too long or too late. Then failure() says why;
     // nothing more can be read.
@@ -39,9 +48,19 @@ class AnswerStream {
     Failure failure() const { return failure_; }
 
   private:
-    HelperProcess process_;
+    enum class Read {
+        kFull,  // `into` is filled
+        kEnd,   // the answer ended before `into` was full
+        kLate,  // the deadline came before `into` was full
+    };
+
+    Read read(std::span<std::byte> into);
+    bool askAgain();
+
+    Running process_;
     Limits limits_;
     Deadline deadline_;
+    Again again_;  // none after the first byte
     Failure failure_ = Failure::kFailed;
 };
 

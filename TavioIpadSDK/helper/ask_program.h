@@ -24,8 +24,9 @@
 namespace tavio::helper {
 
 struct Program {
-    std::string name;  // looked for by findHelper()
-    std::string path;  // of the file; "" looks for it
+    std::string name;        // looked for by findHelper()
+    std::string path;        // of the file; "" looks for it
+    bool mayBeKept = false;  // if it is looked for: may stay, for more questions (shared_keepers.h)
 };
 
 struct Question {
@@ -37,6 +38,12 @@ struct Asked {
     std::optional<AnswerStream> answer;  // of the program that was started
     Failure failure = Failure::kFailed;  // if there is none: why
 };
+
+// Why sealedFile() failed with this errno.
+Failure failureOfSealedFile(int error);
+
+// The command line of a question, without the program's name. limits: clamped
+std::vector<std::string> commandLine(const std::vector<std::string>& words, const Limits& limits);
 
 // The input is a regular file that is open for reading; its file offset has no meaning.
 Asked ask(const Program& program, const Question& question, const Descriptor& input);

@@ -3,9 +3,18 @@
 target_sources(tavio_sdk PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/answer_stream.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ask_program.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/deadline.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/descriptor_message.cpp
   ${CMAKE_CURRENT_LIST_DIR}/find_helper.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/helper_process.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/kept_child.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/lone_program.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/opened_input.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/pipe.cpp
   ${CMAKE_CURRENT_LIST_DIR}/sealed_file.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/server.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/shared_keepers.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/spawn.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/start_keeper.cpp
 )
 
 # The programs' folder in the build tree.

@@ -1,27 +1,29 @@
 #include "TavioIpadSDK/pdf/open_document.h"
 
 #include <cerrno>
+#include <utility>
 
 #include "TavioIpadSDK/helper/sealed_file.h"
+#include "TavioIpadSDK/pdf/page_question.h"
 
 namespace tavio::pdf {
 
 using platform::PdfLimits;
-using platform::PdfOutcome;
 
 OpenDocument::OpenDocument(std::span<const Byte> document, const PdfLimits& limits,
                            const std::string& helper)
-    : file_(helper::sealedFile(document)), limits_(limits), helper_(helper) {
-    if (file_.isOpen()) return;
-    const bool noDescriptor = errno == EMFILE || errno == ENFILE;
-    failure_ = noDescriptor ? PdfOutcome::kHelperMissing : PdfOutcome::kMemoryLimit;
+    : limits_(limits) {
+    machine::Descriptor file = helper::sealedFile(document);
+    if (file.isOpen()) {
+        input_.emplace(programOfPages(helper, true), programLimits(limits), std::move(file));
+    } else {
+        failure_ = outcomeOf(helper::failureOfSealedFile(errno));
+    }
 }
 
-OpenDocument::~OpenDocument() = default;
-
 StartedHelper OpenDocument::start(const PageRequest& request) {
-    if (!file_.isOpen()) return {std::nullopt, failure_};
-    return startHelper(file_, request, limits_, helper_);
+    if (!input_) return {std::nullopt, failure_};
+    return startedHelper(input_->ask(wordsOf(request, limits_)), request, limits_);
 }
 
 }  // namespace tavio::pdf

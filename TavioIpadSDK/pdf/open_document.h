@@ -1,18 +1,19 @@
 // A document of which many pages are drawn.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
+#include "TavioIpadSDK/helper/opened_input.h"
 #include "TavioIpadSDK/machine/bytes.h"
-#include "TavioIpadSDK/machine/descriptor.h"
-#include "TavioIpadSDK/pdf/start_helper.h"
+#include "TavioIpadSDK/pdf/page_question.h"
 #include "TavioIpadSDK/platform/pdf_page.h"
 
 namespace tavio::pdf {
 
-// The limits hold for each page by itself. Any number of threads may ask for pages at once. Pages that
+// It is opened once for all pages but the first, if the helper program can be kept, and pages share
+// nothing that is drawn. The limits hold for each page by itself. Any number of threads may ask for pages at once. Pages that
 // are being drawn do not need this object any more.
 class OpenDocument {
   public:
@@ -22,7 +23,6 @@ class OpenDocument {
                           const std::string& helper = "");
     OpenDocument(const OpenDocument&) = delete;
     OpenDocument& operator=(const OpenDocument&) = delete;
-    ~OpenDocument();
 
     // Asks for a page. Throws only std::bad_alloc.
     StartedHelper start(const PageRequest& request);
@@ -30,10 +30,9 @@ class OpenDocument {
     const platform::PdfLimits& limits() const { return limits_; }
 
   private:
-    machine::Descriptor file_;
-    platform::PdfOutcome failure_ = platform::PdfOutcome::kDrawn;  // if there is no file: why
     platform::PdfLimits limits_;
-    std::string helper_;
+    platform::PdfOutcome failure_ = platform::PdfOutcome::kDrawn;  // if there is no input: why
+    std::optional<helper::OpenedInput> input_;
 };
 
 }  // namespace tavio::pdf

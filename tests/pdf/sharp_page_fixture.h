@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/helper/shared_keepers.h"
 #include "TavioIpadSDK/sharp/draw_page.h"
 #include "pdf/pdf_fixture.h"
 
@@ -41,6 +42,11 @@ inline sharp::PageOrder atOwnSize(std::int32_t resolution = 72) {
 
 class SharpPageTest : public PdfTest {
   protected:
+    void TearDown() override {
+        helper::endKeepers();
+        PdfTest::TearDown();
+    }
+
     PageDots drawnDots(const std::string& document, const sharp::PageOrder& order) const {
         sharp::SharpPage page = sharp::drawPage(bytesOf(document), order);
         EXPECT_EQ(page.outcome, platform::PdfOutcome::kDrawn);

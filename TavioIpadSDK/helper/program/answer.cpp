@@ -15,11 +15,6 @@ constinit int answerDescriptor = -1;
 constinit bool answerBegun = false;
 constinit std::span<const std::byte> answerOutOfMemory;
 
-void endOutOfMemory() {
-    if (answerBegun) ::_exit(kFailed);
-    ::_exit(answerWith(answerOutOfMemory) ? kAnswered : kFailed);
-}
-
 }  // namespace
 
 bool takeOverStandardOutput() {
@@ -27,6 +22,10 @@ bool takeOverStandardOutput() {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     return answerDescriptor >= 0 && nowhere >= 0 && ::dup2(nowhere, STDOUT_FILENO) >= 0 &&
            ::dup2(nowhere, STDERR_FILENO) >= 0;
+}
+
+void answerOn(int descriptor) {
+    answerDescriptor = descriptor;
 }
 
 bool answerWith(std::span<const std::byte> bytes) {
@@ -37,6 +36,11 @@ bool answerWith(std::span<const std::byte> bytes) {
 void answerWhenOutOfMemory(std::span<const std::byte> answer) {
     answerOutOfMemory = answer;
     setOutOfMemoryAction(endOutOfMemory);
+}
+
+void endOutOfMemory() {
+    if (answerBegun) ::_exit(kFailed);
+    ::_exit(answerWith(answerOutOfMemory) ? kAnswered : kFailed);
 }
 
 }  // namespace tavio::helper_program

@@ -74,11 +74,11 @@ DrawnPage drawPageOf(PopplerPage* page, double maxPointsPerSide) {
 
 }  // namespace
 
-DrawnPage drawPage(int descriptor, std::int32_t page, double maxPointsPerSide) {
-    const OpenedPage opened = openPage(descriptor, page);
+DrawnPage drawPage(const OpenedDocument& document, std::int32_t page, double maxPointsPerSide) {
+    const OpenedPage opened = openPage(document, page);
     DrawnPage drawn =
         opened.page ? drawPageOf(opened.page.get(), maxPointsPerSide) : refused(opened.failure);
-    drawn.header.pages = opened.pages;
+    drawn.header.pages = document.pages;
     return drawn;
 }
 

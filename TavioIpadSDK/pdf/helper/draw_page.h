@@ -14,8 +14,7 @@ struct DrawnPage {
                       // exactly when header.outcome is kDrawn
 };
 
-// Draws a page, from 1, of the document open as file descriptor `descriptor`, and closes it. It is
-// drawn as it would be printed.
-DrawnPage drawPage(int descriptor, std::int32_t page, double maxPointsPerSide);
+// Draws a page, from 1, as it would be printed.
+DrawnPage drawPage(const OpenedDocument& document, std::int32_t page, double maxPointsPerSide);
 
 }  // namespace tavio::pdf_helper

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include "TavioIpadSDK/helper/program/parse_number.h"
 #include "TavioIpadSDK/helper/program/run.h"
 #include "TavioIpadSDK/pdf/answer.h"
+#include "TavioIpadSDK/pdf/helper/built_in_page.h"
 #include "TavioIpadSDK/pdf/helper/draw_page.h"
 #include "TavioIpadSDK/pdf/helper/draw_rows.h"
 #include "TavioIpadSDK/pdf/helper/record_page.h"
@@ -23,6 +25,7 @@ namespace {
 using helper_program::answerWith;
 using helper_program::parse;
 using helper_program::Task;
+using helper_program::TaskMaker;
 using pdf::AnswerHeader;
 using Words = std::span<const std::string_view>;
 
@@ -79,13 +82,13 @@ bool writePixels(const DrawnPage& page) {
     return true;
 }
 
-bool answerWithPixels(int document, const Request& request) {
+bool answerWithPixels(const OpenedDocument& document, const Request& request) {
     const DrawnPage page = drawPage(document, request.page, request.maxPointsPerSide);
     if (!writeHeader(page.header)) return false;
     return page.surface == nullptr || writePixels(page);
 }
 
-bool answerWithDots(int document, const Request& request) {
+bool answerWithDots(const OpenedDocument& document, const Request& request) {
     const RecordedPage page =
         recordPage(document, request.page, request.maxPointsPerSide, *request.dots);
     if (!writeHeader(page.header)) return false;
@@ -93,12 +96,22 @@ bool answerWithDots(int document, const Request& request) {
            drawRows(page, [](std::span<const Byte> row) { return answerWith(std::as_bytes(row)); });
 }
 
+bool answer(const OpenedDocument& document, const Request& request) {
+    return request.dots ? answerWithDots(document, request) : answerWithPixels(document, request);
+}
+
 Task taskOf(const std::vector<std::string_view>& words) {
     const std::optional<Request> request = parseWords(words);
     if (!request) return nullptr;
-    return [request = *request](int document) {
-        return request.dots ? answerWithDots(document, request)
-                            : answerWithPixels(document, request);
+    return [request = *request](int document) { return answer(openDocument(document), request); };
+}
+
+TaskMaker open(int input) {
+    const auto document = std::make_shared<const OpenedDocument>(openDocument(input));
+    return [document](const std::vector<std::string_view>& words) -> Task {
+        const std::optional<Request> request = parseWords(words);
+        if (!request) return nullptr;
+        return [document, request = *request](int) { return answer(*document, request); };
     };
 }
 
@@ -116,7 +129,7 @@ constexpr const char* kUsage = "MAX-POINTS PAGE [RESOLUTION FIT TURN WIDTH HEIGH
 
 int main(int count, char** arguments) {
     using namespace tavio::pdf_helper;
-    const tavio::helper_program::Program program{kUsage, taskOf,
-                                                 std::as_bytes(std::span(&kOutOfMemory, 1))};
+    const tavio::helper_program::Program program{
+        kUsage, taskOf, std::as_bytes(std::span(&kOutOfMemory, 1)), drawBuiltInPage, open};
     return tavio::helper_program::run(program, {arguments, static_cast<std::size_t>(count)});
 }

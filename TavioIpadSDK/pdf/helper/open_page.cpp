@@ -9,15 +9,6 @@ namespace {
 
 using pdf::Answer;
 
-Document openDocument(int descriptor, Answer& failure) {
-    GError* error = nullptr;
-    Document document(poppler_document_new_from_fd(descriptor, nullptr, &error));
-    const bool encrypted = g_error_matches(error, POPPLER_ERROR, POPPLER_ERROR_ENCRYPTED) != FALSE;
-    failure = encrypted ? Answer::kEncrypted : Answer::kNotPdf;
-    g_clear_error(&error);
-    return document;
-}
-
 // True for annotations that are not part of the page; a print leaves them out.
 bool isScreenAid(PopplerAnnotType type) {
     return type == POPPLER_ANNOT_LINK || type == POPPLER_ANNOT_POPUP ||
@@ -34,18 +25,23 @@ bool isPrinted(PopplerAnnot* annotation) {
 
 }  // namespace
 
-OpenedPage openPage(int descriptor, int page) {
-    OpenedPage opened;
-    opened.document = openDocument(descriptor, opened.failure);
-    if (!opened.document) return opened;
-    opened.pages = std::max(poppler_document_get_n_pages(opened.document.get()), 0);
-    if (page < 1 || page > opened.pages) {
-        opened.failure = Answer::kNoPage;
-        return opened;
+OpenedDocument openDocument(int descriptor) {
+    GError* error = nullptr;
+    OpenedDocument opened;
+    opened.document.reset(poppler_document_new_from_fd(descriptor, nullptr, &error));
+    const bool encrypted = g_error_matches(error, POPPLER_ERROR, POPPLER_ERROR_ENCRYPTED) != FALSE;
+    opened.failure = encrypted ? Answer::kEncrypted : Answer::kNotPdf;
+    g_clear_error(&error);
+    if (opened.document) {
+        opened.pages = std::max(poppler_document_get_n_pages(opened.document.get()), 0);
     }
-    opened.failure = Answer::kNotPdf;
-    opened.page.reset(poppler_document_get_page(opened.document.get(), page - 1));
     return opened;
+}
+
+OpenedPage openPage(const OpenedDocument& document, int page) {
+    if (!document.document) return {nullptr, document.failure};
+    if (page < 1 || page > document.pages) return {nullptr, Answer::kNoPage};
+    return {Page(poppler_document_get_page(document.document.get(), page - 1)), Answer::kNotPdf};
 }
 
 CropBox cropBoxOf(PopplerPage* page) {

@@ -31,15 +31,22 @@ struct CropBox {
     double height = 0;
 };
 
-struct OpenedPage {
-    Document document;
-    Page page;                                   // none if the page cannot be opened:
+struct OpenedDocument {
+    Document document;                           // none if it cannot be opened:
     pdf::Answer failure = pdf::Answer::kNotPdf;  // why
-    int pages = 0;                               // of the document; 0 if it is not known
+    int pages = 0;                               // 0 if it is not known
 };
 
-// Opens a page, from 1, of the document open as file descriptor `descriptor`, and closes that.
-OpenedPage openPage(int descriptor, int page);
+// Opens the document open as file descriptor `descriptor`, and owns that.
+OpenedDocument openDocument(int descriptor);
+
+struct OpenedPage {
+    Page page;                                   // none if the page cannot be opened:
+    pdf::Answer failure = pdf::Answer::kNotPdf;  // why
+};
+
+// Opens a page, from 1.
+OpenedPage openPage(const OpenedDocument& document, int page);
 
 CropBox cropBoxOf(PopplerPage* page);
 

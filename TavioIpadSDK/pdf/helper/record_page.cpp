@@ -118,12 +118,12 @@ Answer recordInto(RecordedPage& recorded, double maxPointsPerSide, const DotsReq
 
 }  // namespace
 
-RecordedPage recordPage(int descriptor, std::int32_t page, double maxPointsPerSide,
+RecordedPage recordPage(const OpenedDocument& document, std::int32_t page, double maxPointsPerSide,
                         const DotsRequest& request) {
     RecordedPage recorded;
-    recorded.opened = openPage(descriptor, page);
+    recorded.opened = openPage(document, page);
     recorded.header.outcome = recordInto(recorded, maxPointsPerSide, request);
-    recorded.header.pages = recorded.opened.pages;
+    recorded.header.pages = document.pages;
     return recorded;
 }
 

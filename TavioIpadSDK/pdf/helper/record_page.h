@@ -23,9 +23,8 @@ struct RecordedPage {
     int factor = 1;     // pixels per dot, in both directions
 };
 
-// Records a page, from 1, of the document open as file descriptor `descriptor`, and closes that. It is
-// drawn as it would be printed.
-RecordedPage recordPage(int descriptor, std::int32_t page, double maxPointsPerSide,
+// Records a page, from 1, as it would be printed.
+RecordedPage recordPage(const OpenedDocument& document, std::int32_t page, double maxPointsPerSide,
                         const DotsRequest& request);
 
 }  // namespace tavio::pdf_helper
