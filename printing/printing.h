@@ -13,6 +13,7 @@
 #pragma once
 
 #include "tavio/printing/calibration.h"
+#include "tavio/printing/calibration_page.h"
 #include "tavio/printing/document_info.h"
 #include "tavio/printing/job.h"
 #include "tavio/printing/preview.h"
