@@ -82,6 +82,7 @@ Expected<DocumentInfo, Problems> inspectDocument(const Source& source,
     if (page) notePage(*page, info);
     info.dots = job->elements().front().size;
     info.warnings = job->warnings();
+    info.job = *job;
     return info;
 }
 

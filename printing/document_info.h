@@ -33,6 +33,9 @@ struct TAVIO_API DocumentInfo {
 
     // What printing it at the place would warn of.
     std::vector<Warning> warnings;
+
+    // What would be printed: for a preview, or to look for codes on it.
+    std::optional<Job> job;
 };
 
 // What the document is and what printing it would lose. It does everything but print: a damaged

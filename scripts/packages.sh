@@ -4,7 +4,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   libpng-dev libjpeg62-turbo-dev libhwy-dev libpoppler-glib-dev libcairo2-dev libpango1.0-dev libexpected-dev libcli11-dev libtomlplusplus-dev
-  libcpp-httplib-dev libzint-dev
+  libcpp-httplib-dev libzint-dev libzxing-dev
   fonts-urw-base35 poppler-data # faces and encodings that PDF documents need not embed
   fonts-dejavu-core # faces of words, in many scripts
 )

@@ -110,7 +110,7 @@ class CommandLine::Impl {
     static void add(CLI::App& app, const OptionSpec& spec) {
         CLI::Option* added = addOfItsKind(app, spec);
         if (!spec.group.empty()) added->group(spec.group);
-        if (!spec.excludes.empty()) added->excludes(app.get_option(spec.excludes));
+        for (const std::string& other : spec.excludes) added->excludes(app.get_option(other));
     }
 
     static CLI::Option* addOfItsKind(CLI::App& app, const OptionSpec& spec) {
@@ -146,7 +146,9 @@ class CommandLine::Impl {
             spec.help);
         added->type_name(spec.value);
         if (spec.kind == OptionSpec::Kind::kValues) added->take_all();
-        if (spec.name.front() != '-') added->required();
+        const bool isArgument = spec.name.front() != '-';
+        const bool isOptional = spec.kind == OptionSpec::Kind::kOptionalArgument;
+        added->required(spec.isRequired || (isArgument && !isOptional));
         if (spec.kind == OptionSpec::Kind::kArguments) {
             added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
         }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tools/tavio/content_options.h"
+#include "tools/tavio/element_options.h"
 #include "tools/tavio/job_options.h"
 #include "tools/tavio/printer_options.h"
 #include "tools/tavio/setting_options.h"
@@ -70,12 +71,48 @@ CommandSpec send(Options& options) {
 CommandSpec text(Options& options) {
     return {Command::kText,
             "text",
-            "Print a text in the printer's own face. It never sends a command: letters that the "
-            "printer cannot print are refused by name.",
+            "Print a text in the printer's own face; as words if that lacks one of its letters. It "
+            "never sends a command.",
             "tavio text 'Row B, seat 12' --row 100 --column 50 --to ticket.png",
             OptionSpecs{
                 argument("TEXT", "the text; after -- if it begins with a hyphen", options.text)} +
-                placeOptions(options),
+                placeOptions(options) + textFaceOptions(options) + finishOptions(options),
+            {}};
+}
+
+CommandSpec code(Options& options) {
+    return {Command::kCode,
+            "code",
+            "Print a code for scanners. Each of its modules is a whole number of dots.",
+            "tavio code qr https://example.org/t/4711 --module 6 --to ticket.png",
+            codeElementOptions(options) + placeOptions(options) + finishOptions(options),
+            {}};
+}
+
+CommandSpec words(Options& options) {
+    return {Command::kWords,
+            "words",
+            "Print words in any script, in a face of this machine or of a file.",
+            "tavio words 'Café, 26 €' --size 9 --box 300x80 --to ticket.png",
+            wordsElementOptions(options) + placeOptions(options) + finishOptions(options),
+            {}};
+}
+
+CommandSpec line(Options& options) {
+    return {Command::kLine,
+            "line",
+            "Print a line across or down the ticket.",
+            "tavio line --length 900 --thickness 4 --row 200 --to ticket.png",
+            lineElementOptions(options) + placeOptions(options) + finishOptions(options),
+            {}};
+}
+
+CommandSpec box(Options& options) {
+    return {Command::kBox,
+            "box",
+            "Print a frame, or a filled box.",
+            "tavio box 400x120 --thickness 4 --row 40 --column 40 --to ticket.png",
+            boxElementOptions(options) + placeOptions(options) + finishOptions(options),
             {}};
 }
 
@@ -99,6 +136,10 @@ std::vector<CommandSpec> jobCommands(Options& options) {
             logo(options),
             send(options),
             text(options),
+            words(options),
+            code(options),
+            line(options),
+            box(options),
             raw(options),
             plain(Command::kCut, "cut", "Print what the printer holds and cut."),
             plain(Command::kEject, "eject", "Print what the printer holds and eject it uncut."),

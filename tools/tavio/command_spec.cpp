@@ -31,6 +31,33 @@ OptionSpec number(std::string name, std::string value, std::string help, std::in
             }};
 }
 
+OptionSpec decimal(std::string name, std::string help, DecimalRange range,
+                   std::function<void(double)> set) {
+    return {.name = std::move(name),
+            .help = std::move(help),
+            .value = "N",
+            .set = [range, set = std::move(set)](const std::string& text) -> std::string {
+                const auto number = parseDecimal(text);
+                if (!number || *number < range.min || *number > range.max)
+                    return "\"" + text + "\" is no number from " + range.text;
+                set(*number);
+                return "";
+            }};
+}
+
+OptionSpec dots(std::string name, std::string help, std::function<void(std::int32_t)> set) {
+    return {.name = std::move(name),
+            .help = std::move(help),
+            .value = "N",
+            .set = [set = std::move(set)](const std::string& text) -> std::string {
+                const auto number = parseNumber(text);
+                if (!number || *number < 1)
+                    return "\"" + text + "\" is no number of dots, which is 1 or more";
+                set(*number);
+                return "";
+            }};
+}
+
 OptionSpec argument(std::string name, std::string help, std::string& text) {
     return {.kind = OptionSpec::Kind::kArgument,
             .name = std::move(name),

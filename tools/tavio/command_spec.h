@@ -14,7 +14,15 @@ namespace tavio::tool {
 struct OptionSpec {
     // kFlagOrNumber: with or without a number from 0 on, "--name", "--name=5" or "--name 5";
     // "--name=false" is the number -1.
-    enum class Kind { kValue, kValues, kFlag, kFlagOrNumber, kArgument, kArguments };
+    enum class Kind {
+        kValue,
+        kValues,
+        kFlag,
+        kFlagOrNumber,
+        kArgument,
+        kArguments,
+        kOptionalArgument,
+    };
 
     Kind kind = Kind::kValue;
     std::string name;  // "--row", "-o,--output"; of an argument "FILE"
@@ -27,7 +35,8 @@ struct OptionSpec {
     std::function<std::string(const std::string&)> set;
 
     std::string group = {};
-    std::string excludes = {};  // the option that must not be given with it
+    bool isRequired = false;                 // of a kValue
+    std::vector<std::string> excludes = {};  // what must not be given with it
 };
 
 using OptionSpecs = std::vector<OptionSpec>;
@@ -48,6 +57,19 @@ OptionSpec flag(std::string name, std::string help, std::function<void(bool)> se
 
 // Stores a whole number of 32 bits.
 OptionSpec number(std::string name, std::string value, std::string help, std::int32_t& number);
+
+struct DecimalRange {
+    double min = 0;
+    double max = 0;
+    const char* text = "";  // "0.1 to 10"
+};
+
+// Hands over a decimal number within the range.
+OptionSpec decimal(std::string name, std::string help, DecimalRange range,
+                   std::function<void(double)> set);
+
+// Hands over a whole number of dots, 1 or more.
+OptionSpec dots(std::string name, std::string help, std::function<void(std::int32_t)> set);
 
 // Stores any text.
 OptionSpec argument(std::string name, std::string help, std::string& text);

@@ -88,6 +88,14 @@ const char* nameOf(Command command) {
             return "send";
         case Command::kText:
             return "text";
+        case Command::kCode:
+            return "code";
+        case Command::kWords:
+            return "words";
+        case Command::kLine:
+            return "line";
+        case Command::kBox:
+            return "box";
         case Command::kRaw:
             return "raw";
         case Command::kCut:

@@ -7,6 +7,7 @@
 #include "tools/tavio/document.h"
 #include "tools/tavio/failure.h"
 #include "tools/tavio/input_file.h"
+#include "tools/tavio/text_face.h"
 
 namespace tavio::tool {
 
@@ -54,41 +55,95 @@ void Composer::add(const Options& options, std::size_t line) {
     Origin origin;
     origin.line = line;
     origin.pagesChosen = options.pages.isGiven();
+    if (options.command == Command::kPrint) {
+        addDocuments(options, origin);
+    } else {
+        addElement(options, line);
+        finish(options.settings, options.finish);
+    }
+    note(origin);
+}
+
+void Composer::addElement(const Options& options, std::size_t line) {
     switch (options.command) {
-        case Command::kPrint:
-            addDocuments(options, origin);
-            break;
         case Command::kLogoStore:
-            addLogo(options);
-            break;
+            return addLogo(options);
         case Command::kLogoPrint:
             ticketFor(options.settings).logo(options.logo, placeOf(options));
-            break;
+            return;
         case Command::kSend:
             ticketFor(options.settings).printerText(options.text);
-            break;
+            return;
         case Command::kText:
-            ticketFor(options.settings).text(options.text, placeOf(options));
-            break;
+            return addText(options, line);
         case Command::kRaw:
-            addRaw(options);
-            break;
+            return addRaw(options);
         case Command::kCut:
-            finish(options.settings, printing::Finish::kCut);
-            break;
+            return finish(options.settings, printing::Finish::kCut);
         case Command::kEject:
-            finish(options.settings, printing::Finish::kEject);
-            break;
+            return finish(options.settings, printing::Finish::kEject);
         case Command::kClear:
             ticketFor(options.settings)
                 .printerText(
                     "\x1B"
                     "c");
-            break;
+            return;
+        default:
+            return addDrawn(options);
+    }
+}
+
+void Composer::addDrawn(const Options& options) {
+    const printing::Place place = placeOf(options);
+    switch (options.command) {
+        case Command::kCode:
+            ticketFor(options.settings)
+                .code(options.codeKind, textOf(options), place, codeOptions(options));
+            return;
+        case Command::kWords:
+            return addWords(options);
+        case Command::kLine:
+            ticketFor(options.settings).line(place, options.length, options.line);
+            return;
+        case Command::kBox:
+            ticketFor(options.settings).box(place, options.size, options.box);
+            return;
         default:
             throw Failure("this command is no part of a job");
     }
-    note(origin);
+}
+
+void Composer::addText(const Options& options, std::size_t line) {
+    std::optional<std::string> why;
+    if (!options.isPrinterFace && !options.points) why = whyNotInPrinterFace(options.text);
+    if (!why && !options.points) {
+        ticketFor(options.settings).text(options.text, placeOf(options));
+        return;
+    }
+    Options words = options;
+    words.points = options.points.value_or(kPrinterFacePoints);
+    addWords(words);
+    if (why) {
+        notes_.push_back(
+            {.kind = "other-face",
+             .sentence = *why + ": the text is set as words (--printer-face refuses it)",
+             .line = line});
+    }
+}
+
+void Composer::addWords(const Options& options) {
+    printing::WordsOptions words = wordsOptions(options);
+    if (!options.font.empty()) words.font = sourceOf(options.font, "font");
+    ticketFor(options.settings).words(textOf(options), placeOf(options), std::move(words));
+}
+
+std::string Composer::textOf(const Options& options) {
+    if (options.from.empty()) return options.text;
+    const auto bytes = contentOf(options.from, "text");
+    std::string text(bytes->begin(), bytes->end());
+    if (text.ends_with('\n')) text.pop_back();
+    if (text.ends_with('\r')) text.pop_back();
+    return text;
 }
 
 // Between tickets of one command there is a cut, if nothing else is wanted.
@@ -165,10 +220,13 @@ void Composer::addLogo(const Options& options) {
 }
 
 void Composer::addRaw(const Options& options) {
-    const printing::Source source = sourceOf(options.files.front(), "job");
-    std::shared_ptr<const Bytes> bytes = source.content();
-    if (!bytes) bytes = std::make_shared<const Bytes>(InputFile(source.name()).rest());
-    ticketFor(options.settings).bytes(std::move(bytes));
+    ticketFor(options.settings).bytes(contentOf(options.files.front(), "job"));
+}
+
+std::shared_ptr<const Bytes> Composer::contentOf(const std::string& path, const char* what) {
+    const printing::Source source = sourceOf(path, what);
+    if (auto content = source.content()) return content;
+    return std::make_shared<const Bytes>(InputFile(source.name()).rest());
 }
 
 // what: its name if it is also the place to print to.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "tavio/printing/result.h"
 #include "tavio/printing/ticket.h"
 #include "tools/tavio/options.h"
+#include "tools/tavio/report.h"
 
 namespace tavio::tool {
 
@@ -40,12 +42,20 @@ class Composer {
 
     const std::vector<printing::Ticket>& tickets() const { return tickets_; }
 
+    // What a person should know of how it was composed.
+    const std::vector<Notice>& notes() const { return notes_; }
+
     // The origin of what a problem or a warning is about.
     Origin originOf(std::size_t ticket, std::size_t element) const;
 
   private:
     struct Part;
 
+    void addElement(const Options& options, std::size_t line);
+    void addDrawn(const Options& options);
+    void addText(const Options& options, std::size_t line);
+    void addWords(const Options& options);
+    std::string textOf(const Options& options);
     void addDocuments(const Options& options, Origin origin);
     void addPart(const Part& part, const Options& options);
     static std::string nameOf(const Part& part);
@@ -54,6 +64,7 @@ class Composer {
     void addRaw(const Options& options);
     printing::Source sourceOf(const std::string& path, const char* what);
     printing::Source streamOf(const std::string& path);
+    std::shared_ptr<const Bytes> contentOf(const std::string& path, const char* what);
 
     printing::Ticket& ticketFor(const Settings& settings);
     void finish(const Settings& settings, printing::Finish finish);
@@ -65,7 +76,8 @@ class Composer {
     std::string whyNoStandardInput_;
     std::vector<printing::Ticket> tickets_;
     std::vector<std::vector<Origin>> origins_;  // of each ticket's elements
-    bool isFinished_ = true;                    // the last ticket takes no more elements
+    std::vector<Notice> notes_;
+    bool isFinished_ = true;  // the last ticket takes no more elements
 };
 
 }  // namespace tavio::tool

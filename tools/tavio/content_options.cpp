@@ -36,7 +36,7 @@ OptionSpec pages(Options& options) {
                 options.pages = *pages;
                 return "";
             },
-            .excludes = "--page"};
+            .excludes = {"--page"}};
 }
 
 OptionSpec copies(Options& options) {
@@ -77,7 +77,7 @@ OptionSpecs finishOptions(Options& options) {
         };
     };
     OptionSpec eject = flag("--eject", "eject the ticket uncut", finish(printing::Finish::kEject));
-    eject.excludes = "--cut";
+    eject.excludes = {"--cut"};
     return {flag("--cut", "cut the ticket afterwards", finish(printing::Finish::kCut)), eject};
 }
 

@@ -105,24 +105,6 @@ OptionSpec tone(Settings& settings) {
     return option;
 }
 
-struct Range {
-    double min = 0;
-    double max = 0;
-    const char* text = "";
-};
-
-OptionSpec decimal(std::string name, std::string help, Range range, std::optional<double>& value) {
-    return {.name = std::move(name),
-            .help = std::move(help),
-            .value = "N",
-            .set = [range, &value](const std::string& text) -> std::string {
-                value = parseDecimal(text);
-                if (value && *value >= range.min && *value <= range.max) return "";
-                return "\"" + text + "\" is no number from " + range.text;
-            },
-            .group = kGroup};
-}
-
 OptionSpec margin(Settings& settings) {
     return {.name = "--margin",
             .help = "dots that stay free on all sides; 0 if not given",
@@ -154,12 +136,18 @@ OptionSpec threshold(Settings& settings) {
                 return "";
             },
             .group = kGroup,
-            .excludes = "--dither"};
+            .excludes = {"--dither"}};
 }
 
 OptionSpec inGroup(OptionSpec option) {
     option.group = kGroup;
     return option;
+}
+
+OptionSpec decimal(std::string name, std::string help, DecimalRange range,
+                   std::optional<double>& value) {
+    return inGroup(tool::decimal(std::move(name), std::move(help), range,
+                                 [&value](double number) { value = number; }));
 }
 
 }  // namespace
@@ -168,7 +156,7 @@ OptionSpecs drawingOptions(Settings& settings) {
     OptionSpec scaled =
         inGroup(flag("--scaled", "short for --fit stretch; with --classic, stretched its way",
                      [&settings](bool given) { settings.scaled = given; }));
-    scaled.excludes = "--fit";
+    scaled.excludes = {"--fit"};
     return {choice("--fit",
                    choices(kFits) + "; shrink if not given: its own size, or smaller if the ticket "
                                     "has less room",

@@ -107,6 +107,7 @@ int runSeries(const Composer& composer, const Destination& destination, const Op
 
 int runWhole(const printing::Job& job, const Composer& composer, const Destination& destination,
              const Options& options, Report& report) {
+    for (const Notice& note : composer.notes()) report.warning(note);
     for (const Notice& warning : warningsOf(job.warnings(), composer)) report.warning(warning);
     const Delivery delivery = deliver(job, destination, options, report);
     report.member("tickets", ticketsJson(composer, job.elements(), delivery.fates));

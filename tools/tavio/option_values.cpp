@@ -13,7 +13,7 @@ namespace tavio::tool {
 namespace {
 
 // More than 0, at most the limit; without a sign.
-std::optional<double> parseSize(std::string_view text, double limit) {
+std::optional<double> parsePositive(std::string_view text, double limit) {
     if (text.starts_with('-') || text.starts_with('+')) return std::nullopt;
     const auto number = parseDecimal(text);
     return number && *number > 0 && *number <= limit ? number : std::nullopt;
@@ -52,7 +52,7 @@ std::optional<double> parseDecimal(std::string_view text) {
 }
 
 std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
-    const auto seconds = parseSize(text, 86'400);
+    const auto seconds = parsePositive(text, 86'400);
     if (!seconds) return std::nullopt;
     return std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*seconds));
 }
@@ -60,10 +60,33 @@ std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
 std::optional<printing::Stock> parseStockSize(std::string_view text) {
     const std::size_t cross = text.find('x');
     if (cross == std::string_view::npos) return std::nullopt;
-    const auto width = parseSize(text.substr(0, cross), printing::Stock::kMaxInches);
-    const auto height = parseSize(text.substr(cross + 1), printing::Stock::kMaxInches);
+    const auto width = parsePositive(text.substr(0, cross), printing::Stock::kMaxInches);
+    const auto height = parsePositive(text.substr(cross + 1), printing::Stock::kMaxInches);
     if (!width || !height) return std::nullopt;
     return printing::Stock::ofInches(*width, *height);
+}
+
+std::optional<printing::Size> parseSize(std::string_view text) {
+    const std::size_t cross = text.find('x');
+    if (cross == std::string_view::npos) return std::nullopt;
+    const auto width = parseNumber(text.substr(0, cross));
+    const auto height = parseNumber(text.substr(cross + 1));
+    if (!width || !height || *width < 1 || *height < 1) return std::nullopt;
+    return printing::Size{*width, *height};
+}
+
+std::optional<double> parseMillimetres(std::string_view text) {
+    constexpr std::string_view kUnit = "mm";
+    if (!text.ends_with(kUnit)) return std::nullopt;
+    text.remove_suffix(kUnit.size());
+    return parsePositive(text, 1000);
+}
+
+std::optional<printing::CodeKind> parseCodeKind(std::string_view text) {
+    using printing::CodeKind;
+    return valueOf<CodeKind>(text,
+                             {CodeKind::kQr, CodeKind::kCode128, CodeKind::kEan13, CodeKind::kItf,
+                              CodeKind::kPdf417, CodeKind::kAztec, CodeKind::kDataMatrix});
 }
 
 std::optional<printing::ReplyPattern> parseReplyPattern(std::string_view text) {

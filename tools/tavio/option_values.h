@@ -26,6 +26,15 @@ std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
 // printing::Stock::kMaxInches; none for any other text.
 std::optional<printing::Stock> parseStockSize(std::string_view text);
 
+// The width and the height in dots: "300x80", each 1 or more; none for any other text.
+std::optional<printing::Size> parseSize(std::string_view text);
+
+// "0.33mm": more than 0 and up to 1000; none for any other text.
+std::optional<double> parseMillimetres(std::string_view text);
+
+// "qr", "code128" and so on; none for any other text.
+std::optional<printing::CodeKind> parseCodeKind(std::string_view text);
+
 // "ready:exact:OK": the state, how the text matches, and the text; none for any other text.
 std::optional<printing::ReplyPattern> parseReplyPattern(std::string_view text);
 

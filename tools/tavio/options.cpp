@@ -16,10 +16,30 @@ links::Deadlines deadlinesOf(const Options& options) {
     return deadlines;
 }
 
+printing::CodeOptions codeOptions(const Options& options) {
+    printing::CodeOptions code = options.code;
+    code.box = options.room;
+    code.turn = options.settings.turn.value_or(code.turn);
+    code.align = options.settings.align.value_or(code.align);
+    return code;
+}
+
+printing::WordsOptions wordsOptions(const Options& options) {
+    printing::WordsOptions words = options.words;
+    words.size = options.points.value_or(words.size);
+    words.box = options.room;
+    words.turn = options.settings.turn.value_or(words.turn);
+    words.align = options.settings.align.value_or(words.align);
+    return words;
+}
+
 std::string contradictionIn(const Options& options) {
     const bool isPiped =
         options.target && std::holds_alternative<StandardOutputTarget>(*options.target);
     if (isPiped && options.json) return "--json and --to - both need standard output";
+    const bool hasText = !options.text.empty() || !options.from.empty();
+    if (options.command == Command::kCode && !hasText) return "DATA is required, or --from FILE";
+    if (options.command == Command::kWords && !hasText) return "TEXT is required, or --from FILE";
     return "";
 }
 

@@ -24,6 +24,10 @@ enum class Command {
     kLogoPrint,
     kSend,
     kText,
+    kCode,
+    kWords,
+    kLine,
+    kBox,
     kRaw,
     kCut,
     kEject,
@@ -56,7 +60,7 @@ struct Options {
 
     std::vector<std::string> files;  // documents, a job file, a script
     std::optional<printing::Format> type;
-    std::string text;
+    std::string text;  // of "code" its data
     std::int32_t row = 0;
     std::int32_t column = 0;
     std::int32_t logo = 0;
@@ -64,6 +68,20 @@ struct Options {
     std::int32_t copies = 1;
     printing::Finish finish = printing::Finish::kNothing;
     std::string output = "ticket.png";  // of "preview"
+
+    // Of "code", "words", "line" and "box"; the turn and the place in the box are settings.
+    std::string from;  // the file of the text or the data
+    printing::CodeKind codeKind = printing::CodeKind::kQr;
+    printing::CodeOptions code;
+    printing::WordsOptions words;
+    std::string font;                    // the file of the words' face
+    std::optional<printing::Size> room;  // of a code or words: --box
+    std::optional<double> points;        // of words and "text": --size
+    bool isPrinterFace = false;          // of "text": no other face
+    std::int32_t length = 0;             // of a line
+    printing::LineOptions line;
+    printing::Size size;  // of a box
+    printing::BoxOptions box;
 
     // Of "printers".
     std::string name;
@@ -73,6 +91,10 @@ struct Options {
 
 // The deadlines of a link: its own, or what --timeout makes of them.
 links::Deadlines deadlinesOf(const Options& options);
+
+// The options of a code and of words, with what the settings say of both. The font is not read.
+printing::CodeOptions codeOptions(const Options& options);
+printing::WordsOptions wordsOptions(const Options& options);
 
 // Why these options cannot be given together: a sentence; "" if they can.
 std::string contradictionIn(const Options& options);

@@ -148,6 +148,7 @@ class ScriptReader {
         const Reading reading = (isSettings ? settingsLine_ : commands_).read(std::move(*words));
         if (reading.end == Reading::End::kShown) return "a script shows no help";
         if (reading.end == Reading::End::kWrong) return reading.text;
+        if (std::string wrong = contradictionIn(options_); !wrong.empty()) return wrong;
         if (isSettings) {
             settings_ = options_.settings;
         } else {

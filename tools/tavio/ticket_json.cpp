@@ -20,14 +20,6 @@ constexpr std::array<const char*, 13> kElementKinds{
     "words",    "line",   "box"};
 static_assert(kElementKinds.size() == std::variant_size_v<printing::Element>);
 
-std::string sizeJson(const printing::Size& size) {
-    return JsonObject().number("width", size.width).number("height", size.height).str();
-}
-
-std::string placeJson(const printing::Rectangle& rectangle) {
-    return JsonObject().number("left", rectangle.left).number("top", rectangle.top).str();
-}
-
 std::string elementJson(const Composer& composer, const printing::EncodedElement& element,
                         const printing::ElementFate* fate) {
     const auto& elements = composer.tickets().at(element.ticket).elements();
@@ -38,7 +30,8 @@ std::string elementJson(const Composer& composer, const printing::EncodedElement
         .number("count", element.count);
     if (origin.line > 0) json.number("line", origin.line);
     if (element.size) json.json("size", sizeJson(*element.size));
-    if (element.rectangle) json.json("place", placeJson(*element.rectangle));
+    if (element.rectangle)
+        json.json("place", placeJson(element.rectangle->left, element.rectangle->top));
     if (fate != nullptr) json.text("fate", nameOf(*fate));
     return json.str();
 }
@@ -55,6 +48,14 @@ std::string ticketJson(const printing::TicketSettings& settings,
 }
 
 }  // namespace
+
+std::string sizeJson(const printing::Size& size) {
+    return JsonObject().number("width", size.width).number("height", size.height).str();
+}
+
+std::string placeJson(std::int64_t left, std::int64_t top) {
+    return JsonObject().number("left", left).number("top", top).str();
+}
 
 std::string stockJson(const printing::Stock& stock) {
     if (!stock.isCustom()) return std::to_string(stock.index());

@@ -1,6 +1,7 @@
 // The tickets of a job as JSON.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,10 @@
 #include "tools/tavio/composer.h"
 
 namespace tavio::tool {
+
+// Dots on the upright ticket.
+std::string sizeJson(const printing::Size& size);
+std::string placeJson(std::int64_t left, std::int64_t top);
 
 // The index of a stock, or the size in inches of a custom one.
 std::string stockJson(const printing::Stock& stock);

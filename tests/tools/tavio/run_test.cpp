@@ -63,7 +63,7 @@ TEST_F(Run, TellsEveryWrongLineAndSendsNothing) {
               "print black.bmp\n"
               "print missing.png\n"
               "bogus\n"
-              "text 'caf\xC3\xA9'\n"
+              "text 'caf\xC3\xA9' --printer-face\n"
               "print black.doc\n"
               "send ok\n");
     writeFile(at("black.doc"), "x");

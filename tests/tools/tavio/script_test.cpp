@@ -114,8 +114,8 @@ TEST(Scripts, NameEveryWrongLine) {
     }
     EXPECT_EQ(numbers, (std::vector<std::size_t>{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}));
     EXPECT_EQ(script.wrong[0].sentence,
-              "bogus is no command of a script: give one of print logo send text raw cut eject "
-              "clear");
+              "bogus is no command of a script: give one of print logo send text words code "
+              "line box raw cut eject clear");
     EXPECT_EQ(script.wrong[4].sentence,
               "--to: give it to tavio run: a script has one target (tavio --help tells more)");
 }

@@ -34,7 +34,7 @@ TEST_F(Texts, NeverSendACommand) {
            "b",
            "U+202E"}}) {
         SCOPED_TRACE(text);
-        const Ran ran = tavio({"text", text, "--json"});
+        const Ran ran = tavio({"text", text, "--printer-face", "--json"});
         EXPECT_EQ(ran.status, 1);
         EXPECT_NE(ran.err.find(letter), std::string::npos) << ran.err;
         EXPECT_NE(ran.out.find(R"("kind":"unprintable-letter")"), std::string::npos) << ran.out;

@@ -18,9 +18,9 @@ namespace {
 using Usage = ToolTest;
 
 const std::vector<std::vector<std::string>> kCommands{
-    {"print"}, {"logo", "store"}, {"logo", "print"}, {"logo"},   {"send"}, {"text"},
-    {"raw"},   {"cut"},           {"eject"},         {"clear"},  {"run"},  {"status"},
-    {"info"},  {"preview"},       {"decode"},        {"stocks"}, {}};
+    {"print"}, {"logo", "store"}, {"logo", "print"}, {"logo"},    {"send"},   {"text"},   {"words"},
+    {"code"},  {"line"},          {"box"},           {"raw"},     {"cut"},    {"eject"},  {"clear"},
+    {"run"},   {"status"},        {"info"},          {"preview"}, {"decode"}, {"stocks"}, {}};
 
 TEST_F(Usage, EveryHelpHasAnExample) {
     for (std::vector<std::string> command : kCommands) {
