@@ -163,7 +163,7 @@ DrawnWords drawWords(const WordsOrder& order, const helper::Limits& limits,
     try {
         if (order.text.empty()) return refused(Outcome::kNothing);
         helper::Asked asked =
-            helper::ask({"tavio-words", helper}, {questionOf(order), limits}, inputOf(order));
+            helper::ask({"tavio-words", helper, true}, {questionOf(order), limits}, inputOf(order));
         return asked.answer ? readAnswer(*asked.answer, order) : refused(outcomeOf(asked.failure));
     } catch (const std::bad_alloc&) {
         return refused(Outcome::kMemoryLimit);

@@ -15,6 +15,10 @@ constexpr double kPointsPerInch = 72;
 // Higher blocks fit nowhere; the library's numbers would not hold them.
 constexpr std::int32_t kMaxHeight = 1 << 20;
 
+// The library sets a paragraph as one line before it wraps it, in units of which its numbers hold 2^21
+// dots. Letters are less than four times as wide as the face is high, but for single ones.
+constexpr double kMaxParagraphDots = 1 << 19;
+
 Description faceOf(const Fonts& fonts, const Setting& setting) {
     Description face(pango_font_description_new());
     pango_font_description_set_family(face.get(), fonts.family.c_str());
@@ -23,6 +27,18 @@ Description faceOf(const Fonts& fonts, const Setting& setting) {
     pango_font_description_set_style(face.get(),
                                      setting.isItalic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
     return face;
+}
+
+// In letters.
+std::size_t longestParagraph(std::string_view text) {
+    std::size_t longest = 0;
+    std::size_t letters = 0;
+    for (const char byte : text) {
+        const bool continues = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
+        letters = byte == '\n' ? 0 : letters + (continues ? 0 : 1);
+        longest = std::max(longest, letters);
+    }
+    return longest;
 }
 
 std::int32_t shifted(std::int32_t room, Side side) {
@@ -87,6 +103,7 @@ Extents extentsOf(PangoLayoutLine* line) {
 
 Text::Text(const Fonts& fonts, std::string_view text, const Setting& setting)
     : setting_(setting),
+      longestParagraph_(longestParagraph(text)),
       face_(faceOf(fonts, setting)),
       context_(textContext(fonts)),
       layout_(pango_layout_new(context_.get())) {
@@ -96,6 +113,7 @@ Text::Text(const Fonts& fonts, std::string_view text, const Setting& setting)
 }
 
 Block Text::set(double size) {
+    if (isTooLong(size)) return {{}, {0, 0, 1, kMaxHeight}, false};
     const std::int32_t width = std::max(setting_.width - 2 * setting_.inset, 1);
     wrap(size, width);
     Block block = placed(width);
@@ -109,9 +127,16 @@ Block Text::set(double size) {
     return block;
 }
 
+double Text::faceDots(double size) const {
+    return size / kPointsPerInch * setting_.resolution;
+}
+
+bool Text::isTooLong(double size) const {
+    return static_cast<double>(longestParagraph_) * faceDots(size) > kMaxParagraphDots;
+}
+
 void Text::wrap(double size, std::int32_t width) {
-    const double dots = size / kPointsPerInch * setting_.resolution;
-    pango_font_description_set_absolute_size(face_.get(), dots * PANGO_SCALE);
+    pango_font_description_set_absolute_size(face_.get(), faceDots(size) * PANGO_SCALE);
     pango_layout_set_font_description(layout_.get(), face_.get());
     pango_layout_set_width(layout_.get(), width * PANGO_SCALE);
 }

@@ -1,6 +1,7 @@
 // Words that are set: lines at their places.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -40,18 +41,22 @@ class Text {
     // `text` and the rest must outlive this.
     Text(const Fonts& fonts, std::string_view text, const words::Setting& setting);
 
-    // Sets it at a size in points.
+    // Sets it at a size in points. A text with a paragraph that is too long for the library's numbers
+    // has a block that fits nowhere, without lines.
     Block set(double size);
 
     // The text as it was last set.
     PangoLayout* layout() const { return layout_.get(); }
 
   private:
+    double faceDots(double size) const;
+    bool isTooLong(double size) const;
     void wrap(double size, std::int32_t width);
     Block placed(std::int32_t width) const;
     bool breaksWords() const;
 
     const words::Setting& setting_;
+    std::size_t longestParagraph_;  // letters
     Description face_;
     TextContext context_;
     Layout layout_;

@@ -63,6 +63,12 @@ const FcChar8* fontText(const std::string& text) {
     return reinterpret_cast<const FcChar8*>(text.c_str());
 }
 
+// The machine's fonts, if they are loaded; they stay for all texts.
+FontConfig& machineFonts() {
+    static FontConfig fonts;
+    return fonts;
+}
+
 bool hasFamily(FcConfig* config, const std::string& family) {
     const FontPattern wanted(FcPatternCreate());
     FcPatternAddString(wanted.get(), FC_FAMILY, fontText(family));
@@ -108,10 +114,18 @@ bool canBeSet(FcPattern* font) {
 
 }  // namespace
 
+void loadFontsOfMachine() {
+    FontConfig config(FcInitLoadConfig());
+    if (config && addRules(config.get()) && FcConfigBuildFonts(config.get()) != FcFalse)
+        machineFonts() = std::move(config);
+}
+
 std::optional<Fonts> fontsOfMachine(const std::string& face) {
-    Fonts fonts{FontConfig(FcInitLoadConfig()), std::string(genericFamily(face))};
+    if (!machineFonts()) loadFontsOfMachine();
+    if (!machineFonts()) return {};
+    Fonts fonts{FontConfig(FcConfigReference(machineFonts().get())),
+                std::string(genericFamily(face))};
     FcConfig* const config = fonts.config.get();
-    if (config == nullptr || !addRules(config) || FcConfigBuildFonts(config) == FcFalse) return {};
     if (!hasFonts(config)) return {};
     if (fonts.family.empty()) {
         if (!hasFamily(config, face)) return {};

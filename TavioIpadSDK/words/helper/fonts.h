@@ -15,6 +15,9 @@ struct Fonts {
     std::string family;
 };
 
+// Finds the fonts of this machine, once for all texts.
+void loadFontsOfMachine();
+
 // The fonts of this machine, and the face among them: "sans", "serif" and "mono", or a family that the
 // machine has. None if it has not.
 std::optional<Fonts> fontsOfMachine(const std::string& face);

@@ -14,10 +14,12 @@
 #include "TavioIpadSDK/helper/program/run.h"
 #include "TavioIpadSDK/words/answer.h"
 #include "TavioIpadSDK/words/helper/draw_block.h"
+#include "TavioIpadSDK/words/helper/fatal_errors.h"
 #include "TavioIpadSDK/words/helper/fit_block.h"
 #include "TavioIpadSDK/words/helper/fonts.h"
 #include "TavioIpadSDK/words/helper/missing_letters.h"
 #include "TavioIpadSDK/words/helper/read_input.h"
+#include "TavioIpadSDK/words/helper/warm_up.h"
 
 namespace tavio::words_helper {
 
@@ -106,8 +108,8 @@ bool answerWithDrawing(const FittedBlock& fitted, const Setting& setting) {
 bool answerWithWords(const Fonts& fonts, std::string_view content, const Setting& setting) {
     Text text(fonts, content, setting);
     const FittedBlock fitted = fitBlock(text, setting);
-    const std::vector<std::uint32_t> missing =
-        missingLetters(text.layout(), words::kMaxLettersNamed);
+    if (fitted.block.lines.empty()) return refuseBox(fitted, setting);
+    const auto missing = missingLetters(text.layout(), words::kMaxLettersNamed);
     if (!missing.empty()) return refuseLetters(missing);
     return fitted.fits ? answerWithDrawing(fitted, setting) : refuseBox(fitted, setting);
 }
@@ -118,6 +120,7 @@ bool perform(const Request& request, int descriptor) {
         request.faceBytes > input->size() - request.textBytes) {
         return false;
     }
+    answerFatalErrors();
     const std::string_view content(reinterpret_cast<const char*>(input->data()), input->size());
     const std::string face(content.substr(request.textBytes, request.faceBytes));
     const auto file = std::span(*input).subspan(request.textBytes + request.faceBytes);
@@ -148,7 +151,7 @@ constexpr const char* kUsage =
 
 int main(int count, char** arguments) {
     using namespace tavio::words_helper;
-    const tavio::helper_program::Program program{kUsage, taskOf,
-                                                 std::as_bytes(std::span(&kOutOfMemory, 1))};
+    const tavio::helper_program::Program program{
+        kUsage, taskOf, std::as_bytes(std::span(&kOutOfMemory, 1)), warmUp};
     return tavio::helper_program::run(program, {arguments, static_cast<std::size_t>(count)});
 }
