@@ -7,7 +7,6 @@ namespace tavio::printing {
 namespace {
 
 constexpr double kWidthPerTone = 0.05;  // calibration.h
-constexpr int kMaxTone = 9;
 
 // How far a column of touching discs, one dot apart, reaches from its middle: the mean of
 // sqrt(radius^2 - y^2) over y from -1/2 to 1/2. radius: 1/2 or more.
@@ -20,8 +19,7 @@ double meanReach(double radius) {
 }  // namespace
 
 double barReductionFor(const Calibration& calibration) {
-    const int tone = std::clamp(calibration.tone, 0, kMaxTone);
-    const double radius = (1 + tone * kWidthPerTone) / 2;
+    const double radius = (1 + calibration.tone * kWidthPerTone) / 2;
     return std::clamp(2 * meanReach(radius) - 1, 0.0, 1.0);
 }
 

@@ -6,6 +6,7 @@
 namespace tavio::printing {
 
 // In dots, 0 to 1: by how much a bar of round dots is wider in the mean than its dots' room.
+// Of a calibration whose tone is 0 to 9.
 double barReductionFor(const Calibration& calibration);
 
 }  // namespace tavio::printing

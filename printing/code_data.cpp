@@ -1,14 +1,13 @@
 #include "tavio/printing/code_data.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <string_view>
 
 #include "TavioIpadSDK/platform/utf8.h"
 #include "tavio/printing/code_rules.h"
+#include "tavio/printing/letter_name.h"
 #include "tavio/printing/read_source.h"
 
 namespace tavio::printing {
@@ -28,15 +27,14 @@ tl::unexpected<Problem> badData(CodeKind kind, const std::string& sentence) {
     return problem(ProblemKind::kBadData, rulesOf(kind).name + sentence);
 }
 
-// "character 3 (U+20AC)": the character at the index of a byte.
+// ""€" (U+20AC), character 3": the character at the index of a byte.
 std::string characterText(std::string_view text, std::size_t at) {
     std::size_t number = 1;
     for (std::size_t index = 0; index < at; ++number)
         index += platform::firstCharacter(text.substr(index)).length;
-    std::array<char, 16> code{};
-    std::snprintf(code.data(), code.size(), "U+%04X",
-                  static_cast<unsigned>(platform::firstCharacter(text.substr(at)).codePoint));
-    return "character " + std::to_string(number) + " (" + code.data() + ")";
+    const std::uint32_t code = platform::firstCharacter(text.substr(at)).codePoint;
+    const std::string name = isControl(code) ? codeText(code) : letterName(text.substr(at));
+    return name + ", character " + std::to_string(number);
 }
 
 Expected<std::string, Problem> digits(CodeKind kind, const std::string& data) {

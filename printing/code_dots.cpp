@@ -1,10 +1,14 @@
 #include "tavio/printing/code_dots.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "TavioIpadSDK/sharp/blacken.h"
+#include "TavioIpadSDK/sharp/turned_dots.h"
 #include "tavio/printing/bar_reduction.h"
 #include "tavio/printing/box.h"
 #include "tavio/printing/code_data.h"
@@ -13,10 +17,10 @@
 #include "tavio/printing/code_rules.h"
 #include "tavio/printing/code_settings.h"
 #include "tavio/printing/code_symbol.h"
+#include "tavio/printing/code_text.h"
 #include "tavio/printing/fit_warnings.h"
 #include "tavio/printing/read_source.h"
 #include "tavio/printing/sharp_warnings.h"
-#include "tavio/printing/turned_canvas.h"
 
 namespace tavio::printing {
 namespace {
@@ -35,19 +39,13 @@ Size lyingSize(const CodeMeasures& measures) {
     return measures.quarterTurns % 2 == 0 ? size : Size{size.height, size.width};
 }
 
-sharp::Dots drawn(const element::Code& code, const CodeSymbol& symbol, const CodeMeasures& measures,
-                  const EncodeOptions& options) {
+void drawSymbol(const element::Code& code, const CodeSymbol& symbol, const CodeMeasures& measures,
+                const Calibration& calibration, sharp::Dots& dots) {
     const CodeRules rules = rulesOf(code.kind);
-    TurnedCanvas canvas(measures.size, measures.quarterTurns);
-    if (!rules.isLinear) {
-        drawModules(symbol, measures, rules.rowModules, canvas);
-    } else {
-        const bool hasGuards = code.kind == CodeKind::kEan13 && code.options.hasText;
-        const double reduction =
-            code.options.barReduction.value_or(barReductionFor(options.calibration));
-        drawBars(symbol, measures, hasGuards, reduction, canvas);
-    }
-    return std::move(canvas).take();
+    if (!rules.isLinear) return drawModules(symbol, measures, rules.rowModules, dots);
+    const bool hasGuards = code.kind == CodeKind::kEan13 && code.options.hasText;
+    drawBars(symbol, measures, hasGuards,
+             code.options.barReduction.value_or(barReductionFor(calibration)), dots);
 }
 
 std::vector<Warning> warningsOf(const PlacedDots& placed, std::int32_t module,
@@ -67,8 +65,6 @@ Expected<PlacedDots, Problem> codeDots(const element::Code& code, const Layout& 
                                        const EncodeOptions& options) {
     if (auto problem = problemOf(code.kind, code.options))
         return tl::unexpected(std::move(*problem));
-    if (code.options.hasText)
-        return problem(ProblemKind::kBadSetting, "the text below a code is not drawn yet");
     const auto box = boxFor(code, layout);
     if (!box) return tl::unexpected(box.error());
     const auto data = codeData(code.kind, code.data);
@@ -84,8 +80,16 @@ Expected<PlacedDots, Problem> codeDots(const element::Code& code, const Layout& 
     const Rectangle rectangle = alignedIn(*box, code.options.align, size);
     if (auto problem = problemOfPlace(name, rectangle, layout))
         return tl::unexpected(std::move(*problem));
-    PlacedDots placed{drawn(code, *symbol, *measures, options), rectangle, name, {}};
+    PlacedDots placed{
+        sharp::whiteDots(measures->size.width, measures->size.height), rectangle, name, {}};
     placed.warnings = warningsOf(placed, measures->module, layout);
+    drawSymbol(code, *symbol, *measures, options.calibration, placed.dots);
+    if (code.options.hasText) {
+        auto warnings = drawCodeText(code.kind, *data, *measures, layout, options, placed.dots);
+        if (!warnings) return tl::unexpected(std::move(warnings.error()));
+        std::ranges::move(*warnings, std::back_inserter(placed.warnings));
+    }
+    placed.dots = turnedDots(std::move(placed.dots), measures->quarterTurns);
     return placed;
 }
 

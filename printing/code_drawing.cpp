@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "TavioIpadSDK/sharp/blacken.h"
+
 namespace tavio::printing {
 namespace {
 
@@ -39,35 +41,35 @@ bool isReducedRow(std::int32_t row, double reduction) {
     return std::floor((row + 1) * reduction) > std::floor(row * reduction);
 }
 
-void drawBar(const sharp::DotArea& bar, double reduction, TurnedCanvas& canvas) {
-    canvas.blacken({bar.left, bar.top, bar.width - 1, bar.height});
+void drawBar(const sharp::DotArea& bar, double reduction, sharp::Dots& dots) {
+    blacken(dots, {bar.left, bar.top, bar.width - 1, bar.height});
     for (std::int32_t row = 0; row < bar.height; ++row)
         if (!isReducedRow(row, reduction))
-            canvas.blacken({bar.left + bar.width - 1, bar.top + row, 1, 1});
+            blacken(dots, {bar.left + bar.width - 1, bar.top + row, 1, 1});
 }
 
 }  // namespace
 
 void drawModules(const CodeSymbol& symbol, const CodeMeasures& measures, std::int32_t rowModules,
-                 TurnedCanvas& canvas) {
+                 sharp::Dots& dots) {
     const std::int32_t module = measures.module;
     const std::int32_t height = rowModules * module;
     for (std::int32_t row = 0; row < symbol.rows; ++row)
         forEachRun(symbol, row, [&](std::int32_t begin, std::int32_t count) {
-            canvas.blacken({measures.left + begin * module, measures.above + row * height,
-                            count * module, height});
+            blacken(dots, {measures.left + begin * module, measures.above + row * height,
+                           count * module, height});
         });
 }
 
 void drawBars(const CodeSymbol& symbol, const CodeMeasures& measures, bool hasGuards,
-              double reduction, TurnedCanvas& canvas) {
+              double reduction, sharp::Dots& dots) {
     const std::int32_t module = measures.module;
     const double narrower = module > 1 ? reduction : 0;
     forEachRun(symbol, 0, [&](std::int32_t begin, std::int32_t count) {
         const std::int32_t guard = hasGuards && isGuard(begin) ? kGuardModules * module : 0;
         drawBar({measures.left + begin * module, measures.above, count * module,
                  measures.barHeight + guard},
-                narrower, canvas);
+                narrower, dots);
     });
 }
 

@@ -28,7 +28,6 @@ constexpr double kMinBarMillimetres = 3;
 
 // The height of the text's zone. EAN-13 has 9 modules, into which its guard bars reach.
 constexpr std::int32_t kEanTextModules = 9;
-constexpr double kTextPoints = 9;
 constexpr double kPointsPerInch = 72;
 constexpr double kLineHeight = 1.25;  // of the face's size
 

@@ -9,6 +9,9 @@
 
 namespace tavio::printing {
 
+// The size of a face below bars, but for EAN-13, whose digits grow with its modules.
+inline constexpr double kTextPoints = 9;
+
 // What the measures of a code depend on, besides its options.
 struct CodeExtent {
     CodeKind kind = CodeKind::kQr;

@@ -54,20 +54,22 @@ TEST(CodeData, OfEan13HaveTheRightCheckDigit) {
 }
 
 TEST(CodeData, OfDigitsNameAnotherCharacter) {
-    EXPECT_EQ(problemsOf(CodeKind::kEan13, "40063813339X"),
-              badData("the EAN-13 holds digits only, not character 12 (U+0058): leave it out"));
-    EXPECT_EQ(problemsOf(CodeKind::kItf, "12 34"),
-              badData("the ITF code holds digits only, not character 3 (U+0020): leave it out"));
+    EXPECT_EQ(
+        problemsOf(CodeKind::kEan13, "40063813339X"),
+        badData("the EAN-13 holds digits only, not \"X\" (U+0058), character 12: leave it out"));
+    EXPECT_EQ(
+        problemsOf(CodeKind::kItf, "12 34"),
+        badData("the ITF code holds digits only, not \" \" (U+0020), character 3: leave it out"));
     EXPECT_EQ(problemsOf(CodeKind::kItf, std::string("1\0", 2)),
-              badData("the ITF code holds digits only, not character 2 (U+0000): leave it out"));
+              badData("the ITF code holds digits only, not U+0000, character 2: leave it out"));
 }
 
 TEST(CodeData, OfCode128AreLatin1) {
     EXPECT_EQ(problemsOf(CodeKind::kCode128, "Caf\u00e9 \u00ff"), Lines());
-    EXPECT_EQ(
-        problemsOf(CodeKind::kCode128, "\u00e9: 5 \u20ac"),
-        badData("the Code 128 holds characters up to U+00FF, not character 6 (U+20AC): replace "
-                "it, or take a QR code"));
+    EXPECT_EQ(problemsOf(CodeKind::kCode128, "\u00e9: 5 \u20ac"),
+              badData("the Code 128 holds characters up to U+00FF, not \"\u20ac\" (U+20AC), "
+                      "character 6: replace "
+                      "it, or take a QR code"));
 }
 
 TEST(CodeData, MayHaveAnyCharacter) {
