@@ -3,6 +3,7 @@ import dataclasses
 import random
 import string
 import subprocess
+import threading
 
 import numpy
 
@@ -87,8 +88,7 @@ def pictures_in(stream):
 def drawn(program, codes):
     """The printed dots of the codes, in order."""
     with subprocess.Popen([program], stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
-        # The program writes while it reads: the list is given by a file's end, not by answers.
-        import threading
+        # The program writes while it reads.
         feeder = threading.Thread(target=feed, args=(process.stdin, codes))
         feeder.start()
         yield from pictures_in(process.stdout)
