@@ -23,6 +23,8 @@ bench_packages=(libbenchmark-dev python3 python3-numpy python3-pil) # and python
 # What reads printed codes and letters, and what makes and judges the pages: scripts/print-quality.
 quality_packages=(
   zbar-tools dmtx-utils tesseract-ocr tesseract-ocr-eng
+  tesseract-ocr-ell tesseract-ocr-rus tesseract-ocr-heb tesseract-ocr-ara tesseract-ocr-hin
+  fonts-lohit-deva # Devanagari, which fonts-dejavu-core has not
   python3 python3-numpy python3-pil python3-reportlab poppler-utils mupdf-tools
 )
 # Tools for the same kind of work, to compare with.

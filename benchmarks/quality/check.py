@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-"""A short form of the measurement that fails if codes or text got worse: check.py TAVIO.
+"""A short form of the measurement that fails if codes, text or words got worse: check.py TAVIO.
 
 Every code at 300 dpi scans as it is, as many scan through the camera as of the best peer's, and no
-more letters of a text are wrong than of the best peer's. Exits with 77 if a program or a package is
+more letters of a text are wrong than of the best peer's. Of words, no more letters are wrong than of
+large ones, in each language that the reader knows here. Exits with 77 if a program or a package is
 missing.
 """
 import concurrent.futures
@@ -33,7 +34,10 @@ skip_without_programs()
 try:
     import measure_codes
     import measure_text
+    import measure_words
     import printers
+    import scanners
+    import words
 except ImportError as absent:
     skip(str(absent))
 
@@ -75,6 +79,20 @@ def failed_texts(records, ours):
             yield f"{face}, {size} pt"
 
 
+def failed_words(records):
+    for script in dict.fromkeys(record["script"] for record in records):
+        wrong, wrong_if_large = (each["wrong"] for each in records if each["script"] == script)
+        print(f"{script} words, {measure_words.SIZE} pt: {wrong:.1%} of letters wrong, "
+              f"{measure_words.LARGE_SIZE} pt {wrong_if_large:.1%}")
+        if wrong > max(wrong_if_large, ALLOWED_WRONG):
+            yield f"{script} words"
+
+
+def known_scripts():
+    known = scanners.languages()
+    return [script for script in words.SCRIPTS if script.language in known]
+
+
 def main():
     ours, peers = judged_printers(pathlib.Path(sys.argv[1]).resolve())
     with tempfile.TemporaryDirectory() as name, concurrent.futures.ThreadPoolExecutor(2) as pool:
@@ -83,7 +101,8 @@ def main():
                                       modules=(0.7, 0.9), positions=3)
         texts = measure_text.measure([ours, *peers], folder, pool, resolutions=[RESOLUTION],
                                      faces=["serif"], sizes=[6])
-    failed = [*failed_codes(codes, ours), *failed_texts(texts, ours)]
+        set_words = measure_words.measure(ours, folder, pool, scripts=known_scripts())
+    failed = [*failed_codes(codes, ours), *failed_texts(texts, ours), *failed_words(set_words)]
     if failed:
         sys.exit("Not good enough: " + "; ".join(failed))
 

@@ -8,7 +8,7 @@ import photos
 from report import table
 
 OURS = "Tavio"
-PACKAGES = ("zbar-tools", "dmtx-utils", "tesseract-ocr", "poppler-utils", "mupdf-tools",
+PACKAGES = ("zbar-tools", "dmtx-utils", "tesseract-ocr", "libpango-1.0-0", "libfreetype6", "poppler-utils", "mupdf-tools",
             "ghostscript", "libvips-tools", "python3-pil", "python3-numpy", "python3-reportlab")
 
 
@@ -89,6 +89,17 @@ def text_text(records):
     return "\n\n".join(parts)
 
 
+def words_text(records):
+    """A line for each script, a column for each size."""
+    lines = []
+    for script in distinct(records, "script"):
+        own = [each for each in records if each["script"] == script]
+        lines.append((script, own[0]["face"], own[0]["letters"],
+                      *(f"{100 * each['wrong']:.1f}" for each in own)))
+    sizes = (f"{size} pt" for size in distinct(records, "size"))
+    return table(("", "face", "letters", *sizes), lines)
+
+
 def photos_text(records):
     columns = distinct(records, "picture")
     return grid(records, lambda each: each["picture"], columns, lambda each: each["ssim"],
@@ -150,6 +161,7 @@ def write(results, template, path):
         "sums": sums_text(results["codes"]),
         "codes": codes_text(results["codes"]),
         "text": text_text(results["text"]),
+        "words": words_text(results["words"]),
         "photos": photos_text(results["photos"]),
         "wedge": wedge_text(results["wedge"]),
     }

@@ -18,6 +18,7 @@ import document
 import measure_codes
 import measure_photos
 import measure_text
+import measure_words
 import photo_printers
 import pictures
 import printers
@@ -28,6 +29,7 @@ def tables(page_printers, picture_printers, folder):
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         yield "wedge", measure_photos.measure_wedge(picture_printers, folder, pool)
         yield "photos", measure_photos.measure_photos(picture_printers, folder, pool)
+        yield "words", measure_words.measure(page_printers[0], folder, pool)
         yield "text", measure_text.measure(page_printers, folder, pool)
         yield "codes", measure_codes.measure(page_printers, folder, pool)
 

@@ -1,6 +1,7 @@
 """The programs that read codes and text, and what they read of a list of pictures."""
 import os
 import subprocess
+import unicodedata
 
 import numpy
 from PIL import Image, ImageOps
@@ -60,10 +61,22 @@ def edit_distance(one, other):
     return row[-1]
 
 
-def share_wrong(picture, text, folder):
-    """The wrong letters of a block of text, from 0 to 1, spaces and ends of lines alike."""
+def languages():
+    """Those that the reader of text knows."""
+    return set(output_of(["tesseract", "--list-langs"]).split()[1:])
+
+
+def shown(text):
+    """Letters as they look: without marks of direction, which do not show, and characters that look
+    the same alike, such as the Greek letter and the sign of micro. Spaces and ends of lines are alike."""
+    visible = "".join(letter for letter in text if unicodedata.category(letter) != "Cf")
+    return " ".join(unicodedata.normalize("NFKC", visible).split())
+
+
+def share_wrong(picture, text, folder, language="eng"):
+    """The wrong letters of a block of text, from 0 to 1."""
     path, = saved([picture], folder, 255)
-    command = ["tesseract", path, "-", "--psm", "6", "--dpi", "600", "-l", "eng"]
-    read = " ".join(output_of(command, OMP_THREAD_LIMIT="1").split())
-    wanted = " ".join(text.split())
+    command = ["tesseract", path, "-", "--psm", "6", "--dpi", "600", "-l", language]
+    read = shown(output_of(command, OMP_THREAD_LIMIT="1"))
+    wanted = shown(text)
     return min(edit_distance(read, wanted) / len(wanted), 1)
