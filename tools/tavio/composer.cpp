@@ -201,6 +201,7 @@ std::vector<Composer::Part> Composer::partsOf(const std::string& path, const Opt
     const std::int32_t pageCount = options.pages.all ? pageCountOf(part.source) : 1;
     const std::vector<std::int32_t> pages = options.pages.numbers(pageCount);
     if (pages.size() > 1) part.source = readNow(part.source);
+    parts.reserve(pages.size());
     for (std::int32_t page : pages) {
         parts.push_back({part.kind, part.source, page});
     }
