@@ -156,6 +156,18 @@ CommandSpec run(Options& options) {
             {}};
 }
 
+CommandSpec calibrate(Options& options) {
+    return {Command::kCalibrate,
+            "calibrate",
+            "Print the page on which a person reads how the printer prints: the tone, the offset "
+            "and the size for tavio printers set.",
+            "tavio calibrate --printer hall --cut",
+            OptionSpecs{flag("--check", "with what was read before, to see what has become of it",
+                             [&options](bool given) { options.check = given; })} +
+                finishOptions(options),
+            {}};
+}
+
 // ---- Other commands -----------------------------------------------------------------------------
 
 CommandSpec status(Options& options) {
@@ -264,6 +276,7 @@ CommandSpec toolCommands(Options& options) {
                      {},
                      jobCommands(options)};
     root.commands.push_back(run(options));
+    root.commands.push_back(calibrate(options));
     addToEach(root, destinationOptions(options) + demandOptions(options));
     for (CommandSpec& command : std::vector<CommandSpec>{
              status(options), preview(options), decode(options), info(options), stocks()}) {

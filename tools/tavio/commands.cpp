@@ -106,6 +106,8 @@ const char* nameOf(Command command) {
             return "clear";
         case Command::kRun:
             return "run";
+        case Command::kCalibrate:
+            return "calibrate";
         case Command::kStatus:
             return "status";
         case Command::kPreview:
@@ -118,6 +120,8 @@ const char* nameOf(Command command) {
             return "stocks";
         case Command::kPrintersAdd:
             return "printers add";
+        case Command::kPrintersSet:
+            return "printers set";
         case Command::kPrintersRemove:
             return "printers remove";
         case Command::kPrintersList:
@@ -143,6 +147,7 @@ int runCommand(const Options& options, Report& report) {
         case Command::kStocks:
             return listStocks(report);
         case Command::kPrintersAdd:
+        case Command::kPrintersSet:
         case Command::kPrintersRemove:
         case Command::kPrintersList:
         case Command::kPrintersDefault:

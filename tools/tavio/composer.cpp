@@ -146,6 +146,13 @@ std::string Composer::textOf(const Options& options) {
     return text;
 }
 
+void Composer::add(printing::Ticket ticket, printing::Finish finish) {
+    tickets_.push_back(std::move(ticket.finish(finish)));
+    origins_.emplace_back();
+    isFinished_ = true;
+    note({});
+}
+
 // Between tickets of one command there is a cut, if nothing else is wanted.
 void Composer::addDocuments(const Options& options, Origin origin) {
     std::vector<Part> parts;

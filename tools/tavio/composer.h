@@ -40,6 +40,9 @@ class Composer {
     // one; the file itself is read and checked by encode(), unless it is a stream.
     void add(const Options& options, std::size_t line = 0);
 
+    // Adds a ticket that something else has composed.
+    void add(printing::Ticket ticket, printing::Finish finish);
+
     const std::vector<printing::Ticket>& tickets() const { return tickets_; }
 
     // What a person should know of how it was composed.

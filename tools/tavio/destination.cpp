@@ -31,6 +31,9 @@ void meanPrinter(const Options& options, Destination& destination) {
     destination.settings.resolution = printer->resolution;
     destination.settings.orientation = printer->orientation;
     destination.settings.path = printer->path;
+    // Without --check, the page shows the printer as it is.
+    if (options.command != Command::kCalibrate || options.check)
+        destination.calibration = calibrationOf(printer->readings);
 }
 
 }  // namespace

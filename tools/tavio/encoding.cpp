@@ -18,8 +18,9 @@ Notice noticeOf(const printing::Problem& problem, const Composer& composer) {
 
 }  // namespace
 
-printing::EncodeOptions encodeOptions(Console& console) {
+printing::EncodeOptions encodeOptions(const Destination& destination, Console& console) {
     printing::EncodeOptions options;
+    options.calibration = destination.calibration;
     options.progress = [&console](std::size_t number, std::size_t count) {
         std::string stage = "reading and drawing";
         if (count > 1) {
@@ -42,10 +43,10 @@ void addProblems(const printing::Problems& found, const Composer& composer,
     }
 }
 
-std::optional<printing::Job> encodeTickets(const Composer& composer, Console& console,
-                                           std::vector<Notice>& problems) {
+std::optional<printing::Job> encodeTickets(const Composer& composer, const Destination& destination,
+                                           Console& console, std::vector<Notice>& problems) {
     if (composer.tickets().empty()) return std::nullopt;
-    auto job = printing::encode(composer.tickets(), encodeOptions(console));
+    auto job = printing::encode(composer.tickets(), encodeOptions(destination, console));
     if (!job) addProblems(job.error(), composer, problems);
     if (!problems.empty()) return std::nullopt;
     return *job;

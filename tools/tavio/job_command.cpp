@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "tavio/printing/calibration_page.h"
 #include "tools/tavio/composer.h"
 #include "tools/tavio/delivery.h"
 #include "tools/tavio/encoding.h"
@@ -47,10 +49,23 @@ std::vector<Notice> composeScript(const std::string& path, const Settings& setti
     return wrong;
 }
 
-std::vector<Notice> compose(const Options& options, const Settings& settings, Composer& composer) {
+// Returns why there is no page.
+std::vector<Notice> composeCalibration(const Options& options, const Settings& settings,
+                                       const Destination& destination, Composer& composer) {
+    auto page = printing::calibrationPage(ticketSettings(settings), destination.calibration);
+    if (!page) return {{.kind = nameOf(page.error().kind), .sentence = page.error().sentence}};
+    composer.add(std::move(*page), options.finish);
+    return {};
+}
+
+std::vector<Notice> compose(const Options& options, const Destination& destination,
+                            Composer& composer) {
+    const Settings settings = options.settings.over(destination.settings);
     if (options.command == Command::kRun) {
         return composeScript(options.files.front(), settings, composer);
     }
+    if (options.command == Command::kCalibrate)
+        return composeCalibration(options, settings, destination, composer);
     Options command = options;
     command.settings = settings;
     composer.add(command);
@@ -87,10 +102,10 @@ std::optional<printing::Job> composeJob(const Options& options, const Destinatio
                                         Report& report) {
     const ExitOnSignal interrupts(report.lastWords());
     report.console().stage("reading");
-    problems = compose(options, options.settings.over(destination.settings), composer);
+    problems = compose(options, destination, composer);
     std::optional<printing::Job> job;
     if (!problems.empty() || !isSeries(options, composer, destination))
-        job = encodeTickets(composer, report.console(), problems);
+        job = encodeTickets(composer, destination, report.console(), problems);
     if (!problems.empty()) tellProblems(problems, report);
     return job;
 }
@@ -108,7 +123,12 @@ int runSeries(const Composer& composer, const Destination& destination, const Op
 int runWhole(const printing::Job& job, const Composer& composer, const Destination& destination,
              const Options& options, Report& report) {
     for (const Notice& note : composer.notes()) report.warning(note);
-    for (const Notice& warning : warningsOf(job.warnings(), composer)) report.warning(warning);
+    // Small modules are what the page of "calibrate" is about.
+    const bool mayBeSmall = options.command == Command::kCalibrate;
+    for (const Notice& warning : warningsOf(job.warnings(), composer)) {
+        const bool isSmall = warning.kind == nameOf(printing::WarningKind::kSmallModule);
+        if (!(mayBeSmall && isSmall)) report.warning(warning);
+    }
     const Delivery delivery = deliver(job, destination, options, report);
     report.member("tickets", ticketsJson(composer, job.elements(), delivery.fates));
     return delivery.status;

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <initializer_list>
+#include <limits>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -66,13 +67,24 @@ std::optional<printing::Stock> parseStockSize(std::string_view text) {
     return printing::Stock::ofInches(*width, *height);
 }
 
+std::optional<std::pair<std::int32_t, std::int32_t>> parseDotPair(std::string_view text,
+                                                                  char separator, std::int32_t min,
+                                                                  std::int32_t max) {
+    const std::size_t at = text.find(separator);
+    if (at == std::string_view::npos) return std::nullopt;
+    const auto first = parseNumber(text.substr(0, at));
+    const auto second = parseNumber(text.substr(at + 1));
+    const auto isInside = [=](const std::optional<std::int32_t>& number) {
+        return number && *number >= min && *number <= max;
+    };
+    if (!isInside(first) || !isInside(second)) return std::nullopt;
+    return std::pair{*first, *second};
+}
+
 std::optional<printing::Size> parseSize(std::string_view text) {
-    const std::size_t cross = text.find('x');
-    if (cross == std::string_view::npos) return std::nullopt;
-    const auto width = parseNumber(text.substr(0, cross));
-    const auto height = parseNumber(text.substr(cross + 1));
-    if (!width || !height || *width < 1 || *height < 1) return std::nullopt;
-    return printing::Size{*width, *height};
+    const auto dots = parseDotPair(text, 'x', 1, std::numeric_limits<std::int32_t>::max());
+    if (!dots) return std::nullopt;
+    return printing::Size{dots->first, dots->second};
 }
 
 std::optional<double> parseMillimetres(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "tavio/printing/document_info.h"
 #include "tavio/printing/reply.h"
@@ -34,6 +35,12 @@ std::optional<double> parseMillimetres(std::string_view text);
 
 // "qr", "code128" and so on; none for any other text.
 std::optional<printing::CodeKind> parseCodeKind(std::string_view text);
+
+// Two whole numbers from `min` to `max` with the separator between them: "1648x598"; none for any other
+// text.
+std::optional<std::pair<std::int32_t, std::int32_t>> parseDotPair(std::string_view text,
+                                                                  char separator, std::int32_t min,
+                                                                  std::int32_t max);
 
 // "ready:exact:OK": the state, how the text matches, and the text; none for any other text.
 std::optional<printing::ReplyPattern> parseReplyPattern(std::string_view text);

@@ -40,6 +40,8 @@ std::string contradictionIn(const Options& options) {
     const bool hasText = !options.text.empty() || !options.from.empty();
     if (options.command == Command::kCode && !hasText) return "DATA is required, or --from FILE";
     if (options.command == Command::kWords && !hasText) return "TEXT is required, or --from FILE";
+    if (options.command == Command::kPrintersSet && !options.readings.areGiven() && !options.reset)
+        return "nothing is to be set: give --tone, --offset, --size or --reset";
     return "";
 }
 

@@ -13,6 +13,7 @@
 #include "tavio/printing/reply.h"
 #include "tavio/printing/ticket.h"
 #include "tools/tavio/page_list.h"
+#include "tools/tavio/readings.h"
 #include "tools/tavio/settings.h"
 #include "tools/tavio/target.h"
 
@@ -33,12 +34,14 @@ enum class Command {
     kEject,
     kClear,
     kRun,
+    kCalibrate,
     kStatus,
     kPreview,
     kDecode,
     kInfo,
     kStocks,
     kPrintersAdd,
+    kPrintersSet,
     kPrintersRemove,
     kPrintersList,
     kPrintersDefault,
@@ -68,6 +71,7 @@ struct Options {
     std::int32_t copies = 1;
     printing::Finish finish = printing::Finish::kNothing;
     std::string output = "ticket.png";  // of "preview"
+    bool check = false;                 // of "calibrate": with the printer's calibration
 
     // Of "code", "words", "line" and "box"; the turn and the place in the box are settings.
     std::string from;  // the file of the text or the data
@@ -87,6 +91,8 @@ struct Options {
     std::string name;
     std::string address;
     printing::ReplyTable replies;
+    Readings readings;
+    bool reset = false;  // forgets what was read before
 };
 
 // The deadlines of a link: its own, or what --timeout makes of them.

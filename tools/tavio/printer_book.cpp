@@ -107,6 +107,16 @@ void PrinterBookFile::add(const std::string& name, const NamedPrinter& printer) 
     });
 }
 
+void PrinterBookFile::set(const std::string& name, const Readings& readings, bool isReset) const {
+    require(read(), name);
+    change([&](const std::string& text, const PrinterBook& book) {
+        require(book, name);
+        NamedPrinter printer = book.printers.at(name);
+        printer.readings = readings.over(isReset ? Readings{} : printer.readings);
+        return withPrinter(text, name, printer);
+    });
+}
+
 void PrinterBookFile::remove(const std::string& name) const {
     require(read(), name);
     change([&](const std::string& text, const PrinterBook& book) {

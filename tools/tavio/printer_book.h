@@ -27,6 +27,10 @@ class PrinterBookFile {
     // Makes the file and its folder if need be. The name must be new.
     void add(const std::string& name, const NamedPrinter& printer) const;
 
+    // Keeps what was read; what was not given stays as it is, or goes if `isReset`. The name must be
+    // there.
+    void set(const std::string& name, const Readings& readings, bool isReset) const;
+
     // The name must be there.
     void remove(const std::string& name) const;
     void setDefault(const std::string& name) const;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "TavioIpadSDK/settings/stock_table.h"
+#include "TavioIpadSDK/sharp/options.h"
 #include "tools/common/ticket_options.h"
 
 // The only file that includes the library, so that all of it has these settings.
@@ -176,7 +177,8 @@ class BookReader {
     }
 
     NamedPrinter printer(const toml::table& table) const {
-        checkKeys(table, {"address", "stock", "resolution", "orientation", "path", "replies"});
+        checkKeys(table, {"address", "stock", "resolution", "orientation", "path", "replies",
+                          "tone", "offset", "size"});
         NamedPrinter printer;
         const toml::node* address = table.get("address");
         if (address == nullptr) fail(table.source(), "the printer has no address");
@@ -190,7 +192,48 @@ class BookReader {
             printer.path = textAt(*node, "path must be a text: \"<P1>\"");
         }
         if (const auto* node = table.get("replies")) printer.replies = repliesAt(*node);
+        printer.readings = readingsAt(table);
         return printer;
+    }
+
+    Readings readingsAt(const toml::table& printer) const {
+        Readings readings;
+        if (const auto* node = printer.get("tone"))
+            readings.tone = numberAt(*node, 0, sharp::kMaxDotGain, "tone must be 0 to 9");
+        if (const auto* node = printer.get("offset")) {
+            const std::string form =
+                "offset must be in dots, at most 99999: { right = 3, down = -2 }";
+            const auto [right, down] = pairAt(*node, {"right", "down"}, -kMaxReading, form);
+            readings.offset = PrinterOffset{right, down};
+        }
+        if (const auto* node = printer.get("size")) {
+            const std::string form =
+                "size must be in dots, 1 to 99999: { width = 1648, height = 598 }";
+            const auto [width, height] = pairAt(*node, {"width", "height"}, 1, form);
+            readings.size = printing::Size{width, height};
+        }
+        return readings;
+    }
+
+    std::int32_t numberAt(const toml::node& node, std::int32_t min, std::int32_t max,
+                          const std::string& form) const {
+        const auto number = node.value_exact<std::int64_t>();
+        if (!number || *number < min || *number > max) fail(node.source(), form);
+        return static_cast<std::int32_t>(*number);
+    }
+
+    // Two numbers from `min` to kMaxReading.
+    std::array<std::int32_t, 2> pairAt(const toml::node& node, std::array<const char*, 2> keys,
+                                       std::int32_t min, const std::string& form) const {
+        const toml::table& table = tableAt(node, form);
+        checkKeys(table, {keys[0], keys[1]});
+        std::array<std::int32_t, 2> numbers{};
+        for (std::size_t index = 0; index < keys.size(); ++index) {
+            const toml::node* number = table.get(keys[index]);
+            if (number == nullptr) fail(node.source(), form);
+            numbers[index] = numberAt(*number, min, kMaxReading, form);
+        }
+        return numbers;
     }
 
     std::string addressAt(const toml::node& node) const {
@@ -286,6 +329,20 @@ void insertStock(toml::table& table, const Stock& stock) {
     }
 }
 
+void insertReadings(toml::table& table, const Readings& readings) {
+    if (readings.tone) table.insert_or_assign("tone", *readings.tone);
+    if (readings.offset) {
+        toml::table offset{{"right", readings.offset->right}, {"down", readings.offset->down}};
+        offset.is_inline(true);
+        table.insert_or_assign("offset", std::move(offset));
+    }
+    if (readings.size) {
+        toml::table size{{"width", readings.size->width}, {"height", readings.size->height}};
+        size.is_inline(true);
+        table.insert_or_assign("size", std::move(size));
+    }
+}
+
 toml::table tableOf(const NamedPrinter& printer) {
     toml::table table{{"address", printer.address}};
     if (printer.stock) insertStock(table, *printer.stock);
@@ -297,6 +354,7 @@ toml::table tableOf(const NamedPrinter& printer) {
     toml::array replies;
     for (const ReplyPattern& pattern : printer.replies) replies.push_back(tableOf(pattern));
     if (!replies.empty()) table.insert_or_assign("replies", std::move(replies));
+    insertReadings(table, printer.readings);
     return table;
 }
 

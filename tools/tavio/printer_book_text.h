@@ -12,6 +12,9 @@
 //     { state = "ready", match = "exact", text = "OK" },
 //     { state = "out-of-paper", match = "contains", text = "PAPER" },
 //   ]
+//   tone = 4                        # 0 to 9
+//   offset = { right = 3, down = -2 }
+//   size = { width = 1648, height = 598 }
 //
 // Only the address must be there; a match that is not given is "exact".
 #pragma once
@@ -25,6 +28,7 @@
 #include "tavio/printing/reply.h"
 #include "tavio/printing/ticket.h"
 #include "tools/tavio/failure.h"
+#include "tools/tavio/readings.h"
 
 namespace tavio::tool {
 
@@ -36,6 +40,7 @@ struct NamedPrinter {
     std::optional<printing::Orientation> orientation;
     std::optional<std::string> path;
     printing::ReplyTable replies;
+    Readings readings{};
 };
 
 struct PrinterBook {

@@ -99,9 +99,10 @@ void tellResult(const printing::PrintResult& result, const Destination& printer,
     tellReply(result.reply, result.state, printer, report);
 }
 
-printing::SeriesOptions seriesOptions(const Options& options, Console& console) {
+printing::SeriesOptions seriesOptions(const Options& options, const Destination& printer,
+                                      Console& console) {
     printing::SeriesOptions series;
-    series.encode = encodeOptions(console);
+    series.encode = encodeOptions(printer, console);
     series.print = printOptions(options);
     series.progress = [&console](const printing::SeriesProgress& now) {
         console.progress(now.sent, now.count);
@@ -146,7 +147,8 @@ SeriesDelivery printSeries(const Composer& composer, const Destination& printer,
     ConnectedPrinter connected(printer, options, console);
     console.beginSending(ProgressLine::Unit::kTickets);
     SeriesDelivery delivery;
-    delivery.result = connected->printSeries(composer.tickets(), seriesOptions(options, console));
+    delivery.result =
+        connected->printSeries(composer.tickets(), seriesOptions(options, printer, console));
     const printing::SeriesResult& result = delivery.result;
     for (const Notice& warning : warningsOf(result.warnings, composer)) report.warning(warning);
     std::vector<Notice> problems;

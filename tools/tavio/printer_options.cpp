@@ -1,5 +1,6 @@
 #include "tools/tavio/printer_options.h"
 
+#include "TavioIpadSDK/sharp/options.h"
 #include "tavio/printing/printer.h"
 #include "tools/tavio/option_values.h"
 #include "tools/tavio/printer_book_text.h"
@@ -50,6 +51,58 @@ OptionSpec reply(Options& options) {
             }};
 }
 
+OptionSpec tone(Options& options) {
+    return {.name = "--tone",
+            .help = "the number of the tone that vanishes between its stripes, 0 to 9",
+            .value = "4",
+            .set = [&options](const std::string& text) -> std::string {
+                options.readings.tone = parseNumber(text);
+                if (options.readings.tone && *options.readings.tone >= 0 &&
+                    *options.readings.tone <= sharp::kMaxDotGain)
+                    return "";
+                return "\"" + text + "\" is no number from 0 to 9";
+            }};
+}
+
+OptionSpec offset(Options& options) {
+    return {.name = "--offset",
+            .help =
+                "where the ticket's corner lies, in dots to the right and down; negative is left "
+                "and up",
+            .value = "3,-2",
+            .set = [&options](const std::string& text) -> std::string {
+                const auto dots = parseDotPair(text, ',', -kMaxReading, kMaxReading);
+                if (!dots) return "\"" + text + "\" is no offset in dots: give RIGHT,DOWN, 3,-2";
+                options.readings.offset = PrinterOffset{dots->first, dots->second};
+                return "";
+            }};
+}
+
+OptionSpec size(Options& options) {
+    return {.name = "--size",
+            .help = "what can be printed, in dots, as the ticket lies in landscape",
+            .value = "1648x598",
+            .set = [&options](const std::string& text) -> std::string {
+                const auto dots = parseDotPair(text, 'x', 1, kMaxReading);
+                if (!dots)
+                    return "\"" + text + "\" is no size in dots: give WIDTHxHEIGHT, 1648x598";
+                options.readings.size = printing::Size{dots->first, dots->second};
+                return "";
+            }};
+}
+
+CommandSpec set(Options& options) {
+    return {Command::kPrintersSet,
+            "set",
+            "Keep what was read from the page of tavio calibrate. Every job for the printer uses "
+            "it. What is not given stays as it is.",
+            "tavio printers set hall --tone 4 --offset 3,-2 --size 1648x598",
+            {name(options), tone(options), offset(options), size(options),
+             flag("--reset", "forget what was read before",
+                  [&options](bool given) { options.reset = given; })},
+            {}};
+}
+
 CommandSpec add(Options& options) {
     return {Command::kPrintersAdd,
             "add",
@@ -69,6 +122,7 @@ CommandSpec printerCommands(Options& options) {
             "tavio printers add hall tcp://192.168.1.50 --stock cinema",
             {},
             {add(options),
+             set(options),
              {Command::kPrintersRemove,
               "remove",
               "Remove a printer from the list.",

@@ -56,7 +56,22 @@ std::string printerJson(const std::string& name, const NamedPrinter& printer, bo
     if (printer.resolution) json.number("resolution", *printer.resolution);
     if (printer.orientation) json.text("orientation", nameOf(*printer.orientation));
     if (printer.path) json.text("path", *printer.path);
-    return json.json("replies", repliesJson(printer.replies)).str();
+    json.json("replies", repliesJson(printer.replies));
+    const Readings& readings = printer.readings;
+    if (readings.tone) json.number("tone", *readings.tone);
+    if (readings.offset) {
+        json.json("offset", JsonObject()
+                                .number("right", readings.offset->right)
+                                .number("down", readings.offset->down)
+                                .str());
+    }
+    if (readings.size) {
+        json.json("size", JsonObject()
+                              .number("width", readings.size->width)
+                              .number("height", readings.size->height)
+                              .str());
+    }
+    return json.str();
 }
 
 void list(Report& report) {
@@ -64,7 +79,9 @@ void list(Report& report) {
     std::vector<std::string> printers;
     for (const auto& [name, printer] : book.printers) {
         const bool isDefault = name == book.defaultName;
-        report.line(name + "  " + printer.address + (isDefault ? "  (default)" : ""));
+        std::string line = name + "  " + printer.address;
+        if (printer.readings.areGiven()) line += "  " + toText(printer.readings);
+        report.line(line + (isDefault ? "  (default)" : ""));
         printers.push_back(printerJson(name, printer, isDefault));
     }
     report.member("printers", jsonArray(printers));
@@ -74,6 +91,8 @@ void list(Report& report) {
 void change(const Options& options) {
     const PrinterBookFile book = userBook();
     if (options.command == Command::kPrintersAdd) book.add(options.name, printerOf(options));
+    if (options.command == Command::kPrintersSet)
+        book.set(options.name, options.readings, options.reset);
     if (options.command == Command::kPrintersRemove) book.remove(options.name);
     if (options.command == Command::kPrintersDefault) book.setDefault(options.name);
 }

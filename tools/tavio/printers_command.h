@@ -14,7 +14,7 @@ namespace tavio::tool {
 // read.
 std::optional<NamedPrinter> findPrinter(const std::string& name);
 
-// "printers add|remove|list|default"; returns the exit status. Throws Failure if nothing was changed.
+// "printers add|set|remove|list|default"; returns the exit status. Throws Failure if nothing was changed.
 int runPrinters(const Options& options, Report& report);
 
 }  // namespace tavio::tool

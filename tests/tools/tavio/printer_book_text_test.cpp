@@ -89,7 +89,9 @@ std::string printerWith(const std::string& line) {
 }
 
 TEST(PrinterBook, NamesTheLineAndColumnOfAWrongKey) {
-    const std::string known = "\": give address, stock, resolution, orientation, path, replies";
+    const std::string known =
+        "\": give address, stock, resolution, orientation, path, replies, tone, "
+        "offset, size";
     expectMistakes({
         {"\n  colour = 1\n", "2:3: unknown key \"colour\": give default, printers"},
         {printerWith("adress = 1"), "3:1: unknown key \"adress" + known},
@@ -107,6 +109,8 @@ TEST(PrinterBook, NamesTheLineAndColumnOfAValueOfTheWrongType) {
     const std::string table = "a printer must be a table: [printers.NAME]";
     const std::string replies =
         "replies must be a list: [ { state = \"ready\", match = \"exact\", text = \"OK\" } ]";
+    const std::string offset = "offset must be in dots, at most 99999: { right = 3, down = -2 }";
+    const std::string size = "size must be in dots, 1 to 99999: { width = 1648, height = 598 }";
     const std::string address =
         "address must be that of a printer: \"tcp://HOST\", \"bt://ADDRESS\" or \"tty:DEVICE\"";
     expectMistakes({
@@ -120,11 +124,28 @@ TEST(PrinterBook, NamesTheLineAndColumnOfAValueOfTheWrongType) {
         {printerWith("resolution = 300.0"), "3:14: resolution must be 200, 300 or 600"},
         {printerWith("orientation = true"),
          "3:15: orientation must be \"landscape\" or \"portrait\""},
+        {printerWith("tone = '4'"), "3:8: tone must be 0 to 9"},
+        {printerWith("offset = [ 3, -2 ]"), "3:10: " + offset},
+        {printerWith("offset = { right = 3 }"), "3:10: " + offset},
+        {printerWith("size = { width = 5.0, height = 6 }"), "3:18: " + size},
         {printerWith("replies = 'OK'"), "3:11: " + replies},
         {printerWith("replies = [ 'OK' ]"), "3:13: " + replies},
         {printerWith("replies = [ { state = 'ready', text = 1979-05-27 } ]"),
          "3:39: text must be a text"},
     });
+}
+
+TEST(PrinterBook, TakesReadingsInTheirRanges) {
+    const auto readingsOf = [](const std::string& lines) {
+        return parse("[printers.a]\naddress = 'tcp://a'\n" + lines).printers.at("a").readings;
+    };
+    EXPECT_EQ(readingsOf(""), Readings{});
+    EXPECT_EQ(readingsOf("tone = 9\noffset = { right = -99999, down = 2 }\n"
+                         "size = { width = 1, height = 99999 }"),
+              (Readings{9, PrinterOffset{-99'999, 2}, printing::Size{1, 99'999}}));
+    for (const char* wrong : {"tone = 10", "tone = -1", "offset = { right = 100000, down = 0 }",
+                              "size = { width = 0, height = 1 }", "size = { height = 1 }"})
+        EXPECT_NE(mistakeIn(printerWith(wrong)), "") << wrong;
 }
 
 TEST(PrinterBook, NamesTheLineAndColumnOfABadValue) {
@@ -266,6 +287,9 @@ NamedPrinter randomPrinter(Random& random) {
     if (may()) printer.resolution = may() ? 200 : 600;
     if (may()) printer.orientation = may() ? Orientation::kLandscape : Orientation::kPortrait;
     if (may()) printer.path = randomText(random);
+    if (may()) printer.readings.tone = static_cast<std::int32_t>(random() % 10);
+    if (may()) printer.readings.offset = PrinterOffset{-99'999, 99'999};
+    if (may()) printer.readings.size = printing::Size{1, 99'999};
     for (auto count = random() % 4; count > 0; --count) {
         printer.replies.push_back({static_cast<PrinterState>(1 + random() % 5),
                                    static_cast<Match>(random() % 3), randomText(random)});

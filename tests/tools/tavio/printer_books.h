@@ -31,6 +31,7 @@ inline void expectSame(const NamedPrinter& one, const NamedPrinter& other) {
     EXPECT_EQ(one.orientation, other.orientation);
     EXPECT_EQ(one.path, other.path);
     EXPECT_EQ(one.replies, other.replies);
+    EXPECT_EQ(one.readings, other.readings);
 }
 
 inline void expectSame(const PrinterBook& one, const PrinterBook& other) {
