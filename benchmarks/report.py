@@ -119,6 +119,14 @@ def start_text(start):
     return table(("program", "ms"), [(name, f"{ms:.2f}") for name, ms in start.items()])
 
 
+def pages_text(pages):
+    rows = [("Tavio, the program kept, two threads", f"{pages['kept']:.0f}"),
+            ("Tavio, the program started for each page, two threads", f"{pages['started']:.0f}")]
+    if "pdftoppm" in pages:
+        rows.append(("poppler-utils, -mono, in a loop", f"{pages['pdftoppm']:.0f}"))
+    return table(("", "pages a second"), rows)
+
+
 def server_text(server):
     rows = [("tickets a second, one thread", f"{server['one']:,.0f}"),
             (f"tickets a second, {server['threads']} threads", f"{server['all']:,.0f}"),
@@ -151,6 +159,7 @@ def fill(template, results, notes):
         "growth": growth_text(results["growth"]),
         "start": start_text(results["start"]),
         "server": server_text(results["server"]),
+        "pages": pages_text(results["pages"]),
         "wire": wire_text(results["wire"]),
         "photo stages": photo_stages_text(results["stages"], processes["photo"][0]["seconds"]),
         "notes": notes.strip(),

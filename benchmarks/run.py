@@ -14,6 +14,7 @@ sys.dont_write_bytecode = True
 
 import goals
 import machine
+import pages
 import plot
 import processes
 import report
@@ -36,6 +37,7 @@ def measure(build, folder, brief):
         "encode_memory": lambda: processes.measure_encode_memory(bin, folder, brief),
         "stages": lambda: stages.measure(stages_program, folder, brief),
         "server": lambda: processes.measure_server(bin, brief),
+        "pages": lambda: pages.measure(bin, folder, brief),
         "growth": lambda: stages.measure_growth(stages_program, folder, brief),
         "wire": lambda: wire.measure(bin, folder, HERE.parent, brief),
     }

@@ -11,8 +11,12 @@ namespace tavio::pdf_helper {
 
 namespace {
 
-// A strip of this many bytes stays in the processor's cache from its first pixel to its last dot.
+// A strip of this many bytes stays in the processor's cache from its first pixel to its last dot. Where
+// strips begin shows in gradients, by a grey or two.
 constexpr int kStripBytes = 1 << 20;
+
+// Rows are handed on in pieces of at least this size: each wakes the reader.
+constexpr std::size_t kBytesAtOnce = 1 << 16;
 
 // An image surface into which a page is drawn strip by strip.
 class Strip {
@@ -60,13 +64,15 @@ bool drawRows(const RecordedPage& page, const std::function<bool(std::span<const
     std::vector<Byte> rows;
     for (int first = 0; first < height; first += dotsAtOnce) {
         if (!strip.draw(page.recording.get(), first * factor)) return false;
-        rows.clear();
         for (int dot = 0; dot < std::min(dotsAtOnce, height - first); ++dot) {
             append(rows, settler.add(strip.row(dot * factor), strip.stride()));
         }
+        if (rows.size() < kBytesAtOnce) continue;
         if (!send(rows)) return false;
+        rows.clear();
     }
-    return send(settler.finish());
+    append(rows, settler.finish());
+    return send(rows);
 }
 
 }  // namespace tavio::pdf_helper
