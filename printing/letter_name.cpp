@@ -55,7 +55,7 @@ std::string codeText(std::uint32_t codePoint) {
 
 std::string letterName(std::string_view text) {
     const platform::Utf8Character letter = platform::firstCharacter(text);
-    const std::string code = codeText(letter.codePoint);
+    std::string code = codeText(letter.codePoint);
     if (!isShown(letter.codePoint)) return code;
     return std::string("\"").append(text.substr(0, letter.length)) + "\" (" + code + ")";
 }

@@ -1,7 +1,13 @@
 // Every allocation fails once: there is the whole job, or a problem that says so.
 
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <string>
+
 #include <gtest/gtest.h>
 
+#include "TavioIpadSDK/words/answer.h"
 #include "intake/picture_files.h"
 #include "pictures/sample_pictures.h"
 #include "printing/failing_memory.h"
@@ -77,33 +83,60 @@ class Memory : public testing::Test {
             .finish(Finish::kCut);
     }
 
+    // How many of the ticket's allocations, each failing alone and with all after it, leave no job. All
+    // others leave the whole one.
+    int refusalsOf(const Ticket& ticket) const {
+        const Job whole = *encode(ticket, options_);
+        int refused = 0;
+        withEachFailure([&](std::int64_t number, Failure failure) {
+            std::optional<Expected<Job, Problems>> job;
+            bool hasFailed = false;
+            {
+                const FailingMemory failing(number, failure);
+                job.emplace(encode(ticket, options_));
+                hasFailed = FailingMemory::hasFailed();
+            }
+            if (*job) {
+                EXPECT_TRUE(std::ranges::equal((*job)->bytes(), whole.bytes()));
+                EXPECT_EQ((*job)->elements().size(), whole.elements().size());
+                EXPECT_EQ(test::told((*job)->warnings()), test::told(whole.warnings()));
+            } else {
+                expectOverMemory(job->error());
+                ++refused;
+            }
+            return hasFailed;
+        });
+        return refused;
+    }
+
     test::TemporaryFolder folder_;
     Ticket ticket_;
     EncodeOptions options_;
 };
 
 TEST_F(Memory, ThatFailsGivesAWholeJobOrAProblem) {
-    const Job whole = *encode(ticket_, options_);
-    int refused = 0;
-    withEachFailure([&](std::int64_t number, Failure failure) {
-        std::optional<Expected<Job, Problems>> job;
-        bool hasFailed = false;
-        {
-            const FailingMemory failing(number, failure);
-            job.emplace(encode(ticket_, options_));
-            hasFailed = FailingMemory::hasFailed();
-        }
-        if (*job) {
-            EXPECT_TRUE(std::ranges::equal((*job)->bytes(), whole.bytes()));
-            EXPECT_EQ((*job)->elements().size(), whole.elements().size());
-            EXPECT_EQ(test::told((*job)->warnings()), test::told(whole.warnings()));
-        } else {
-            expectOverMemory(job->error());
-            ++refused;
-        }
-        return hasFailed;
-    });
-    EXPECT_GT(refused, 100);
+    EXPECT_GT(refusalsOf(ticket_), 100);
+}
+
+// A program that answers with words of one row, all black.
+std::string wordsHelper(const test::TemporaryFolder& folder) {
+    words::AnswerHeader header;
+    header.outcome = words::Answer::kDrawn;
+    header.width = 64;
+    header.height = header.hasInk = 1;
+    header.size = 9;
+    const std::string bytes(reinterpret_cast<const char*>(&header), sizeof(header));
+    test::writeFile(folder / "answer", bytes + std::string(8, '\xFF'));
+    test::writeFile(folder / "helper", "#!/bin/sh\nexec cat '" + folder / "answer" + "'\n");
+    std::filesystem::permissions(folder / "helper", std::filesystem::perms::owner_all);
+    return folder / "helper";
+}
+
+TEST_F(Memory, ThatFailsGivesTheWordsOrAProblem) {
+    options_.wordsHelper = wordsHelper(folder_);
+    const WordsOptions words{.size = 9, .box = Size{1, 64}, .turn = Turn::k90};
+    EXPECT_GT(refusalsOf(Ticket().words("Row F, seat 12 of a hall with a long name", {}, words)),
+              10);
 }
 
 TEST_F(Memory, ThatFailsGivesAnInspectionOrAProblem) {
