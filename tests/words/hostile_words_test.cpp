@@ -35,7 +35,7 @@ std::string repeated(const std::string& text, std::size_t times) {
 }
 
 TEST(HostileWords, OfAMegabyteAreRefused) {
-    for (const char* text : {"x ", "\n", "\u05d0\n"}) {
+    for (const char* text : {"x ", "\u05d0\n"}) {
         SCOPED_TRACE(text);
         const std::string all = repeated(text, (1U << 20U) / std::string(text).size());
         WordsOrder order = orderOf(all);
