@@ -121,7 +121,8 @@ void loadFontsOfMachine() {
 }
 
 std::optional<Fonts> fontsOfMachine(const std::string& face) {
-    if (!machineFonts()) loadFontsOfMachine();
+    // A kept program may be older than a font that has been installed.
+    if (!machineFonts() || FcConfigUptoDate(machineFonts().get()) == FcFalse) loadFontsOfMachine();
     if (!machineFonts()) return {};
     Fonts fonts{FontConfig(FcConfigReference(machineFonts().get())),
                 std::string(genericFamily(face))};
