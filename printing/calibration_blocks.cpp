@@ -47,9 +47,10 @@ class Tones {
         const std::int32_t rows = (kTones + measures_.columns - 1) / measures_.columns;
         const Size size{measures_.columns * step() + measures_.pattern, rows * rowHeight()};
         return {size, [*this](std::int32_t left, std::int32_t top) {
-                    for (std::int32_t tone = 0; tone < kTones; ++tone)
+                    for (std::int32_t tone = 0; tone < kTones; ++tone) {
                         drawTone(tone, left + tone % measures_.columns * step(),
                                  top + tone / measures_.columns * rowHeight());
+                    }
                 }};
     }
 
@@ -77,9 +78,10 @@ class Tones {
 std::vector<Block> toneBlocks(CalibrationSheet& sheet) {
     const std::int32_t unit = sheet.unit();
     std::vector<Block> blocks;
-    for (const std::int32_t columns : {10, 5})
+    for (const std::int32_t columns : {10, 5}) {
         for (const auto& [side, pattern] : {std::pair{20, 10}, std::pair{14, 8}})
             blocks.push_back(Tones(sheet, {columns, side * unit, pattern * unit}).block());
+    }
     return blocks;
 }
 

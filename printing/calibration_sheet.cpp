@@ -30,12 +30,15 @@ Picture pictureOf(Size size, UInt32 pixel) {
 }
 
 void draw(const Glyph& glyph, std::int32_t left, std::int32_t dot, Picture& picture) {
-    for (std::int32_t y = 0; y < kGlyphRows * dot; ++y)
+    const auto width = static_cast<std::size_t>(picture.width);
+    for (std::int32_t y = 0; y < kGlyphRows * dot; ++y) {
         for (std::int32_t x = 0; x < kGlyphColumns * dot; ++x) {
             const int bit = kGlyphColumns - 1 - x / dot;
             if ((glyph[static_cast<std::size_t>(y / dot)] >> bit & 1) == 0) continue;
-            picture.pixels[static_cast<std::size_t>(y * picture.width + left + x)] = kBlack;
+            const auto column = static_cast<std::size_t>(left + x);
+            picture.pixels[static_cast<std::size_t>(y) * width + column] = kBlack;
         }
+    }
 }
 
 DrawOptions dotForPixel(Turn turn) {

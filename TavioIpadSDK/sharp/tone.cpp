@@ -44,9 +44,10 @@ Byte besideMiddle(Byte value) {
 }  // namespace
 
 Byte lightened(Byte value, std::int32_t dotGain) {
-    if (dotGain > kUsualDotGain)
-        return besideMiddle(interpolated(
-            kDotGainCurves[static_cast<std::size_t>(dotGain - kUsualDotGain - 1)], value));
+    if (dotGain > kUsualDotGain) {
+        const auto curve = static_cast<std::size_t>(dotGain - kUsualDotGain - 1);
+        return besideMiddle(interpolated(kDotGainCurves[curve], value));
+    }
     const int sum = value * (kUsualDotGain - dotGain) + balancedGrey(value) * dotGain;
     return static_cast<Byte>((sum + kUsualDotGain / 2) / kUsualDotGain);
 }
