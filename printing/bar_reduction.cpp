@@ -1,12 +1,12 @@
 #include "tavio/printing/bar_reduction.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace tavio::printing {
 namespace {
 
 constexpr double kWidthPerTone = 0.05;  // calibration.h
+constexpr double kReduction = 0.5;
 
 // How far a column of touching discs, one dot apart, reaches from its middle: the mean of
 // sqrt(radius^2 - y^2) over y from -1/2 to 1/2. radius: 1/2 or more.
@@ -20,7 +20,8 @@ double meanReach(double radius) {
 
 double barReductionFor(const Calibration& calibration) {
     const double radius = (1 + calibration.tone * kWidthPerTone) / 2;
-    return std::clamp(2 * meanReach(radius) - 1, 0.0, 1.0);
+    const double growth = 2 * meanReach(radius) - 1;
+    return growth < kReduction / 2 ? 0 : kReduction;
 }
 
 }  // namespace tavio::printing

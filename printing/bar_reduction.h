@@ -5,8 +5,9 @@
 
 namespace tavio::printing {
 
-// In dots, 0 to 1: by how much a bar of round dots is wider in the mean than its dots' room.
-// Of a calibration whose tone is 0 to 9.
+// In dots: by how much bars of round dots are wider in the mean than their dots' room, 0 or 1/2,
+// whichever is nearer. A reader's aperture evens out what is left out of every other row, but not what
+// is left out more seldom, which does more harm than such little growth (docs/print-quality.md).
 double barReductionFor(const Calibration& calibration);
 
 }  // namespace tavio::printing

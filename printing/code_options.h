@@ -80,8 +80,8 @@ struct TAVIO_API CodeOptions {
     std::int32_t barHeight = 0;
 
     // Of linear codes: how much narrower than their modules the bars are printed, in dots, 0 to 1,
-    // because thermal dots spread. A part of a dot is taken off in as many of the rows. None: what
-    // the printer's calibration says (EncodeOptions::calibration).
+    // because thermal dots spread. A part of a dot is taken off in as many of the rows. None: none,
+    // or half a dot if the printer's calibration (EncodeOptions::calibration) has a tone of 8 or 9.
     std::optional<double> barReduction{};
 
     // Of QR codes: at least this much; more where the code becomes no larger by it.

@@ -84,12 +84,12 @@ def noise_for(shape, seed):
     return numpy.tile(numpy.roll(noise(), (down, across), (0, 1)), copies)[:shape[0], :shape[1]]
 
 
-def photographed(dots, resolution, seed):
+def photographed(dots, resolution, seed, turn=TURN_DEGREES):
     """The dots, printed and seen by the camera: a grey picture. The resolution divides the
     camera's."""
     ink = inked(dots, CAMERA_PIXELS_PER_INCH // resolution)
     upright = Image.fromarray((PAPER + (INK - PAPER) * ink).astype(numpy.uint8))
-    turned = upright.rotate(TURN_DEGREES, Image.BICUBIC, expand=True, fillcolor=PAPER)
+    turned = upright.rotate(turn, Image.BICUBIC, expand=True, fillcolor=PAPER)
     seen = numpy.asarray(turned.filter(ImageFilter.GaussianBlur(BLUR)), numpy.float32)
     seen = seen + noise_for(seen.shape, seed)
     return Image.fromarray(seen.clip(0, 255).astype(numpy.uint8))
