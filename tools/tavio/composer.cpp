@@ -133,7 +133,7 @@ void Composer::addText(const Options& options, std::size_t line) {
 
 void Composer::addWords(const Options& options) {
     printing::WordsOptions words = wordsOptions(options);
-    if (!options.font.empty()) words.font = sourceOf(options.font, "font");
+    if (options.settings.font) words.font = sourceOf(*options.settings.font, "font");
     ticketFor(options.settings).words(textOf(options), placeOf(options), std::move(words));
 }
 

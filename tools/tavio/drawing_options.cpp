@@ -139,6 +139,35 @@ OptionSpec threshold(Settings& settings) {
             .excludes = {"--dither"}};
 }
 
+OptionSpec face(Settings& settings) {
+    return {.name = "--face",
+            .help =
+                "of words: a family of this machine's fonts, or sans, serif or mono; sans if "
+                "not given",
+            .value = "NAME",
+            .set = [&settings](const std::string& text) -> std::string {
+                if (text.empty()) return "\"\" is no name of a face";
+                settings.face = text;
+                settings.font.reset();
+                return "";
+            },
+            .group = kGroup};
+}
+
+OptionSpec font(Settings& settings) {
+    return {.name = "--font",
+            .help = "of words: a TrueType or OpenType file, the same face on every machine",
+            .value = "FILE",
+            .set = [&settings](const std::string& path) -> std::string {
+                if (path.empty()) return "\"\" is no name of a file";
+                settings.font = path;
+                settings.face.reset();
+                return "";
+            },
+            .group = kGroup,
+            .excludes = {"--face"}};
+}
+
 OptionSpec inGroup(OptionSpec option) {
     option.group = kGroup;
     return option;
@@ -180,7 +209,9 @@ OptionSpecs drawingOptions(Settings& settings) {
                     {0.1, 10, "0.1 to 10"}, settings.gamma),
             tone(settings),
             inGroup(flag("--classic", "draw as the classic calls of the library do",
-                         [&settings](bool given) { settings.classic = given; }))};
+                         [&settings](bool given) { settings.classic = given; })),
+            face(settings),
+            font(settings)};
 }
 
 }  // namespace tavio::tool

@@ -1,4 +1,4 @@
-// The options of how pages and pictures are made into dots.
+// The options of how pages, pictures and words are made into dots.
 #pragma once
 
 #include "tools/tavio/command_spec.h"
@@ -7,7 +7,7 @@
 namespace tavio::tool {
 
 // --fit, --rotate, --align, --margin, --scaled, --dither, --threshold, --brightness, --contrast, --gamma,
-// --tone, --classic
+// --tone, --classic, --face, --font
 OptionSpecs drawingOptions(Settings& settings);
 
 }  // namespace tavio::tool

@@ -125,29 +125,6 @@ OptionSpecs looksOfCodes(Options& options) {
 
 // ---- Of words -----------------------------------------------------------------------------------
 
-OptionSpec face(Options& options) {
-    return {.name = "--face",
-            .help = "a family of this machine's fonts, or sans, serif or mono; sans if not given",
-            .value = "NAME",
-            .set = [&options](const std::string& text) -> std::string {
-                if (text.empty()) return "\"\" is no name of a face";
-                options.words.face = text;
-                return "";
-            }};
-}
-
-OptionSpec font(Options& options) {
-    return {.name = "--font",
-            .help = "a TrueType or OpenType file, the face on every machine",
-            .value = "FILE",
-            .set = [&options](const std::string& path) -> std::string {
-                if (path.empty()) return "\"\" is no name of a file";
-                options.font = path;
-                return "";
-            },
-            .excludes = {"--face"}};
-}
-
 OptionSpecs looksOfWords(Options& options) {
     printing::WordsOptions& words = options.words;
     return {
@@ -183,7 +160,7 @@ OptionSpecs wordsElementOptions(Options& options) {
     return OptionSpecs{
                optionalArgument("TEXT", "the text, UTF-8; after -- if it begins with a hyphen",
                                 options.text),
-               from(options, "TEXT"), face(options), font(options),
+               from(options, "TEXT"),
                room(options,
                     "lines are wrapped at its width; what the ticket has to the right of "
                     "and below the place if not given")} +

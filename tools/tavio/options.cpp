@@ -28,6 +28,7 @@ printing::WordsOptions wordsOptions(const Options& options) {
     printing::WordsOptions words = options.words;
     words.size = options.points.value_or(words.size);
     words.box = options.room;
+    words.face = options.settings.face.value_or(words.face);
     words.turn = options.settings.turn.value_or(words.turn);
     words.align = options.settings.align.value_or(words.align);
     return words;

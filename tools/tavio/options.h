@@ -78,7 +78,6 @@ struct Options {
     printing::CodeKind codeKind = printing::CodeKind::kQr;
     printing::CodeOptions code;
     printing::WordsOptions words;
-    std::string font;                    // the file of the words' face
     std::optional<printing::Size> room;  // of a code or words: --box
     std::optional<double> points;        // of words and "text": --size
     bool isPrinterFace = false;          // of "text": no other face

@@ -34,6 +34,10 @@ Settings Settings::over(const Settings& below) const {
     fill(result.contrast, below.contrast);
     fill(result.gamma, below.gamma);
     fill(result.dotGain, below.dotGain);
+    if (!result.face && !result.font) {
+        result.face = below.face;
+        result.font = below.font;
+    }
     return result;
 }
 

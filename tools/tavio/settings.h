@@ -30,6 +30,10 @@ struct Settings {
     std::optional<double> gamma;
     std::optional<std::int32_t> dotGain;
 
+    // The face of words: a family, or a file.
+    std::optional<std::string> face;
+    std::optional<std::string> font;
+
     bool operator==(const Settings&) const = default;
 
     // These, and for each that was not given the one below.

@@ -1,5 +1,7 @@
 // Codes, words, lines and boxes: from the command line to the ticket.
 
+#include <filesystem>
+#include <set>
 #include <variant>
 
 #include <gtest/gtest.h>
@@ -8,6 +10,7 @@
 #include "tools/tavio/failure.h"
 #include "tools/tavio/process.h"
 #include "tools/tavio/script.h"
+#include "tools/tavio/virtual_printer.h"
 
 namespace tavio::tool {
 namespace {
@@ -139,6 +142,13 @@ TEST(Elements, FollowTheSettingsOfTheScript) {
     const auto words = composed<printing::element::Words>("--align right --rotate 180\nwords x");
     EXPECT_EQ(words.options.align, Align::kRight);
     EXPECT_EQ(words.options.turn, Turn::k180);
+    EXPECT_EQ(composed<printing::element::Words>("--face serif\nwords x").options.face, "serif");
+    EXPECT_TRUE(
+        composed<printing::element::Words>("--font a.ttf\nwords x").options.font.has_value());
+    const auto other =
+        composed<printing::element::Words>("--font a.ttf\n--face serif\nwords x").options;
+    EXPECT_FALSE(other.font.has_value()) << "the later line wins";
+    EXPECT_EQ(other.face, "serif");
     const auto code =
         composed<printing::element::Code>("--align right --rotate 180\ncode qr x --align centre");
     EXPECT_EQ(code.options.align, Align::kCentre) << "its own option wins";
@@ -241,6 +251,97 @@ TEST_F(Drawn, AScriptOfThemIsTheSameJob) {
     EXPECT_TRUE(bytesOf({"run", "script"}) ==
                 bytesOf({"box", "300x200", "--filled", "--row", "8"}) +
                     bytesOf({"line", "--length", "50", "--row", "300", "--down", "--cut"}));
+}
+
+TEST_F(Drawn, AreThePreviewOfThePrinter) {
+    for (const char* element :
+         {"code qr 'Row F' --module 5", "code code128 4711 --module 3 --rotate 90",
+          "words 'Caf\xC3\xA9' --size 12", "words X --size 12 --box 200x90 --white-on-black",
+          "line --length 300 --thickness 5 --dash 11", "line --length 300 --down",
+          "box 123x77 --thickness 5", "box 123x77 --filled"}) {
+        for (const char* orientation : {"landscape", "portrait"}) {
+            SCOPED_TRACE(std::string(element) + " " + orientation);
+            test::writeFile(at("script"), std::string("--orientation ") + orientation + "\n" +
+                                              element + " --row 53 --column 41\ncut\n");
+            EXPECT_EQ(tavio({"run", "script", "--to", "seen.png"}).err, "");
+            std::filesystem::remove_all(at("tickets"));
+            test::VirtualPrinter printer(folder.path(), {"--orientation", orientation});
+            ASSERT_EQ(tavio({"run", "script", "--to", printer.target()}).status, 0);
+            EXPECT_EQ(printer.finish().status, 0);
+            EXPECT_TRUE(test::readFile(at("seen.png")) ==
+                        test::readFile(at("tickets/ticket-000001.png")));
+        }
+    }
+}
+
+// Data that a code cannot hold, boxes that are too small, faces and letters that are not there.
+TEST_F(Drawn, AreRefusedWithNothingSent) {
+    for (const auto& [line, kind] :
+         {std::pair{std::vector<std::string>{"code", "ean13", "12x"}, "bad-data"},
+          {{"code", "qr", "Row F", "--box", "30x30"}, "small-box"},
+          {{"words", "Row F", "--size", "40", "--box", "30x30"}, "small-box"},
+          {{"words", "x", "--face", "No Such Face"}, "no-face"},
+          {{"words", "x", "--font", "script"}, "no-face"},
+          {{"words", "x", "--font", "missing.ttf"}, "not-found"},
+          {{"words", "caf\xE9"}, "not-utf-8"},
+          {{"words", "\xF4\x8F\xBF\xBD"}, "unprintable-letter"}}) {
+        SCOPED_TRACE(testing::PrintToString(line));
+        test::writeFile(at("script"), "no font");
+        std::vector<std::string> words = line;
+        words.emplace_back("--json");
+        const test::Ran ran = tavio(words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_NE(ran.out.find(std::string(R"("problems":[{"kind":")") + kind + '"'),
+                  std::string::npos)
+            << ran.out;
+        EXPECT_EQ(folder.names(), std::set<std::string>{"script"});
+    }
+}
+
+TEST_F(Drawn, WordsNeedTheProgramThatDrawsThem) {
+    const auto job = printing::encode(printing::Ticket().words("Row F"),
+                                      {.wordsHelper = "/nowhere/tavio-words"});
+    ASSERT_FALSE(job.has_value());
+    EXPECT_EQ(job.error().front().kind, printing::ProblemKind::kHelperMissing);
+}
+
+// A text in the printer's own face, and what that face lacks.
+using TextsAsWords = test::ToolTest;
+
+TEST_F(TextsAsWords, AreThoseWithALetterThatThePrintersFaceLacks) {
+    for (const char* text : {"Jos\xC3\xA9", "26 \xE2\x82\xAC", "<VIP>"}) {
+        const test::Ran ran = tavio({"text", text, "--row", "40", "--json"});
+        EXPECT_EQ(ran.status, 0) << text;
+        EXPECT_NE(ran.out.find(R"("warnings":[{"kind":"other-face")"), std::string::npos)
+            << ran.out;
+        EXPECT_NE(ran.out.find(R"({"kind":"words",)"), std::string::npos) << ran.out;
+        EXPECT_NE(ran.out.find(R"("top":40)"), std::string::npos) << "its place: " << ran.out;
+    }
+    const test::Ran ran = tavio({"text", "Jos\xC3\xA9"});
+    EXPECT_EQ(ran.err,
+              "tavio: warning: the text has \"\xC3\xA9\" (U+00E9), which the printer's face does "
+              "not have: the text is set as words (--printer-face refuses it)\n");
+}
+
+TEST_F(TextsAsWords, AreThoseWithASize) {
+    EXPECT_TRUE(bytesOf({"text", "Row F", "--size", "9"}) ==
+                bytesOf({"words", "Row F", "--size", "9"}));
+}
+
+TEST_F(TextsAsWords, AreNoneWithoutNeed) {
+    EXPECT_EQ(bytesOf({"text", "Row F"}), "<P1><LM><RE0><DI><RC0,0>Row F");
+    expectRefusal(
+        {"text", "Jos\xC3\xA9", "--printer-face"},
+        "tavio: the text has \"\xC3\xA9\" (U+00E9), which the printer's face does not have");
+    expectRefusal({"text",
+                   "\x1B"
+                   "c"},
+                  "tavio: the text has the control character U+001B");
+    expectRefusal(
+        {"text",
+         "\xC3\xA9\x1B"
+         "c"},
+        "tavio: the text has \"\xC3\xA9\" (U+00E9), which the printer's face does not have");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The programs in examples/, as a newcomer runs them.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -107,6 +108,58 @@ TEST_F(Examples, ALinkOfTheApplicationsOwnIsGivenTheBytes) {
               "bus: released\n"
               "answered by the printer: 35 bytes sent\n");
     EXPECT_EQ(shown.status, 0);
+}
+
+// Tickets that are composed of elements alone: a script and a program of each.
+class ComposedExamples : public Examples {
+  protected:
+    void SetUp() override {
+        std::filesystem::create_directory_symlink(TAVIO_SOURCE_DIR "/examples", at("examples"));
+    }
+
+    static constexpr std::array kNames{"concert", "cloakroom", "price"};
+
+    static std::string scriptOf(const std::string& name) { return "examples/" + name + ".tavio"; }
+};
+
+TEST_F(ComposedExamples, AreTheSameTicketAsScriptAndAsProgram) {
+    for (const std::string name : kNames) {
+        SCOPED_TRACE(name);
+        const std::string bytes = bytesOf({"run", scriptOf(name)});
+        std::filesystem::remove_all(at("tickets"));
+        VirtualPrinter printer(folder.path(), {});
+        const Shown shown = run(name + " " + printer.target());
+        ASSERT_EQ(shown.text, "sent, unconfirmed: " + std::to_string(bytes.size()) + " bytes\n");
+        EXPECT_EQ(shown.status, 0);
+        printer.finish();
+        EXPECT_TRUE(ticketOf(printer) == bytes);
+    }
+}
+
+TEST_F(ComposedExamples, AreDrawnWithoutAWarning) {
+    for (const std::string name : kNames) {
+        const Ran ran = tavio({"run", scriptOf(name), "--to", name + ".png"});
+        EXPECT_EQ(ran.status, 0) << name;
+        EXPECT_EQ(ran.err, "") << name;
+    }
+}
+
+TEST_F(ComposedExamples, AreShort) {
+    for (const std::string name : kNames) {
+        for (const char* extension : {".tavio", ".cpp"}) {
+            const std::string text = readFile(at("examples/" + name + extension));
+            EXPECT_FALSE(text.empty());
+            EXPECT_LT(std::count(text.begin(), text.end(), '\n'), 30) << name << extension;
+        }
+    }
+}
+
+TEST_F(ComposedExamples, TellWhatIsWrong) {
+    std::filesystem::remove(at("examples"));
+    const Shown shown = run("price tcp://127.0.0.1:1");
+    EXPECT_EQ(shown.status, 1);
+    EXPECT_TRUE(shown.text.starts_with("examples/fonts/DejaVuSans.ttf does not exist\n"))
+        << shown.text;
 }
 
 // The README shows the function of examples/first_ticket.cpp as it stands.
