@@ -12,7 +12,8 @@ namespace {
 
 constexpr int kLibrariesMissing = 127;  // how the dynamic loader ends a program it cannot load
 
-// The reason why the answer is not whole.
+}  // namespace
+
 Failure failureOf(const Ending& ending, const Limits& limits) {
     if (ending.exitStatus == kLibrariesMissing) return Failure::kMissing;
     if (ending.exitStatus == kOutOfMemoryStatus) return Failure::kMemoryLimit;
@@ -22,8 +23,6 @@ Failure failureOf(const Ending& ending, const Limits& limits) {
     }
     return Failure::kFailed;
 }
-
-}  // namespace
 
 AnswerStream::Read AnswerStream::read(std::span<std::byte> into) {
     while (!into.empty()) {

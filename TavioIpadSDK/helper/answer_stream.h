@@ -22,6 +22,9 @@ enum class Failure {
     kMemoryLimit,  // no memory for the input
 };
 
+// Why a process that ended like this did not answer.
+Failure failureOf(const Ending& ending, const Limits& limits);
+
 // The answer of a process that was asked under these limits. The process is stopped when this object
 // ends.
 class AnswerStream {

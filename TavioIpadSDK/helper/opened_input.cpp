@@ -27,6 +27,14 @@ struct OpenedInput::Opening {
 
     explicit Opening(Server::Opened opened)
         : leash(std::move(opened.leash)), questions(std::move(opened.socket)) {}
+
+    // How the child ended, to be asked after its sockets were closed: it is known soon, or not at all.
+    std::optional<Ending> endingBefore(Deadline deadline) const {
+        const Deadline soon = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+        std::optional<Ending> ending = leash->waitForEnd(std::min(deadline, soon));
+        if (ending) ending->processorTime = {};  // counts that of all its children
+        return ending;
+    }
 };
 
 namespace {
@@ -41,12 +49,8 @@ class OpenedChild : public Leash {
     std::optional<Ending> waitForEnd(Deadline deadline) override {
         const std::optional<Ending> ending = own_->waitForEnd(deadline);
         if (!ending || isKnown(*ending)) return ending;
-        // It is known at once, or not at all.
-        const Deadline soon = std::chrono::steady_clock::now() + std::chrono::seconds(1);
-        std::optional<Ending> reason = opening_->leash->waitForEnd(std::min(deadline, soon));
-        if (!reason) return ending;
-        reason->processorTime = {};  // counts that of all its children
-        return reason;
+        const std::optional<Ending> reason = opening_->endingBefore(deadline);
+        return reason ? reason : ending;
     }
 
   private:
@@ -64,30 +68,37 @@ OpenedInput::OpenedInput(Program program, const Limits& limits, Descriptor input
 Asked OpenedInput::ask(const std::vector<std::string>& words) {
     const std::string path = program_.path.empty() ? findHelper(program_.name) : "";
     if (!path.empty() && program_.mayBeKept) {
-        std::optional<AnswerStream> answer = askOpened(path, words);
-        if (answer) return {std::move(answer), Failure::kFailed};
+        std::optional<Asked> asked = askOpened(path, words);
+        if (asked) return *std::move(asked);
     }
     return helper::ask(program_, {words, limits_}, *input_);
 }
 
-std::optional<AnswerStream> OpenedInput::askOpened(const std::string& path,
-                                                   const std::vector<std::string>& words) {
+// none: the question is to be asked of a program of its own.
+std::optional<Asked> OpenedInput::askOpened(const std::string& path,
+                                            const std::vector<std::string>& words) {
     const Deadline deadline = std::chrono::steady_clock::now() + limits_.wall;
     const std::vector<std::string> line = commandLine(words, limits_);
+    std::optional<Ending> ending;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const std::shared_ptr<Opening> opened = opening(path);
         if (!opened) return std::nullopt;
         std::optional<Running> process = opened->questions.ask(line, nullptr);
         if (!process) {
             drop(opened);
+            ending = opened->endingBefore(deadline);
             continue;
         }
         process->leash = std::make_unique<OpenedChild<Opening>>(std::move(process->leash), opened);
-        return AnswerStream(*std::move(process), limits_, deadline, [path, line, input = input_] {
-            return startLoneProgram(path, line, *input);
-        });
+        return Asked{AnswerStream(*std::move(process), limits_, deadline,
+                                  [path, line, input = input_] {
+                                      return startLoneProgram(path, line, *input);
+                                  }),
+                     Failure::kFailed};
     }
-    return std::nullopt;
+    const bool diesOfInput = ending && isKnown(*ending) && ending->exitStatus != 0;
+    if (!diesOfInput) return std::nullopt;
+    return Asked{std::nullopt, failureOf(*ending, limits_)};
 }
 
 std::shared_ptr<OpenedInput::Opening> OpenedInput::opening(const std::string& path) {

@@ -27,8 +27,7 @@ class OpenedInput {
     std::shared_ptr<Opening> opening(const std::string& path);
     std::shared_ptr<Opening> open(const std::string& path) const;
     void drop(const std::shared_ptr<Opening>& opening);
-    std::optional<AnswerStream> askOpened(const std::string& path,
-                                          const std::vector<std::string>& words);
+    std::optional<Asked> askOpened(const std::string& path, const std::vector<std::string>& words);
 
     const Program program_;
     const Limits limits_;
