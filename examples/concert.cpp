@@ -14,9 +14,10 @@ int main(int /*count*/, char** arguments) {
     words({146, 44}, "Evening at the Harbour", 22, true);
     words({254, 48}, "Lena Brandt Quartet · Songs of three seas", 10);
     const std::vector facts{"DATE", "Sat 14 March", "DOORS", "19:30", "SEAT", "Row F, 12"};
-    for (std::int32_t column = 0; column < 3; ++column) {
-        words({356, 48 + 430 * column}, facts.at(2 * column), 6);
-        words({386, 46 + 430 * column}, facts.at(2 * column + 1), 13, true);
+    auto fact = facts.begin();
+    for (const std::int32_t column : {48, 478, 908}) {
+        words({356, column}, *fact++, 6);
+        words({386, column - 2}, *fact++, 13, true);
     }
     ticket.line({332, 48}, 1130).line({472, 48}, 1130);
     words({506, 48}, "26 € · No readmission. Keep this ticket until the end.", 6.5);

@@ -76,9 +76,10 @@ OptionSpec module(Options& options) {
                     return "";
                 }
                 const auto dots = parseNumber(text);
-                if (!dots || *dots < 1)
+                if (!dots || *dots < 1) {
                     return "\"" + text +
                            "\" is no width of a module: give dots or millimetres, 4 or 0.33mm";
+                }
                 options.code.size = printing::ModuleDots{*dots};
                 return "";
             }};

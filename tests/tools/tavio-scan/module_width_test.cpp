@@ -30,9 +30,8 @@ std::string barsOf(const std::vector<int>& modules, double width) {
 
 std::vector<int> randomBars(unsigned seed, int widest) {
     std::mt19937 random(seed);
-    std::vector<int> bars;
-    for (int index = 0; index < 61; ++index)
-        bars.push_back(std::uniform_int_distribution<>(1, widest)(random));
+    std::vector<int> bars(61);
+    for (int& bar : bars) bar = std::uniform_int_distribution<>(1, widest)(random);
     return bars;
 }
 

@@ -37,7 +37,8 @@ void draw(const TextPicture& code, std::int32_t left, std::int32_t top, double m
             if (code[row][column] != '#') continue;
             for (auto y = edge(top, module, row); y < edge(top, module, row + 1); ++y) {
                 for (auto x = edge(left, module, column); x < edge(left, module, column + 1); ++x)
-                    ticket.pixels[static_cast<std::size_t>(y * ticket.width + x)] = 0xFF000000U;
+                    ticket.pixels[static_cast<std::size_t>(std::int64_t{y} * ticket.width + x)] =
+                        0xFF000000U;
             }
         }
     }
@@ -166,8 +167,8 @@ class CodesOfDocuments : public test::ToolTest {
         std::string pixels;
         for (std::int32_t row = ticket.height; row-- > 0;) {
             for (std::int32_t column = 0; column < ticket.width; ++column) {
-                const auto pixel =
-                    ticket.pixels[static_cast<std::size_t>(row * ticket.width + column)];
+                const auto pixel = ticket.pixels[static_cast<std::size_t>(
+                    std::int64_t{row} * ticket.width + column)];
                 pixels += std::string(3, static_cast<char>(pixel & 255)) + '\0';
             }
         }
