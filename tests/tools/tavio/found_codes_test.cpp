@@ -36,9 +36,10 @@ void draw(const TextPicture& code, std::int32_t left, std::int32_t top, double m
         for (std::size_t column = 0; column < code.front().size(); ++column) {
             if (code[row][column] != '#') continue;
             for (auto y = edge(top, module, row); y < edge(top, module, row + 1); ++y) {
-                for (auto x = edge(left, module, column); x < edge(left, module, column + 1); ++x)
+                for (auto x = edge(left, module, column); x < edge(left, module, column + 1); ++x) {
                     ticket.pixels[static_cast<std::size_t>(std::int64_t{y} * ticket.width + x)] =
                         0xFF000000U;
+                }
             }
         }
     }
