@@ -1,5 +1,6 @@
 #include "tavio/printing/bar_reduction.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tavio::printing {
@@ -18,10 +19,13 @@ double meanReach(double radius) {
 
 }  // namespace
 
-double barReductionFor(const Calibration& calibration) {
+double barGrowthFor(const Calibration& calibration) {
     const double radius = (1 + calibration.tone * kWidthPerTone) / 2;
-    const double growth = 2 * meanReach(radius) - 1;
-    return growth < kReduction / 2 ? 0 : kReduction;
+    return std::max(2 * meanReach(radius) - 1, 0.0);
+}
+
+double barReductionFor(const Calibration& calibration) {
+    return barGrowthFor(calibration) < kReduction / 2 ? 0 : kReduction;
 }
 
 }  // namespace tavio::printing

@@ -5,8 +5,10 @@
 
 namespace tavio::printing {
 
-// In dots: by how much bars of round dots are wider in the mean than their dots' room, 0 or 1/2,
-// whichever is nearer. A reader's aperture evens out what is left out of every other row, but not what
+// By how many dots bars of round dots are wider in the mean than their dots' room: 0 or more.
+double barGrowthFor(const Calibration& calibration);
+
+// By how many dots bars are to be narrower: 0 or 1/2, whichever is nearer to their growth. A reader's aperture evens out what is left out of every other row, but not what
 // is left out more seldom, which does more harm than such little growth (docs/print-quality.md).
 double barReductionFor(const Calibration& calibration);
 

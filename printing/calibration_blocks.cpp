@@ -34,7 +34,7 @@ struct ToneMeasures {
 // The grey that stripes look like from far away, on a printer whose dots grow as much: their edges grow,
 // too.
 Byte greyOfStripes(std::int32_t dotGain) {
-    const double grown = dotGain == 0 ? 0 : barReductionFor({.tone = dotGain});
+    const double grown = barGrowthFor({.tone = dotGain});
     return static_cast<Byte>(std::lround(255 * (0.5 - grown / (2 * kStripe))));
 }
 
@@ -88,22 +88,21 @@ std::vector<Block> toneBlocks(CalibrationSheet& sheet) {
 // ---- Modules and lines --------------------------------------------------------------------------
 
 constexpr std::int32_t kMaxModule = 6;
-constexpr std::int32_t kMatrixSide =
-    12;  // modules of a data matrix of one digit, and its quiet zone
+constexpr std::int32_t kMatrixSide = 12;  // modules of a one-digit Data Matrix with its quiet zone
+constexpr std::int32_t kMatrixHeight = kMatrixSide * kMaxModule;
 constexpr std::int32_t kMaxLine = 5;
 
 Block matrixBlock(CalibrationSheet& sheet) {
     const std::int32_t gap = 4 * sheet.unit();
     const std::int32_t sides = kMatrixSide * kMaxModule * (kMaxModule + 1) / 2;
-    const std::int32_t height = kMatrixSide * kMaxModule;
-    const Size size{sides + (kMaxModule - 1) * gap, height + sheet.textSize("0").height};
-    return {size, [&sheet, gap, height](std::int32_t left, std::int32_t top) {
+    const Size size{sides + (kMaxModule - 1) * gap, kMatrixHeight + sheet.textSize("0").height};
+    return {size, [&sheet, gap](std::int32_t left, std::int32_t top) {
                 for (std::int32_t module = 1; module <= kMaxModule; ++module) {
                     const std::int32_t side = kMatrixSide * module;
                     const std::string number = std::to_string(module);
-                    sheet.code(CodeKind::kDataMatrix, number, left, top + height - side,
+                    sheet.code(CodeKind::kDataMatrix, number, left, top + kMatrixHeight - side,
                                {.size = ModuleDots{module}});
-                    sheet.textAt(number, left + side / 2, top + height);
+                    sheet.textAt(number, left + side / 2, top + kMatrixHeight);
                     left += side + gap;
                 }
             }};
