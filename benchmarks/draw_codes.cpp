@@ -4,7 +4,7 @@
 //   KIND MODULE-DOTS RESOLUTION landscape|portrait QUARTER-TURNS PHASE BAR-REDUCTION DATA
 //
 // PHASE: the code's distance from the ticket's left and top edges in dots. BAR-REDUCTION: in dots, or - for
-// the usual one. DATA: UTF-8 in hexadecimal digits.
+// the usual one. DATA: UTF-8 in hexadecimal digits. Bars are 30 modules high at every resolution.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +22,7 @@ using namespace tavio;
 using printing::CodeKind;
 
 constexpr std::int32_t kWideEnough = 16000;  // dots
+constexpr std::int32_t kBarModules = 30;
 constexpr auto kBlack = platform::premultipliedPixel(0, 0, 0, 255);
 constexpr int kLastKind = static_cast<int>(CodeKind::kDataMatrix);
 
@@ -42,6 +43,10 @@ CodeKind kindOf(const std::string& name) {
     for (int kind = 0; kind <= kLastKind; ++kind)
         if (name == nameOf(static_cast<CodeKind>(kind))) return static_cast<CodeKind>(kind);
     fail("unknown kind: " + name);
+}
+
+bool isLinear(CodeKind kind) {
+    return kind == CodeKind::kCode128 || kind == CodeKind::kEan13 || kind == CodeKind::kItf;
 }
 
 std::string textOf(const std::string& hexadecimal) {
@@ -69,6 +74,7 @@ Line parsed(const std::string& text) {
     line.options.size = printing::ModuleDots{module};
     line.options.box = printing::Size{kWideEnough, kWideEnough};
     line.options.turn = static_cast<printing::Turn>(static_cast<int>(printing::Turn::k0) + turns);
+    if (isLinear(line.kind)) line.options.barHeight = kBarModules * module;
     if (reduction != "-") line.options.barReduction = std::stod(reduction);
     return line;
 }

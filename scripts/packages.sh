@@ -25,6 +25,7 @@ quality_packages=(
   zbar-tools dmtx-utils tesseract-ocr tesseract-ocr-eng
   tesseract-ocr-ell tesseract-ocr-rus tesseract-ocr-heb tesseract-ocr-ara tesseract-ocr-hin
   fonts-lohit-deva # Devanagari, which fonts-dejavu-core has not
+  python3-zxing-cpp libzxing-core-java openjdk-17-jdk-headless zint
   python3 python3-numpy python3-pil python3-reportlab poppler-utils mupdf-tools
 )
 # Tools for the same kind of work, to compare with.

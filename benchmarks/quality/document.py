@@ -2,13 +2,16 @@
 import datetime
 import re
 
+import decodability
 import machine
 import measure_codes
+import own_codes
 import photos
 from report import table
 
 OURS = "Tavio"
-PACKAGES = ("zbar-tools", "dmtx-utils", "tesseract-ocr", "libpango-1.0-0", "libfreetype6", "poppler-utils", "mupdf-tools",
+PACKAGES = ("zbar-tools", "dmtx-utils", "libzxing2", "libzxing-core-java", "libzint2.11",
+            "tesseract-ocr", "libpango-1.0-0", "libfreetype6", "poppler-utils", "mupdf-tools",
             "ghostscript", "libvips-tools", "python3-pil", "python3-numpy", "python3-reportlab")
 
 
@@ -100,6 +103,45 @@ def words_text(records):
     return table(("", "face", "letters", *sizes), lines)
 
 
+def own_codes_text(records):
+    """How many were read at all resolutions together: a line for each kind and library."""
+    parts = []
+    for seen, words in (("plain", "As they are"), ("camera", "Through the camera")):
+        own = [each for each in records if each["seen"] == seen]
+        modules = distinct(own, "module")
+        lines = []
+        for kind, reader in dict.fromkeys((each["kind"], each["reader"]) for each in own):
+            cells = [[each for each in own if (each["kind"], each["reader"], each["module"]) ==
+                      (kind, reader, module)] for module in modules]
+            lines.append((own_codes.KINDS[kind], reader,
+                          *(f"{sum(each['read'] for each in cell)} of "
+                            f"{sum(each['of'] for each in cell)}" for cell in cells)))
+        parts.append(f"{words}:\n\n" + table(
+            ("", "read by", *(f"{module} dots" for module in modules)), lines))
+    return "\n\n".join(parts)
+
+
+def printed_text(records):
+    """How many codes were printed."""
+    cells = {(each["kind"], each["module"], each["resolution"]): each["printed"]
+             for each in records}
+    return f"{sum(cells.values()):,}"
+
+
+def decodability_text(records):
+    """The worst scans, with their grades: a table for each kind."""
+    parts = []
+    for kind in distinct(records, "kind"):
+        own = [each for each in records if each["kind"] == kind]
+        columns = list(dict.fromkeys((each["resolution"], each["module"]) for each in own))
+        parts.append(f"#### {own_codes.KINDS[kind]}\n\n" + grid(
+            own, lambda each: (each["resolution"], each["module"]), columns,
+            lambda each: round(each["worst"], 2),
+            lambda worst: f"{worst:.2f} {decodability.grade(worst)}", True,
+            lambda column: f"{column[0]} dpi, {column[1]} dots"))
+    return "\n\n".join(parts)
+
+
 def photos_text(records):
     columns = distinct(records, "picture")
     return grid(records, lambda each: each["picture"], columns, lambda each: each["ssim"],
@@ -141,6 +183,11 @@ def behind_text(results):
         lines.append(("wrong letters, {} {} pt, {} dpi".format(*cell), f"{100 * ours:.1f} %",
                       f"{100 * best:.1f} %"))
     for cell, ours, best in below_best(
+            results["decodability"],
+            lambda each: (own_codes.KINDS[each["kind"]], each["resolution"], each["module"]),
+            lambda each: round(each["worst"], 2), True):
+        lines.append(("decodability, {}, {} dpi, {} dots".format(*cell), ours, best))
+    for cell, ours, best in below_best(
             results["photos"], lambda each: each["picture"], lambda each: each["ssim"], True):
         lines.append((f"picture, {cell}", f"{ours:.3f}", f"{best:.3f}"))
     return table(("where a peer is better", "ours", "best peer"), lines) if lines else "Nowhere."
@@ -160,6 +207,9 @@ def write(results, template, path):
         "behind": behind_text(results),
         "sums": sums_text(results["codes"]),
         "codes": codes_text(results["codes"]),
+        "own codes": own_codes_text(results["own codes"]),
+        "printed codes": printed_text(results["own codes"]),
+        "decodability": decodability_text(results["decodability"]),
         "text": text_text(results["text"]),
         "words": words_text(results["words"]),
         "photos": photos_text(results["photos"]),

@@ -5,7 +5,6 @@ import subprocess
 
 from PIL import Image
 from reportlab.graphics.barcode import createBarcodeDrawing
-from reportlab.graphics.shapes import Drawing
 from reportlab.pdfgen.canvas import Canvas
 
 import decodability
@@ -92,7 +91,6 @@ def valued(kind, dots, module, resolution):
 def measure(program, folder, kinds=own_codes.LINEAR, modules=MODULES, resolutions=RESOLUTIONS,
             count=COUNT, others=None):
     """[{"kind", "module", "resolution", "printer", "worst", "mean"}]"""
-    folder.mkdir(exist_ok=True)
     others = peers() if others is None else others
     records = []
     for kind in kinds:

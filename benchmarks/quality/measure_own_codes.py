@@ -93,7 +93,7 @@ def records_of(program, kind, modules, resolutions, phases, count):
                 views["camera"] = camera_view(kind, resolution)
             for seen, view in views.items():
                 for reader, read in readings.of(view, dots).items():
-                    yield {"kind": kind, "module": module, "resolution": resolution, "seen": seen,
+                    yield {"printer": "Tavio", "kind": kind, "module": module, "resolution": resolution, "seen": seen,
                            "reader": reader, "of": len(dots), "read": read,
                            "printed": len(dots) * phases * len(own_codes.ORIENTATIONS)}
 
