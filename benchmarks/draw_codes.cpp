@@ -103,9 +103,10 @@ void write(const printing::Rectangle& code, const platform::Picture& ticket) {
         for (std::int64_t column = 0; column < code.size.width; ++column) {
             const auto pixel = static_cast<std::size_t>(row * ticket.width + code.left + column);
             const bool isBlack = ticket.pixels.at(pixel) == kBlack;
-            if (isBlack)
+            if (isBlack) {
                 bits[static_cast<std::size_t>(column / 8)] |=
                     static_cast<char>(0x80U >> column % 8);
+            }
         }
         std::cout << bits;
     }

@@ -55,13 +55,15 @@ char checkDigit(std::string_view digits) {
 Expected<std::string, Problem> eanDigits(const std::string& data) {
     auto all = digits(CodeKind::kEan13, data);
     if (!all) return all;
-    if (all->size() != kEanDigits && all->size() != kEanDigits - 1)
+    if (all->size() != kEanDigits && all->size() != kEanDigits - 1) {
         return badData(CodeKind::kEan13, " has 12 digits and a check digit, but the data have " +
                                              std::to_string(all->size()) + ": give 12 or 13");
+    }
     const char right = checkDigit(*all);
-    if (all->size() == kEanDigits && all->back() != right)
+    if (all->size() == kEanDigits && all->back() != right) {
         return badData(CodeKind::kEan13, std::string(" has a wrong check digit, ") + all->back() +
                                              ": make it " + right + ", or leave it out");
+    }
     all->resize(kEanDigits - 1);
     return *all + right;
 }
@@ -76,10 +78,11 @@ Expected<std::string, Problem> latin1(const std::string& data) {
     std::size_t length = 0;
     for (std::size_t at = 0; at < data.size(); at += length) {
         const auto character = platform::firstCharacter(std::string_view(data).substr(at));
-        if (character.codePoint > kLastLatin1)
+        if (character.codePoint > kLastLatin1) {
             return badData(CodeKind::kCode128, " holds characters up to U+00FF, not " +
                                                    characterText(data, at) +
                                                    ": replace it, or take a QR code");
+        }
         length = character.length;
     }
     return data;
@@ -89,9 +92,10 @@ Expected<std::string, Problem> latin1(const std::string& data) {
 
 Expected<std::string, Problem> codeData(CodeKind kind, const std::string& data) {
     if (data.empty()) return badData(kind, " has no data: give some");
-    if (data.size() > kMaxBytes)
+    if (data.size() > kMaxBytes) {
         return badData(kind, " cannot hold " + std::to_string(data.size()) +
                                  " bytes: give less, a link for example");
+    }
     if (!platform::isUtf8(data)) return badData(kind, " holds text, and the data are not UTF-8");
     if (kind == CodeKind::kEan13) return eanDigits(data);
     if (kind == CodeKind::kItf) return itfDigits(data);

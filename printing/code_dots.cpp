@@ -59,6 +59,21 @@ std::vector<Warning> warningsOf(const PlacedDots& placed, std::int32_t module,
     return warnings;
 }
 
+// The code's dots, not turned and still white, with the rectangle in which they will lie.
+Expected<PlacedDots, Problem> whiteCode(const element::Code& code, const CodeMeasures& measures,
+                                        const Box& box, const Layout& layout) {
+    const std::string name = rulesOf(code.kind).name;
+    const Size size = lyingSize(measures);
+    if (std::int64_t{size.width} * size.height > sharp::kMaxDots) return tooLarge(name, size);
+    const Rectangle rectangle = alignedIn(box, code.options.align, size);
+    if (auto problem = problemOfPlace(name, rectangle, layout))
+        return tl::unexpected(std::move(*problem));
+    PlacedDots placed{
+        sharp::whiteDots(measures.size.width, measures.size.height), rectangle, name, {}};
+    placed.warnings = warningsOf(placed, measures.module, layout);
+    return placed;
+}
+
 }  // namespace
 
 Expected<PlacedDots, Problem> codeDots(const element::Code& code, const Layout& layout,
@@ -74,22 +89,15 @@ Expected<PlacedDots, Problem> codeDots(const element::Code& code, const Layout& 
     const auto measures = codeMeasures(
         {code.kind, symbol->columns, symbol->rows, layout.resolution}, code.options, *box);
     if (!measures) return tl::unexpected(measures.error());
-    const std::string name = rulesOf(code.kind).name;
-    const Size size = lyingSize(*measures);
-    if (std::int64_t{size.width} * size.height > sharp::kMaxDots) return tooLarge(name, size);
-    const Rectangle rectangle = alignedIn(*box, code.options.align, size);
-    if (auto problem = problemOfPlace(name, rectangle, layout))
-        return tl::unexpected(std::move(*problem));
-    PlacedDots placed{
-        sharp::whiteDots(measures->size.width, measures->size.height), rectangle, name, {}};
-    placed.warnings = warningsOf(placed, measures->module, layout);
-    drawSymbol(code, *symbol, *measures, options.calibration, placed.dots);
+    auto placed = whiteCode(code, *measures, *box, layout);
+    if (!placed) return placed;
+    drawSymbol(code, *symbol, *measures, options.calibration, placed->dots);
     if (code.options.hasText) {
-        auto warnings = drawCodeText(code.kind, *data, *measures, layout, options, placed.dots);
+        auto warnings = drawCodeText(code.kind, *data, *measures, layout, options, placed->dots);
         if (!warnings) return tl::unexpected(std::move(warnings.error()));
-        std::ranges::move(*warnings, std::back_inserter(placed.warnings));
+        std::ranges::move(*warnings, std::back_inserter(placed->warnings));
     }
-    placed.dots = turnedDots(std::move(placed.dots), measures->quarterTurns);
+    placed->dots = turnedDots(std::move(placed->dots), measures->quarterTurns);
     return placed;
 }
 

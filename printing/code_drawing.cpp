@@ -43,9 +43,10 @@ bool isReducedRow(std::int32_t row, double reduction) {
 
 void drawBar(const sharp::DotArea& bar, double reduction, sharp::Dots& dots) {
     blacken(dots, {bar.left, bar.top, bar.width - 1, bar.height});
-    for (std::int32_t row = 0; row < bar.height; ++row)
+    for (std::int32_t row = 0; row < bar.height; ++row) {
         if (!isReducedRow(row, reduction))
             blacken(dots, {bar.left + bar.width - 1, bar.top + row, 1, 1});
+    }
 }
 
 }  // namespace
@@ -54,11 +55,12 @@ void drawModules(const CodeSymbol& symbol, const CodeMeasures& measures, std::in
                  sharp::Dots& dots) {
     const std::int32_t module = measures.module;
     const std::int32_t height = rowModules * module;
-    for (std::int32_t row = 0; row < symbol.rows; ++row)
+    for (std::int32_t row = 0; row < symbol.rows; ++row) {
         forEachRun(symbol, row, [&](std::int32_t begin, std::int32_t count) {
             blacken(dots, {measures.left + begin * module, measures.above + row * height,
                            count * module, height});
         });
+    }
 }
 
 void drawBars(const CodeSymbol& symbol, const CodeMeasures& measures, bool hasGuards,

@@ -174,24 +174,25 @@ std::int32_t largestModule(const Sizes& sizes, const Room& room, Turn turn) {
     return turn == Turn::k90 || turn == Turn::k270 ? sideways : upright;
 }
 
-tl::unexpected<Problem> smallBox(const CodeExtent& extent, const CodeOptions& options,
-                                 const Sizes& sizes, const Box& box) {
+std::string modulesText(std::int32_t module) {
+    return "modules of " + std::to_string(module) + (module == 1 ? " dot" : " dots");
+}
+
+// That the code does not fit, with what would do.
+std::string smallBoxText(const CodeExtent& extent, const CodeOptions& options, const Sizes& sizes,
+                         const Box& box) {
     const std::string name = rulesOf(extent.kind).name;
-    const std::string boxText = dotsText({box.width, box.height});
+    const std::string refusal =
+        " does not fit into " + dotsText({box.width, box.height}) + ": give it ";
     const auto module = sizes.fixedModule();
-    if (!module)
-        return problem(ProblemKind::kSmallBox,
-                       name + " does not fit into " + boxText + ": give it " +
-                           neededText(sizes, 1, options.turn) + " or more, better " +
-                           neededText(sizes, kMinModuleDots, options.turn) + ", which scan");
-    std::string sentence = name + " with modules of " + std::to_string(*module) +
-                           (*module == 1 ? " dot" : " dots") + " does not fit into " + boxText +
-                           ": give it " + neededText(sizes, *module, options.turn);
+    if (!module) {
+        return name + refusal + neededText(sizes, 1, options.turn) + " or more, better " +
+               neededText(sizes, kMinModuleDots, options.turn) + ", which scan";
+    }
+    const std::string needed =
+        name + " with " + modulesText(*module) + refusal + neededText(sizes, *module, options.turn);
     const std::int32_t largest = largestModule(sizes, {box.width, box.height}, options.turn);
-    if (largest > 0)
-        sentence +=
-            ", or modules of " + std::to_string(largest) + (largest == 1 ? " dot" : " dots");
-    return problem(ProblemKind::kSmallBox, sentence);
+    return largest > 0 ? needed + ", or " + modulesText(largest) : needed;
 }
 
 }  // namespace
@@ -200,7 +201,7 @@ Expected<CodeMeasures, Problem> codeMeasures(const CodeExtent& extent, const Cod
                                              const Box& box) {
     const Sizes sizes(extent, options);
     const auto best = bestFit(sizes, {box.width, box.height}, options.turn);
-    if (!best) return smallBox(extent, options, sizes, box);
+    if (!best) return problem(ProblemKind::kSmallBox, smallBoxText(extent, options, sizes, box));
     return *best;
 }
 

@@ -64,9 +64,10 @@ CodeSymbol modulesOf(const zint_symbol& symbol) {
     CodeSymbol result{symbol.width, symbol.rows, {}};
     result.modules.reserve(static_cast<std::size_t>(symbol.width) *
                            static_cast<std::size_t>(symbol.rows));
-    for (int row = 0; row < symbol.rows; ++row)
+    for (int row = 0; row < symbol.rows; ++row) {
         for (int column = 0; column < symbol.width; ++column)
             result.modules.push_back((symbol.encoded_data[row][column / 8] >> column % 8 & 1) != 0);
+    }
     return result;
 }
 
@@ -122,11 +123,12 @@ std::size_t bytesThatFit(CodeKind kind, std::string_view data, Correction correc
 Expected<CodeSymbol, Problem> codeSymbol(CodeKind kind, const std::string& data,
                                          Correction correction) {
     auto symbol = encoded(kind, data, correction);
-    if (!symbol)
+    if (!symbol) {
         return problem(ProblemKind::kBadData,
                        rulesOf(kind).name + std::string(" cannot hold ") +
                            std::to_string(data.size()) + " bytes of data, only the first " +
                            std::to_string(bytesThatFit(kind, data, correction)) + ": shorten them");
+    }
     if (kind == CodeKind::kQr) return moreCorrected(std::move(*symbol), data, correction);
     return std::move(*symbol);
 }

@@ -95,13 +95,14 @@ std::int32_t firstInk(const sharp::Dots& dots) {
 // Draws the picture's rows from `skipped` on, the first of them at `top`, as far as they lie inside.
 void draw(const sharp::Dots& picture, std::int32_t skipped, std::int32_t left, std::int32_t top,
           sharp::Dots& dots) {
-    for (std::int32_t row = skipped; row < picture.height; ++row)
+    for (std::int32_t row = skipped; row < picture.height; ++row) {
         for (std::int32_t column = 0; column < picture.width; ++column) {
             const std::int32_t x = left + column;
             const std::int32_t y = top + row - skipped;
             const bool isInside = x >= 0 && x < dots.width && y >= 0 && y < dots.height;
             if (isInside && picture.isBlack(column, row)) blacken(dots, {x, y, 1, 1});
         }
+    }
 }
 
 void append(std::vector<Warning>& warnings, std::vector<Warning> more) {

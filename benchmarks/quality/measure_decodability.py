@@ -18,7 +18,7 @@ RESOLUTIONS = (200, 300, 600)
 COUNT = 6  # data of each kind
 BAR_POINTS = 18  # the height of the peers' bars
 BAND_ROWS = 20  # dots, of which scans are made
-REPORTLAB = {"code128": ("Code128Auto", {}), "ean13": ("EAN13", {}), "itf": ("I2of5", {"ratio": 3})}
+REPORTLAB = {"code128": ("Code128Auto", {}), "ean13": ("EAN13", {}), "itf": ("I2of5", {"ratio": 3, "checksum": 0})}
 ZINT = {"code128": "CODE128", "ean13": "EANX", "itf": "C25INTER"}
 
 

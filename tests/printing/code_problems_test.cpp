@@ -73,16 +73,17 @@ TEST(CodeData, OfCode128AreLatin1) {
 }
 
 TEST(CodeData, MayHaveAnyCharacter) {
-    const std::string data("\0\x01\x7F\u00e9\u20ac\u6771\U0001F3AB", 16);
+    const std::string data("\0\x01\x7F\u00e9\u20ac\u6771\U0001F3AB", 15);
     for (const CodeKind kind :
          {CodeKind::kQr, CodeKind::kPdf417, CodeKind::kAztec, CodeKind::kDataMatrix})
         EXPECT_EQ(problemsOf(kind, data), Lines()) << nameOf(kind);
 }
 
 TEST(CodeData, MustBeUtf8) {
-    for (const char* data : {"\xFF", "abc\xC3", "\xED\xA0\x80", "\xC0\x80"})
+    for (const char* data : {"\xFF", "abc\xC3", "\xED\xA0\x80", "\xC0\x80"}) {
         EXPECT_EQ(problemsOf(CodeKind::kAztec, data),
                   badData("the Aztec code holds text, and the data are not UTF-8"));
+    }
 }
 
 TEST(CodeData, TellHowMuchFits) {
@@ -184,12 +185,14 @@ TEST(CodeBoxes, AreTheRestOfTheTicket) {
 }
 
 TEST(CodeBoxes, OfAnySizeDoNoHarm) {
-    for (const Size box : {Size{kMax, kMax}, Size{1, kMax}, Size{kMax, 1}})
+    for (const Size box : {Size{kMax, kMax}, Size{1, kMax}, Size{kMax, 1}}) {
         for (const CodeSize& size :
              {CodeSize(LargestInBox{}), CodeSize(ModuleDots{20000}),
-              CodeSize(ModuleMillimetres{1000}), CodeSize(WidthMillimetres{1000})})
+              CodeSize(ModuleMillimetres{1000}), CodeSize(WidthMillimetres{1000})}) {
             for (const CodeKind kind : {CodeKind::kQr, CodeKind::kEan13})
                 EXPECT_LE(problemsOf(kind, "400638133393", inBox(size, box)).size(), 1U);
+        }
+    }
 }
 
 TEST(CodeBoxes, OfMoreThanCanBePrintedAreTooLarge) {
@@ -240,14 +243,16 @@ TEST(CodeSettings, OutOfRangeAreRefused) {
         EXPECT_EQ(ofSize(wrong), size);
     EXPECT_EQ(problemsOf(CodeKind::kQr, "x", {.box = Size{0, 5}}),
               badSetting("the QR code's box is empty: give it 1 dot or more in both directions"));
-    for (const double reduction : {-0.1, 1.1, nan})
+    for (const double reduction : {-0.1, 1.1, nan}) {
         EXPECT_EQ(problemsOf(CodeKind::kItf, "12", {.barReduction = reduction}),
                   badSetting("the ITF code's bar reduction is out of range: give 0 to 1 dot"));
-    for (const std::int32_t height : {-1, kMax})
+    }
+    for (const std::int32_t height : {-1, kMax}) {
         EXPECT_EQ(
             problemsOf(CodeKind::kItf, "12", {.barHeight = height}),
             badSetting("the ITF code's bars have a height out of range: give 1 to 20000 dots, "
                        "or 0 for the usual one"));
+    }
 }
 
 TEST(CodeSettings, WithoutMeaningAreRefused) {

@@ -63,11 +63,11 @@ TEST(CodeText, OfOtherBarsIsCentredBelowThem) {
         EXPECT_FALSE(hasInk(code.rows, 0, 60, code.rows[0].size(), 2));
         std::size_t left = code.rows[0].size();
         std::size_t right = 0;
-        for (std::size_t row = 60; row < height; ++row)
-            if (hasInk(code.rows, 0, row, code.rows[row].size(), 1)) {
-                left = std::min(left, code.rows[row].find('X'));
-                right = std::max(right, code.rows[row].rfind('X'));
-            }
+        for (std::size_t row = 60; row < height; ++row) {
+            if (!hasInk(code.rows, 0, row, code.rows[row].size(), 1)) continue;
+            left = std::min(left, code.rows[row].find('X'));
+            right = std::max(right, code.rows[row].rfind('X'));
+        }
         EXPECT_NEAR(static_cast<double>(left), static_cast<double>(code.rows[0].size() - 1 - right),
                     4);
     }

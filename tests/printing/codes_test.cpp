@@ -270,7 +270,7 @@ Rows barsReducedBy(std::optional<double> reduction, std::int32_t module, std::in
 TEST(NarrowerBars, LackTheirLastDotInAsManyRows) {
     const Rows full = barsReducedBy(0, 3);
     const Rows reduced = barsReducedBy(0.25, 3);
-    const std::string fullBars = full[0];
+    const std::string& fullBars = full[0];
     std::string narrowBars = fullBars;
     for (std::size_t at = 0; at + 1 < narrowBars.size(); ++at)
         if (fullBars[at] == 'X' && fullBars[at + 1] == '.') narrowBars[at] = '.';
@@ -294,9 +294,10 @@ TEST(NarrowerBars, FollowTheCalibration) {
 
 std::string randomData(Random& random, CodeKind kind) {
     std::string data;
-    for (int count = test::between(random, 1, 30); count > 0; --count)
+    for (int count = test::between(random, 1, 30); count > 0; --count) {
         data += static_cast<char>(kind == CodeKind::kItf ? test::between(random, '0', '9')
                                                          : test::between(random, 0, 127));
+    }
     if (kind == CodeKind::kEan13) data = std::to_string(100000000000 + random() % 900000000000);
     return data;
 }
@@ -338,11 +339,12 @@ TEST(Codes, AreTheSameOnManyThreads) {
     for (std::size_t index = 0; index < kKinds.size(); ++index) alone.push_back(bytesOf(index));
     std::vector<Bytes> together(8 * kKinds.size());
     std::vector<std::thread> threads;
-    for (std::size_t thread = 0; thread < 8; ++thread)
+    for (std::size_t thread = 0; thread < 8; ++thread) {
         threads.emplace_back([&, thread] {
             for (std::size_t index = thread; index < together.size(); index += 8)
                 together[index] = bytesOf(index);
         });
+    }
     for (std::thread& thread : threads) thread.join();
     for (std::size_t index = 0; index < together.size(); ++index) {
         EXPECT_NE(together[index], Bytes());
