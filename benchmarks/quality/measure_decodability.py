@@ -18,7 +18,8 @@ RESOLUTIONS = (200, 300, 600)
 COUNT = 6  # data of each kind
 BAR_POINTS = 18  # the height of the peers' bars
 BAND_ROWS = 20  # dots, of which scans are made
-REPORTLAB = {"code128": ("Code128Auto", {}), "ean13": ("EAN13", {}), "itf": ("I2of5", {"ratio": 3, "checksum": 0})}
+REPORTLAB = {"code128": ("Code128Auto", {}), "ean13": ("EAN13", {}),
+             "itf": ("I2of5", {"ratio": 3, "checksum": 0, "bearers": 0})}
 ZINT = {"code128": "CODE128", "ean13": "EANX", "itf": "C25INTER"}
 
 
@@ -51,11 +52,11 @@ def vector_page(kind, data, module, resolution, chance, path):
     width = module * pages.POINTS_PER_INCH / resolution
     drawing = createBarcodeDrawing(name, value=data, barWidth=width, barHeight=BAR_POINTS,
                                    humanReadable=False, quiet=False, **options)
-    inches = (1 + int(drawing.width // pages.POINTS_PER_INCH),
-              1 + int(drawing.height // pages.POINTS_PER_INCH))
-    canvas = Canvas(str(path), invariant=1, pagesize=[pages.POINTS_PER_INCH * each for each in inches])
-    left, bottom = 6 + chance.random(), 6 + chance.random()
-    drawing.drawOn(canvas, left, bottom)
+    inches = tuple(1 + int((side + 2 * pages.GAP + 1) // pages.POINTS_PER_INCH)
+                   for side in (drawing.width, drawing.height))
+    canvas = Canvas(str(path), invariant=1,
+                    pagesize=[pages.POINTS_PER_INCH * each for each in inches])
+    drawing.drawOn(canvas, pages.GAP + chance.random(), pages.GAP + chance.random())
     canvas.save()
     return pages.Page(path, inches, {})
 
