@@ -64,8 +64,7 @@ void EncodedAhead::run() noexcept {
     std::unique_lock lock(mutex_);
     while (true) {
         hasRoom_.wait(lock, [this] {
-            return isEnding_ || begun_ == tickets_.size() ||
-                   begun_ < handed_ + slots_.size();
+            return isEnding_ || begun_ == tickets_.size() || begun_ < handed_ + slots_.size();
         });
         if (isEnding_ || begun_ == tickets_.size()) return;
         const std::size_t number = begun_++;
