@@ -27,10 +27,11 @@ std::optional<int> encodedFor(const printing::Ticket& ticket,
     for (unsigned i = 0; i < threadCount; ++i) {
         threads.emplace_back([&] {
             while (isGood && Clock::now() < end) {
-                if (printing::encode(ticket, options))
+                if (printing::encode(ticket, options)) {
                     ++encoded;
-                else
+                } else {
                     isGood = false;
+                }
             }
         });
     }
