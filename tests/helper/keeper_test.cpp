@@ -116,7 +116,7 @@ TEST_F(Keeper, LeavesEverythingAsItWasAfterManyQuestions) {
     ask(50);
     const pid_t keeper = keeperProcess();
     const auto descriptors = openDescriptors();
-    const long own = residentPages(::getpid());
+    [[maybe_unused]] const long own = residentPages(::getpid());
     const long kept = residentPages(keeper);
     ask(2000);
     EXPECT_EQ(keeperProcess(), keeper);
