@@ -1,6 +1,7 @@
 #include "tavio/printing/box.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "tavio/printing/fit_warnings.h"
@@ -11,6 +12,12 @@ namespace {
 
 std::int32_t shifted(std::int32_t room, std::int32_t side, int position) {
     return std::max(room - side, 0) * position / 2;
+}
+
+// One that the printer cannot name stays one.
+std::int32_t position(std::int64_t dot) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(dot, Limits::min(), Limits::max()));
 }
 
 std::string placeText(Place place) {
@@ -56,15 +63,14 @@ Rectangle alignedIn(const Box& box, Align align, Size size) {
 }
 
 sharp::DotsPlace dotsPlaceOf(const Layout& layout, const Rectangle& rectangle) {
-    const auto left = static_cast<std::int32_t>(rectangle.left);
-    const auto top = static_cast<std::int32_t>(rectangle.top);
-    if (layout.isLandscape) return {true, top, left};
-    return {false, layout.portraitEdge - left, top};
+    if (layout.isLandscape) return {true, position(rectangle.top), position(rectangle.left)};
+    return {false, position(layout.portraitEdge - rectangle.left), position(rectangle.top)};
 }
 
 sharp::DotsPlace calibratedPlaceOf(const Layout& layout, const Rectangle& rectangle) {
     const sharp::DotsPlace place = dotsPlaceOf(layout, rectangle);
-    return {place.isLandscape, place.row + layout.movedRows, place.column + layout.movedColumns};
+    return {place.isLandscape, position(std::int64_t{place.row} + layout.movedRows),
+            position(std::int64_t{place.column} + layout.movedColumns)};
 }
 
 }  // namespace tavio::printing
