@@ -10,8 +10,8 @@
 namespace tavio::printing {
 namespace {
 
-std::int32_t shifted(std::int32_t room, std::int32_t side, int position) {
-    return std::max(room - side, 0) * position / 2;
+std::int64_t shifted(std::int32_t room, std::int32_t side, int position) {
+    return std::max<std::int64_t>(std::int64_t{room} - side, 0) * position / 2;
 }
 
 // One that the printer cannot name stays one.
