@@ -13,24 +13,13 @@ import sys
 import tempfile
 
 sys.dont_write_bytecode = True
-SKIPPED = 77
+import skipping
+
 NEEDED = ("zbarimg", "dmtxread", "tesseract", "pdftoppm")
 RESOLUTION = 300
 ALLOWED_WRONG = 0.01  # the reader's own mistakes
 
-
-def skip(why):
-    print(f"Skipped: {why}")
-    sys.exit(SKIPPED)
-
-
-def skip_without_programs():
-    for program in NEEDED:
-        if shutil.which(program) is None:
-            skip(f"{program} is not installed")
-
-
-skip_without_programs()
+skipping.skip_without(NEEDED)
 try:
     import measure_codes
     import measure_text
@@ -39,7 +28,7 @@ try:
     import scanners
     import words
 except ImportError as absent:
-    skip(str(absent))
+    skipping.skip(str(absent))
 
 
 def judged_printers(tool):

@@ -6,34 +6,22 @@ Exits with 77 if a program or a package is missing.
 """
 import concurrent.futures
 import pathlib
-import shutil
 import sys
 
 sys.dont_write_bytecode = True
-SKIPPED = 77
+import skipping
+
 NEEDED = ("zbarimg", "dmtxread", "java")
 RESOLUTION = 300
 
-
-def skip(why):
-    print(f"Skipped: {why}")
-    sys.exit(SKIPPED)
-
-
-def skip_without_programs():
-    for program in NEEDED:
-        if shutil.which(program) is None:
-            skip(f"{program} is not installed")
-
-
-skip_without_programs()
+skipping.skip_without(NEEDED)
 try:
     import code_readers
     import decodability
     import measure_decodability
     import measure_own_codes
 except ImportError as absent:
-    skip(str(absent))
+    skipping.skip(str(absent))
 
 
 def unread(records):
@@ -54,7 +42,7 @@ def below_grade_a(records):
 
 def main():
     if not pathlib.Path(code_readers.JAVA_LIBRARY).exists():
-        skip(f"{code_readers.JAVA_LIBRARY} is not installed")
+        skipping.skip(f"{code_readers.JAVA_LIBRARY} is not installed")
     program = pathlib.Path(sys.argv[1]).resolve()
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         read = measure_own_codes.measure(program, pool, modules=(2, 3), resolutions=[RESOLUTION],
